@@ -1,0 +1,46 @@
+#include <algorithm>
+#include <vector>
+
+#include "fields.h"
+#include "textbook_march.h"
+
+namespace {
+
+using Fill = void (*)(FullLevelSet2D&, int);
+
+std::vector<double> makeField(Fill make, int size) {
+    FullLevelSet2D grid;
+    make(grid, size);
+    return {grid.data(), grid.data() + static_cast<std::ptrdiff_t>(size) * size};
+}
+
+void march(benchmark::State& state, Fill make) {
+    const int size = static_cast<int>(state.range(0));
+    const std::vector<double> field = makeField(make, size);
+    FullLevelSet2D grid;
+    grid.init(size, size, 1.0, 1.0);
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::copy(field.begin(), field.end(), grid.data());
+        state.ResumeTiming();
+        grid.ensureSignedDistanceFMM();
+    }
+    if (std::vector<double>(grid.data(), grid.data() + field.size()) !=
+        textbookMarch(field, size, size, 1.0, 1.0))
+        state.SkipWithError("differs from the textbook march");
+    reportPerItem(state, points(state));
+}
+
+void textbook(benchmark::State& state, Fill make) {
+    const int size = static_cast<int>(state.range(0));
+    const std::vector<double> field = makeField(make, size);
+    for (auto _ : state) benchmark::DoNotOptimize(textbookMarch(field, size, size, 1.0, 1.0));
+    reportPerItem(state, points(state));
+}
+
+BENCHMARK_CAPTURE(march, discs, fillDiscs)->Apply(sizes);
+BENCHMARK_CAPTURE(textbook, discs, fillDiscs)->Apply(sizes);
+BENCHMARK_CAPTURE(march, noise, fillNoise)->Apply(sizes);
+BENCHMARK_CAPTURE(textbook, noise, fillNoise)->Apply(sizes);
+
+}  // namespace

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cassert>
+#include <cstddef>
+#include <vector>
+
+namespace brin {
+
+/// A raster image: rows from y = 0, x fastest, the channels of a pixel side by side.
+/// Made with all samples zero; a negative size counts as 0.
+template <class T>
+class Image {
+ public:
+    Image() = default;
+    Image(int width, int height, int channels)
+        : width_(width > 0 ? width : 0),
+          height_(height > 0 ? height : 0),
+          channels_(channels > 0 ? channels : 0),
+          samples_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_) *
+                   static_cast<std::size_t>(channels_)) {}
+
+    int width() const { return width_; }
+    int height() const { return height_; }
+    int channels() const { return channels_; }
+    T* data() { return samples_.data(); }
+    const T* data() const { return samples_.data(); }
+
+    T& operator()(int x, int y, int c = 0) { return samples_[index(x, y, c)]; }
+    const T& operator()(int x, int y, int c = 0) const { return samples_[index(x, y, c)]; }
+
+ private:
+    std::size_t index(int x, int y, int c) const {
+        assert(x >= 0 && x < width_ && y >= 0 && y < height_ && c >= 0 && c < channels_);
+        return (static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
+                static_cast<std::size_t>(x)) *
+                   static_cast<std::size_t>(channels_) +
+               static_cast<std::size_t>(c);
+    }
+
+    int width_ = 0, height_ = 0, channels_ = 0;
+    std::vector<T> samples_;
+};
+
+}  // namespace brin

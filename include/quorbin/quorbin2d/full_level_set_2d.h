@@ -1,0 +1,141 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <boost/function.hpp>
+
+#include "../brin/image.h"
+#include "level_set_2d.h"
+
+/// A level set on a dense grid of width × height doubles.
+///
+/// A coordinate outside the grid is mirrored once: c < 0 reads |c| (−1 reads 1), and where |c| ≥ n it reads
+/// 2n − 1 − |c| (n reads n − 1). Coordinates beyond −2n < c < 2n are the caller's error, unchecked. Object
+/// and arrays take 16 bytes a grid point. Not to be used from two threads at once.
+class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
+ public:
+    FullLevelSet2D() = default;
+    ~FullLevelSet2D() override;
+    FullLevelSet2D(const FullLevelSet2D&) = delete;
+
+    // Storage
+
+    /// Makes a grid of zeros with the given sizes (≥ 0) and spacings; what the object held is freed. Negative
+    /// sizes, and sizes whose arrays cannot be had, leave the object unchanged: getWidth() and getHeight()
+    /// tell.
+    void init(int width, int height, double xSpace, double ySpace);
+
+    /// Deep copy of sizes, spacings and values; the object ends empty if the arrays cannot be had.
+    void operator=(const FullLevelSet2D& other);  // NOLINT(misc-unconventional-assign-operator)
+
+    int getWidth() const override;
+    int getHeight() const override;
+    double get(int x, int y) const override;
+    double& operator()(int x, int y) override;
+    bool have(int x, int y) const override;
+
+    /// The values, row by row: point (x, y) is element y · width + x. Null in an empty grid.
+    double* data() { return values_.get(); }
+    const double* data() const { return values_.get(); }
+
+    /// Bilinear interpolation at a point in grid-index units, clamped to the grid (not-a-number counts as 0).
+    /// The grid must not be empty.
+    double bilinear(double x, double y) const;
+
+    // Differences: at the edge of the grid a one-sided difference becomes the opposite one, and a central one
+    // the one-sided; the curvature term reads mirrored. Along an axis of one point all differences are 0.
+
+    double getDyCentral(int x, int y) const override;
+    double getDyMinus(int x, int y) const override;
+    double getDyPlus(int x, int y) const override;
+    double getDyUpwind(int x, int y, double speed) const override;
+    double getDxCentral(int x, int y) const override;
+    double getDxMinus(int x, int y) const override;
+    double getDxPlus(int x, int y) const override;
+    double getDxUpwind(int x, int y, double speed) const override;
+    double getCurvature(int x, int y) const override;
+    double getCurvatureAndUpwind(int x, int y, double vx, double vy, double& dx, double& dy) const override;
+
+    /// Empties the grid: sizes and spacings 0, no arrays.
+    virtual void release();
+
+    // Motion
+
+    /// One forward Euler step of φt = Δφ over the stability limit 1 / (2/hx² + 2/hy²). Motion by curvature as
+    /// long as the field is close to a signed distance: a circle shrinks by r² = r₀² − 2t.
+    void moveAlongCurvature();
+
+    /// One forward Euler step of the whole grid with the rate that f returns. f(levelSet, x, y, limit)
+    /// returns the rate of change of the value at (x, y), in value per unit of time, and must write to *limit
+    /// the largest time step it allows there; the step taken is the smallest of them (1e11 if none is
+    /// smaller). f sees the old field throughout. An empty f throws boost::bad_function_call; whatever f
+    /// throws passes through with the values unchanged.
+    void moveWithCurvature(const boost::function<double(LevelSet2D*, int, int, double*)>& f);
+
+    // Distance
+
+    /// Replaces the values by the signed distance to the zero crossing, in world units, by fast marching
+    /// (Sethian 1996), first order. Negative or zero for values ≤ 0. A field without a zero
+    /// crossing ends as zeros. O(n log n); beside the arrays of the grid it takes a byte a point and memory
+    /// proportional to the front. More points than an int can number leave the object unchanged.
+    void ensureSignedDistanceFMM();
+
+    /// Unsigned distance of a point from the crossings of its own four grid edges; 1e11 if none is crossed.
+    double estimateDistanceInit(int x, int y) const;
+
+    /// Unsigned distance of a point from those of its neighbours whose state equals sign (1 outside, −1
+    /// inside), by the eikonal quadratic; 1e11 if there is none. Both arrays have one entry for each grid
+    /// point, row by row; states are signed numbers.
+    double estimateDistance(const double* distances, const char* states, int sign, int x, int y) const;
+
+    // Extraction
+
+    /// The zero contour as a soup of directed segments by marching squares, in grid-index units: values > 0
+    /// lie on the right of a segment when x grows to the right and y upwards. Cells row by row; each segment
+    /// owns two fresh points. Both vectors are emptied first.
+    void getLines(std::vector<brin::Vec2<double>>& points, std::vector<std::pair<int, int>>& segments) const;
+
+    /// The same segments in the same order, but a point that two cells share is stored once.
+    void getLinesUnique(std::vector<brin::Vec2<double>>& points,
+                        std::vector<std::pair<int, int>>& segments) const;
+
+    /// A number for edge 0 to 3 of cell (x, y) that is the same from both cells which share it; any other
+    /// edge fails an assertion, in release builds too.
+    int getUniqueIndexMI(int x, int y, int edge) const;
+
+    // Files
+
+    /// Writes sizes, spacings and values as FL2D (little-endian); false if that fails, and the file may then
+    /// be cut short.
+    bool save(const char* path) const;
+
+    /// Reads an FL2D file. False leaves the object unchanged when the file cannot be opened, is of another
+    /// kind, has a short header, sizes that are negative or too large, or needs more memory than there is. A
+    /// file that ends within the values also gives false, with the file's size and spacings and zeros for
+    /// what is missing.
+    bool load(const char* path);
+
+    /// One channel, 255 where the value is ≤ 0 and 0 elsewhere.
+    brin::Image<unsigned char> getBinaryImage() const;
+
+ private:
+    // Memory from calloc costs nothing until it is touched, which a header that lies about its size never
+    // does.
+    struct Free {
+        void operator()(double* array) const { std::free(array); }
+    };
+    using Array = std::unique_ptr<double[], Free>;
+
+    static Array allocate(int width, int height);
+    bool adopt(int width, int height, double xSpace, double ySpace);
+    std::size_t size() const { return static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_); }
+
+    int width_ = 0;
+    int height_ = 0;
+    Array values_;
+    Array scratch_;
+};

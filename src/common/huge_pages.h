@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
+namespace lset::detail {
+
+/// Asks for large pages under a large array that has not been touched yet: marches and extractions reach over
+/// it in all directions, and a table of small pages would not stay in cache. Only advice; it cannot fail.
+inline void adviseHugePages([[maybe_unused]] void* array, [[maybe_unused]] std::size_t bytes) {
+#ifdef MADV_HUGEPAGE
+    constexpr std::uintptr_t kHugePage = std::uintptr_t{1} << 21;
+    const auto begin = (reinterpret_cast<std::uintptr_t>(array) + kHugePage - 1) & ~(kHugePage - 1);
+    const auto end = (reinterpret_cast<std::uintptr_t>(array) + bytes) & ~(kHugePage - 1);
+    // The address is one of ours, rounded up to a page.
+    if (begin < end)
+        madvise(reinterpret_cast<void*>(begin), end - begin,
+                MADV_HUGEPAGE);  // NOLINT(performance-no-int-to-ptr)
+#endif
+}
+
+}  // namespace lset::detail

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "common/march_queue.h"
+#include "common/states.h"
+
+namespace lset::detail {
+
+/// Fast marching (Sethian 1996) over one side of the interface, outward from the ids of its front points on
+/// that side. What a point is, is the grid's affair:
+///
+///     id(p), point(id)
+///     forEachNeighbour(p, visit)     visit(q, from) for each neighbour in the grid; from names p as seen
+///     from q isFar(q), isTrial(q) reach(q, side)                 makes q a trial point; its tentative
+///     distance from all known neighbours reachFrom(q, from)             the same where p is its only known
+///     neighbour improve(q, from, side, last)   its next tentative distance, from the last one, once p has
+///     become known too keepHandle(q, handle), handle(q) accept(p, side, distance)
+template <class Grid, class Ids>
+void march(Grid& grid, const Ids& front, State side, MarchQueue& queue) {
+    for (const int id : front) {
+        grid.forEachNeighbour(grid.point(id), [&](auto q, auto) {
+            if (!grid.isFar(q)) return;
+            const double distance = grid.reach(q, side);
+            grid.keepHandle(q, queue.insert(grid.id(q), distance));
+        });
+    }
+    while (!queue.empty()) {
+        const auto p = grid.point(queue.id(0));
+        const double distance = queue.value(0);
+        queue.removeTop();
+        grid.accept(p, side, distance);
+        grid.forEachNeighbour(
+            p, [&](auto q, auto from) __attribute__((always_inline)) {
+                if (grid.isFar(q)) {
+                    // Each known neighbour has made all its neighbours trial points, so p is the first.
+                    const double first = grid.reachFrom(q, from);
+                    grid.keepHandle(q, queue.insert(grid.id(q), first));
+                } else if (grid.isTrial(q)) {
+                    const MarchQueue::Handle handle = grid.handle(q);
+                    const double last = queue.valueOf(handle);
+                    const double next = grid.improve(q, from, side, last);
+                    if (next != last) queue.update(handle, next);
+                }
+            });
+    }
+}
+
+}  // namespace lset::detail

@@ -1,0 +1,34 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "common/file.h"
+#include "quorbin2d/full_level_set_2d.h"
+
+using lset::detail::File;
+
+namespace {
+
+constexpr char kMagic[4] = {'F', 'L', '2', 'D'};
+
+}  // namespace
+
+bool FullLevelSet2D::save(const char* path) const {
+    File file(path, "wb");
+    if (!file) return false;
+    const std::int32_t sizes[2] = {getWidth(), getHeight()};
+    const double spacings[2] = {getXSpace(), getYSpace()};
+    return file.write(kMagic, 4) && file.write(sizes, 2) && file.write(spacings, 2) &&
+           file.write(values_.get(), size()) && file.close();
+}
+
+bool FullLevelSet2D::load(const char* path) {
+    File file(path, "rb");
+    if (!file) return false;
+    char magic[4];
+    std::int32_t sizes[2];
+    double spacings[2];
+    if (!file.read(magic, 4) || std::memcmp(magic, kMagic, sizeof kMagic) != 0) return false;
+    if (!file.read(sizes, 2) || !file.read(spacings, 2)) return false;
+    return adopt(sizes[0], sizes[1], spacings[0], spacings[1]) && file.read(values_.get(), size());
+}
