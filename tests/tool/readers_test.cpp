@@ -1,0 +1,138 @@
+#include "formats/readers.h"
+
+#include <png.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "failure.h"
+#include "field_from_picture.h"
+
+namespace {
+
+Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
+
+Bytes png(int width, int height, int colorType, int depth, const std::vector<unsigned char>& pixels,
+          const std::vector<png_color>& palette = {}) {
+    Bytes out;
+    png_structp file = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(file);
+    png_set_write_fn(
+        file, &out,
+        [](png_structp f, png_bytep data, png_size_t count) {
+            auto& bytes = *static_cast<Bytes*>(png_get_io_ptr(f));
+            bytes.insert(bytes.end(), data, data + count);
+        },
+        nullptr);
+    png_set_IHDR(file, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), depth,
+                 colorType, PNG_INTERLACE_ADAM7, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    if (!palette.empty()) png_set_PLTE(file, info, palette.data(), static_cast<int>(palette.size()));
+    png_write_info(file, info);
+    const std::size_t rowBytes = png_get_rowbytes(file, info);
+    std::vector<png_bytep> rows;
+    for (std::size_t y = 0; y < static_cast<std::size_t>(height); ++y)
+        rows.push_back(const_cast<png_bytep>(pixels.data() + y * rowBytes));
+    png_write_image(file, rows.data());
+    png_write_end(file, nullptr);
+    png_destroy_write_struct(&file, &info);
+    return out;
+}
+
+std::string npy(const std::string& descr, const std::string& order, const std::string& shape,
+                const std::string& data) {
+    std::string header =
+        "{'descr': '" + descr + "', 'fortran_order': " + order + ", 'shape': (" + shape + "), }\n";
+    const char length[2] = {static_cast<char>(header.size()), 0};
+    return std::string("\x93NUMPY\x01\x00", 8) + std::string(length, 2) + header + data;
+}
+
+TEST(PngReader, TakesEveryGreyPictureAndChannelsOfColour) {
+    using Values = std::vector<double>;
+    EXPECT_EQ(readPng(png(3, 1, PNG_COLOR_TYPE_GRAY, 8, {0, 7, 255}), "").samples, (Values{0, 7, 255}));
+    EXPECT_EQ(readPng(png(2, 1, PNG_COLOR_TYPE_GRAY, 16, {1, 2, 255, 254}), "").samples,
+              (Values{258, 65534}));
+    EXPECT_EQ(readPng(png(3, 1, PNG_COLOR_TYPE_GRAY, 1, {0xa0}), "").samples, (Values{255, 0, 255}));
+    EXPECT_EQ(readPng(png(2, 1, PNG_COLOR_TYPE_GRAY_ALPHA, 8, {9, 0, 8, 255}), "").samples, (Values{9, 8}));
+    EXPECT_EQ(readPng(png(2, 1, PNG_COLOR_TYPE_RGB, 8, {5, 5, 5, 6, 6, 6}), "").samples, (Values{5, 6}));
+    EXPECT_EQ(readPng(png(2, 1, PNG_COLOR_TYPE_PALETTE, 8, {1, 0}, {{3, 3, 3}, {4, 4, 4}}), "").samples,
+              (Values{4, 3}));
+    const Bytes colour = png(1, 1, PNG_COLOR_TYPE_RGB, 8, {10, 20, 30});
+    EXPECT_THROW(readPng(colour, ""), Failure);
+    EXPECT_EQ(readPng(colour, "g").samples, (Values{20}));
+    EXPECT_NEAR(readPng(colour, "luma").samples[0], 18.15, 1e-12);
+    Bytes cut = colour;
+    cut.resize(cut.size() / 2);
+    EXPECT_THROW(readPng(cut, "r"), Failure);
+}
+
+TEST(PgmReader, TakesPlainAndBinaryFiles) {
+    EXPECT_EQ(readPgm(bytesOf("P2 # made by hand\n2 2\n# most\n9\n0 3\n9 1\n"), "").samples,
+              (std::vector<double>{0, 3, 9, 1}));
+    EXPECT_EQ(readPgm(bytesOf(std::string("P5 2 1 255\n") + '\xff' + '\x01'), "").samples,
+              (std::vector<double>{255, 1}));
+    EXPECT_EQ(readPgm(bytesOf(std::string("P5 1 1 65535\n") + '\x01' + '\x02'), "").samples,
+              (std::vector<double>{258}));
+    for (const char* bad : {"P5", "P2 2 2 9 1 2 3", "P2 1 1 9 12", "P5 9 9 255\nx", "P2 -1 1 9 1",
+                            "P2 1 1 0 0", "P5 999999999 999999999 255\n", "P2 99999999999999999999 1 1 1"})
+        EXPECT_THROW(readPgm(bytesOf(bad), ""), Failure) << bad;
+}
+
+TEST(NpyReader, TakesEveryPlainNumber) {
+    const double pi = 3.25;
+    std::string number(8, '\0');
+    std::memcpy(number.data(), &pi, 8);
+    const Raster field = readNpy(bytesOf(npy("<f8", "False", "1, 1", number)), "");
+    EXPECT_TRUE(field.isField);
+    EXPECT_EQ(field.samples, (std::vector<double>{3.25}));
+    EXPECT_EQ(readNpy(bytesOf(npy(">u2", "False", "1, 2", std::string("\1\2\0\3", 4))), "").samples,
+              (std::vector<double>{258, 3}));
+    const Raster columns = readNpy(bytesOf(npy("|i1", "True", "2, 3", "\x01\x02\x03\x04\x05\xff")), "");
+    EXPECT_EQ(columns.width, 3);
+    EXPECT_EQ(columns.samples, (std::vector<double>{1, 3, 5, 2, 4, -1}));
+    EXPECT_FALSE(columns.isField);
+    for (const std::string& bad :
+         {npy("<f8", "False", "2, 1", number), npy("<c16", "False", "1, 1", number + number),
+          npy("<f8", "False", "1,", number), npy("<f8", "False", "1, 1, 1", number),
+          npy("<f8", "False", "9999999999, 9999999999", ""), std::string("\x93NUMPY"),
+          npy("<f8", "False", "0, 1", "")})
+        EXPECT_THROW(readNpy(bytesOf(bad), ""), Failure) << bad;
+}
+
+TEST(FieldFromPicture, TakesMasksLevelsAndOtsu) {
+    Raster picture;
+    picture.width = 4;
+    picture.height = 1;
+    FullLevelSet2D field;
+    std::string note;
+    picture.samples = {0, 9, 9, 0};
+    makeField(picture, {}, field, note);
+    EXPECT_EQ(std::vector<double>(field.data(), field.data() + 4),
+              (std::vector<double>{4.5, -4.5, -4.5, 4.5}));
+    picture.samples = {10, 12, 200, 202};
+    makeField(picture, {}, field, note);
+    EXPECT_EQ(note, "level 106 (Otsu)");
+    FieldOptions below;
+    below.level = 12;
+    below.insideAbove = false;
+    below.spacing = Spacing{2, 3};
+    makeField(picture, below, field, note);
+    EXPECT_EQ(field.get(1, 0), 0.0);
+    EXPECT_EQ(field.get(3, 0), 190.0);
+    EXPECT_EQ(field.getYSpace(), 3.0);
+    for (const double all : {0.0, 255.0}) {
+        picture.samples = std::vector<double>(4, all);
+        makeField(picture, {}, field, note);
+        EXPECT_EQ(field.get(0, 0) <= 0, all > 0);
+    }
+    picture.isField = true;
+    picture.samples = {-1, 0, 1, 2};
+    picture.spacing = Spacing{0.5, 0.25};
+    makeField(picture, {}, field, note);
+    EXPECT_EQ(field.get(3, 0), 2.0);
+    EXPECT_EQ(field.getXSpace(), 0.5);
+}
+
+}  // namespace

@@ -1,0 +1,185 @@
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "commands/demo_picture.h"
+#include "support.h"
+
+namespace {
+
+struct Outcome {
+    int status;
+    std::string out, err;
+};
+
+class Tool : public testing::Test {
+ protected:
+    void SetUp() override {
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+        write("square.pgm",
+              "P2 6 6 255\n0 0 0 0 0 0 0 9 9 9 9 0 0 9 0 0 9 0 0 9 0 0 9 0 0 9 9 9 9 0 0 0 0 0 0 0\n");
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    std::string read(const std::string& name) const {
+        std::ifstream file(folder + "/" + name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void write(const std::string& name, const std::string& bytes) const {
+        std::ofstream(folder + "/" + name, std::ios::binary) << bytes;
+    }
+    /// Runs a shell line in the folder; $Q is the tool.
+    Outcome shell(const std::string& line) const {
+        const std::string command =
+            "cd '" + folder + "' && Q='" QUORBIN_TOOL "'; { " + line + "; } >.out 2>.err </dev/null";
+        const int status = std::system(command.c_str());
+        return {WEXITSTATUS(status), read(".out"), read(".err")};
+    }
+    Outcome run(const std::string& words) const { return shell("$Q " + words); }
+
+    std::size_t fileCount() const {
+        const std::filesystem::directory_iterator files(folder);
+        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    }
+
+    const std::string folder =
+        testing::TempDir() + "quorbin_tool_" + testing::UnitTest::GetInstance()->current_test_info()->name();
+};
+
+TEST_F(Tool, HelpBeginsWithAnExampleAndVersionIsEverywhere) {
+    for (const std::string command :
+         {"", "info ", "distance ", "smooth ", "contour ", "mask ", "convert ", "demo "}) {
+        const Outcome help = run(command + "--help");
+        EXPECT_EQ(help.status, 0);
+        EXPECT_EQ(help.out.rfind("Example: quorbin " + command, 0), 0U) << help.out;
+        EXPECT_EQ(run(command + "--version").out, "quorbin " QUORBIN_VERSION "\n");
+    }
+}
+
+TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
+    write("text.png", "hello");
+    write("short.pgm", "P5 100 100 255\n123");
+    write("nan.npy", std::string("\x93NUMPY\x01\x00\x3c\x00", 10) +
+                         "{'descr': '<f4', 'fortran_order': False, 'shape': (1, 1), }\n" +
+                         "\xff\xff\xff\x7f");
+    write("grey.pgm", "P2 3 1 9\n1 2 3");
+    const std::size_t before = fileCount();
+    const std::tuple<const char*, int, const char*> cases[] = {
+        {"", 2, "subcommand"},
+        {"smoooth square.pgm", 2, "smoooth"},
+        {"smooth square.pgm -o a.svg", 2, "--steps"},
+        {"contour none.png -o a.svg", 2, "none.png: cannot be opened"},
+        {"contour text.png -o a.svg", 2, "text.png: is of no known format"},
+        {"contour short.pgm -o a.svg", 2, "short.pgm: ends within"},
+        {"contour nan.npy -o a.svg", 2, "nan.npy: holds 1 values that are not finite"},
+        {"contour square.pgm -o a.xyz", 2, "a.xyz: its ending tells no format"},
+        {"contour square.pgm -o none/a.svg", 2, "none/a.svg: cannot be written"},
+        {"contour square.pgm -o . --format svg", 2, ".: is a folder"},
+        {"contour square.pgm -o square.pgm --format svg", 2, "square.pgm: exists"},
+        {"distance square.pgm -o a.npy --spacing 1,-1", 2, "--spacing 1,-1"},
+        {"distance square.pgm -o a.npy --level 200", 4, "square.pgm: has no outline, all of it is outside"},
+        {"contour grey.pgm -o a.svg --level 1", 4, "grey.pgm: has no outline, all of it is inside"},
+        {"smooth square.pgm --steps 500 -o a.npy", 4, "square.pgm: nothing is left"},
+        {"contour square.pgm -o /dev/full", 1, "/dev/full: could not be written"},
+        {"mask square.pgm -q -o - >/dev/full", 1, "standard output: could not be written"}};
+    for (const auto& [words, status, message] : cases) {
+        const Outcome outcome = run(words);
+        EXPECT_EQ(outcome.status, status) << words << outcome.err;
+        EXPECT_NE(outcome.err.find(message), std::string::npos) << words << ": " << outcome.err;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    }
+    // A limit on the size of files stands for a disk that fills up.
+    EXPECT_EQ(shell("ulimit -f 8; $Q demo -o . -q").status, 1);
+    EXPECT_EQ(fileCount(), before + 2) << "besides what the shell wrote, and the demo's mask nothing";
+}
+
+TEST_F(Tool, LeavesNothingBehindWhenInterrupted) {
+    const Outcome outcome = shell(
+        "$Q smooth square.pgm --steps 1000000000 --reinit 1000000000 -o out.svg & "
+        "until ls out.svg.part-* >/dev/null 2>&1; do sleep 0.01; done; kill -INT $!; wait $!");
+    EXPECT_EQ(outcome.status, 130);
+    EXPECT_EQ(fileCount(), 3U) << "the input and what the shell wrote";
+}
+
+TEST_F(Tool, AMaskAndBackIsTheIdentity) {
+    ASSERT_EQ(run("mask square.pgm -o a.png").status, 0);
+    ASSERT_EQ(run("mask a.png -o b.png").status, 0);
+    EXPECT_EQ(read("a.png"), read("b.png"));
+    ASSERT_EQ(run("mask a.png --inside below -o c.png").status, 0);
+    EXPECT_NE(read("a.png"), read("c.png"));
+}
+
+TEST_F(Tool, OverwritesOnlyWhenForced) {
+    write("a.svg", "mine");
+    EXPECT_EQ(run("contour square.pgm -o a.svg").status, 2);
+    EXPECT_EQ(read("a.svg"), "mine");
+    EXPECT_EQ(run("contour square.pgm -o a.svg --force").status, 0);
+    EXPECT_EQ(read("a.svg").rfind("<svg", 0), 0U);
+}
+
+TEST_F(Tool, PutsNothingButTheResultOnStandardOutput) {
+    const Outcome piped = run("contour square.pgm -o -");
+    ASSERT_EQ(run("contour square.pgm -o a.svg").status, 0);
+    EXPECT_EQ(piped.out, read("a.svg"));
+    EXPECT_NE(piped.err.find("2 polygons"), std::string::npos);
+    EXPECT_EQ(shell("$Q distance square.pgm -q -o - | $Q contour - -q -o b.svg --format csv && cat b.svg")
+                  .out.rfind("polygon,x,y\n", 0),
+              0U);
+}
+
+TEST_F(Tool, FieldsComeBackTheSameFromBothFormats) {
+    ASSERT_EQ(run("distance square.pgm --spacing 0.5,2 -o a.fl2d").status, 0);
+    FullLevelSet2D field;
+    ASSERT_TRUE(field.load((folder + "/a.fl2d").c_str()));
+    EXPECT_EQ(field.getYSpace(), 2.0);
+    ASSERT_EQ(run("convert a.fl2d -o b.npy && $Q convert b.npy --spacing 0.5,2 -o c.fl2d").status, 0);
+    EXPECT_EQ(read("a.fl2d"), read("c.fl2d"));
+    EXPECT_EQ(field.get(0, 2), 0.25);  // half a step of half a unit
+}
+
+TEST_F(Tool, WritesRingsAsGeoJsonWantsThem) {
+    ASSERT_EQ(run("contour square.pgm --spacing 2,3 -o a.geojson").status, 0);
+    const auto json = nlohmann::json::parse(read("a.geojson"));
+    ASSERT_EQ(json["features"].size(), 1U);
+    const auto& rings = json["features"][0]["geometry"]["coordinates"];
+    ASSERT_EQ(rings.size(), 2U);
+    for (std::size_t r = 0; r < 2; ++r) {
+        EXPECT_EQ(rings[r].front(), rings[r].back());
+        double twice = 0;
+        for (std::size_t i = 0; i + 1 < rings[r].size(); ++i)
+            twice += rings[r][i][0].get<double>() * rings[r][i + 1][1].get<double>() -
+                     rings[r][i + 1][0].get<double>() * rings[r][i][1].get<double>();
+        EXPECT_EQ(twice > 0, r == 0);
+    }
+    const auto info = nlohmann::json::parse(run("info a.geojson square.pgm --json").out, nullptr, false);
+    EXPECT_TRUE(info.is_discarded());
+    EXPECT_EQ(nlohmann::json::parse(run("info square.pgm --json").out)["polygons"], 2);
+}
+
+TEST_F(Tool, DemoFindsTheShapesItHasDrawn) {
+    ASSERT_EQ(run("demo -o demo -q").status, 0);
+    FullLevelSet2D found;
+    ASSERT_TRUE(found.load((folder + "/demo/4-smooth.fl2d").c_str()));
+    double both = 0, either = 0;
+    for (int y = 0; y < 512; ++y)
+        for (int x = 0; x < 512; ++x) {
+            const bool isFound = found.get(x, y) <= 0, isDrawn = demoShapes(x, y) <= 0;
+            both += isFound && isDrawn ? 2 : 0;
+            either += int{isFound} + int{isDrawn};
+        }
+    EXPECT_GT(both / either, 0.95);
+    EXPECT_EQ(run("demo -o demo").status, 2);
+    EXPECT_EQ(run("demo -o demo -f --input square.pgm").status, 4);
+}
+
+}  // namespace

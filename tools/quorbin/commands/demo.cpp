@@ -1,0 +1,92 @@
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <memory>
+
+#include "commands/demo_picture.h"
+#include "commands/smooth.h"
+#include "contour_tracing.h"
+#include "failure.h"
+#include "formats/readers.h"
+#include "options.h"
+
+namespace {
+
+constexpr int kSteps = 200, kReinitEvery = 10;
+
+struct Demo : FieldCommand {
+    std::string picturePath;
+
+    void run() {
+        const Raster picture = picturePath.empty() ? demoPicture() : readRaster(picturePath, channel);
+        if (mkdir(output.c_str(), 0777) != 0 && errno != EEXIST)
+            refuse("{}: cannot be made a folder ({}); choose another", output, std::strerror(errno));
+        FullLevelSet2D levelSet;
+        std::string note;
+        makeField(picture, field, levelSet, note);
+        if (!hasCrossing(levelSet))
+            throw Failure(kNoCrossing,
+                          fmt::format("{}: has no outline; choose another --level", picturePath));
+
+        report("{} × {} pixels{}{}", picture.width, picture.height, note.empty() ? "" : ", ", note);
+        save("1-mask.png", "mask", "what is brighter than the level", {levelSet});
+        save("2-outline-before.svg", "svg", "its outline", {levelSet});
+        save("2-outline-before.png", "png", "the outline over the picture", {levelSet, &picture});
+        timed("signed distance", [&] { levelSet.ensureSignedDistanceFMM(); });
+        save("3-distance.fl2d", "fl2d", "distance to the outline, negative inside", {levelSet});
+        save("3-distance.png", "png", "the same in colours, with its zero line", {levelSet});
+        timed(fmt::format("{} curvature steps", kSteps), [&] {
+            if (smooth(levelSet, kSteps, kReinitEvery, !quiet) >= 0)
+                throw Failure(kNoCrossing,
+                              "nothing is left of the outline; the picture has only small specks");
+        });
+        save("4-smooth.fl2d", "fl2d", "the field after the steps", {levelSet});
+        save("5-outline-after.svg", "svg", "the smooth outline", {levelSet});
+        save("5-outline-after.geojson", "geojson", "the same as polygons with holes", {levelSet});
+        save("5-outline-after.png", "png", "the smooth outline over the picture", {levelSet, &picture});
+    }
+
+ private:
+    template <class Work>
+    void timed(const std::string& what, Work work) const {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
+        report("{} in {:.0f} ms", what, time.count());
+    }
+
+    void save(const std::string& name, const std::string& fileFormat, const char* what,
+              const Document& document) const {
+        const auto start = std::chrono::steady_clock::now();
+        const std::string path = output + "/" + name;
+        OutputFile file(path, force);
+        writerFor(path, fileFormat, fileFormat).write(document, file);
+        file.commit();
+        const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
+        report("  {:<34} {} ({:.0f} ms)", path, what, time.count());
+    }
+};
+
+}  // namespace
+
+void addDemo(CLI::App& app) {
+    auto demo = std::make_shared<Demo>();
+    CLI::App& command = addCommand(
+        app, "demo", "demo -o demo",
+        "Does the main job, from a noisy picture to a smooth closed outline, on a picture of its own or\n"
+        "on yours (--input), and writes every stage of it into a folder.",
+        [demo] { demo->run(); });
+    command.add_option("-o,--output", demo->output, "folder to write to, made if it is not there")
+        ->required();
+    command.add_option("--input", demo->picturePath, "a picture of yours: PNG, PGM, NPY or FL2D");
+    command.add_option("--channel", demo->channel, "what to read of a picture in colour")
+        ->check(CLI::IsMember({"r", "g", "b", "luma"}))
+        ->type_name("r|g|b|luma");
+    command.add_option_function<double>(
+        "--level", [demo](double level) { demo->field.level = level; },
+        "grey value of the outline (default: Otsu's threshold)");
+    command.add_flag("--force,-f", demo->force, "overwrite what is in the folder");
+    command.add_flag("--quiet,-q", demo->quiet, "print nothing but errors");
+}

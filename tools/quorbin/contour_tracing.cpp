@@ -1,0 +1,71 @@
+#include "contour_tracing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <unordered_map>
+
+#include "failure.h"
+
+namespace {
+
+using Segments = std::vector<std::pair<int, int>>;
+
+/// The chains that begin at a point where no segment ends.
+std::vector<std::vector<int>> openChains(const Segments& segments) {
+    std::unordered_map<int, int> next;
+    std::unordered_map<int, bool> isEnd;
+    for (const auto& [start, end] : segments) {
+        next.emplace(start, end);
+        isEnd[end] = true;
+    }
+    std::vector<std::vector<int>> chains;
+    for (const auto& [start, end] : segments) {
+        if (isEnd.count(start) > 0) continue;
+        std::vector<int> chain = {start};
+        for (auto step = next.find(start); step != next.end(); step = next.find(step->second))
+            chain.push_back(step->second);
+        chains.push_back(std::move(chain));
+    }
+    return chains;
+}
+
+}  // namespace
+
+Contour traceClosed(const FullLevelSet2D& field) {
+    const int width = field.getWidth(), height = field.getHeight();
+    const std::ptrdiff_t stride = width;
+    double largest = 1.0;
+    std::for_each(field.data(), field.data() + stride * height,
+                  [&](double v) { largest = std::max(largest, std::abs(v)); });
+    FullLevelSet2D ringed;
+    ringed.init(width + 2, height + 2, 1.0, 1.0);
+    if (ringed.getWidth() != width + 2) throw Failure(kFailed, "the outline does not fit into memory");
+    std::fill_n(ringed.data(), (stride + 2) * (height + 2), largest);
+    for (std::ptrdiff_t y = 0; y < height; ++y)
+        std::copy_n(field.data() + y * stride, width, ringed.data() + (y + 1) * (stride + 2) + 1);
+
+    Contour contour;
+    Segments segments;
+    ringed.getLinesUnique(contour.points, segments);
+    for (auto& p : contour.points)
+        p = {std::clamp(p.x - 1, 0.0, width - 1.0), std::clamp(p.y - 1, 0.0, height - 1.0)};
+    contour.polygons = getPolygons(contour.points, segments);
+    return contour;
+}
+
+Contour traceOpen(const FullLevelSet2D& field) {
+    Contour contour;
+    Segments segments;
+    field.getLinesUnique(contour.points, segments);
+    contour.polygons = getPolygons(contour.points, segments);
+    contour.openLines = openChains(segments);
+    return contour;
+}
+
+bool hasCrossing(const FullLevelSet2D& field) {
+    const double* begin = field.data();
+    const double* end = begin + static_cast<std::ptrdiff_t>(field.getWidth()) * field.getHeight();
+    const auto isInside = [](double value) { return value <= 0; };
+    return std::any_of(begin, end, isInside) && !std::all_of(begin, end, isInside);
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include <fmt/core.h>
+
+/// How the tool ends.
+enum ExitStatus { kDone = 0, kFailed = 1, kBadUsage = 2, kNoCrossing = 4 };
+
+/// Ends a command with one line on standard error: what is wrong, and what would be right.
+struct Failure : std::runtime_error {
+    Failure(ExitStatus statusOfTool, const std::string& line)
+        : std::runtime_error(line), status(statusOfTool) {}
+    ExitStatus status;
+};
+
+/// A fault of a file or of the command line.
+template <class... Args>
+[[noreturn]] void refuse(fmt::format_string<Args...> format, Args&&... args) {
+    throw Failure(kBadUsage, fmt::format(format, std::forward<Args>(args)...));
+}

@@ -1,0 +1,89 @@
+#include "field_from_picture.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "failure.h"
+
+namespace {
+
+struct Range {
+    double lowest, highest;
+    bool hasOthers;  // besides these two
+};
+
+Range rangeOf(const std::vector<double>& samples) {
+    const auto [low, high] = std::minmax_element(samples.begin(), samples.end());
+    const double lowest = *low, highest = *high;
+    const bool others =
+        std::any_of(samples.begin(), samples.end(), [=](double v) { return v != lowest && v != highest; });
+    return {lowest, highest, others};
+}
+
+}  // namespace
+
+double otsuLevel(const Raster& picture) {
+    const Range range = rangeOf(picture.samples);
+    const double span = range.highest - range.lowest;
+    if (span == 0) return range.lowest;
+    constexpr double kMostBins = 65536;
+    const auto bins = static_cast<std::size_t>(std::min(span + 1, kMostBins));
+    const double binWidth = span / static_cast<double>(bins - 1);
+    std::vector<double> count(bins);
+    for (const double v : picture.samples)
+        ++count[static_cast<std::size_t>((v - range.lowest) / binWidth + 0.5)];
+
+    double total = 0, moment = 0;
+    for (std::size_t b = 0; b < bins; ++b) {
+        total += count[b];
+        moment += static_cast<double>(b) * count[b];
+    }
+    double below = 0, momentBelow = 0, best = -1;
+    std::size_t first = 0, last = 0;  // empty bins between the classes leave a plateau: its middle is taken
+    for (std::size_t b = 0; b + 1 < bins; ++b) {
+        below += count[b];
+        momentBelow += static_cast<double>(b) * count[b];
+        const double above = total - below;
+        if (below == 0 || above == 0) continue;
+        const double difference = momentBelow / below - (moment - momentBelow) / above;
+        const double between = below * above * difference * difference;
+        if (between > best) {
+            best = between;
+            first = b;
+        }
+        if (between == best) last = b;
+    }
+    return range.lowest + (static_cast<double>(first + last) / 2 + 0.5) * binWidth;
+}
+
+void makeField(const Raster& raster, const FieldOptions& options, FullLevelSet2D& field, std::string& note) {
+    const Spacing spacing = options.spacing.value_or(raster.spacing.value_or(Spacing{}));
+    field.init(raster.width, raster.height, spacing.x, spacing.y);
+    if (field.getWidth() != raster.width || field.getHeight() != raster.height)
+        throw Failure(kFailed, fmt::format("a field of {} × {} points does not fit into memory", raster.width,
+                                           raster.height));
+    note.clear();
+    if (raster.isField && !options.level) {
+        std::copy(raster.samples.begin(), raster.samples.end(), field.data());
+        return;
+    }
+    double level = 0;
+    if (options.level) {
+        level = *options.level;
+    } else {
+        const Range range = rangeOf(raster.samples);
+        if (range.lowest == range.highest) {
+            // A mask all of one kind: black is outside.
+            level = range.highest > 0 ? range.highest / 2 : range.highest + 0.5;
+            note = fmt::format("one value only, {}", range.lowest);
+        } else if (!range.hasOthers) {
+            level = (range.lowest + range.highest) / 2;
+            note = fmt::format("a mask of the values {} and {}", range.lowest, range.highest);
+        } else {
+            level = otsuLevel(raster);
+            note = fmt::format("level {} (Otsu)", level);
+        }
+    }
+    std::transform(raster.samples.begin(), raster.samples.end(), field.data(),
+                   [&](double grey) { return options.insideAbove ? level - grey : grey - level; });
+}

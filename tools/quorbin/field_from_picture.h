@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <quorbin2d.h>
+
+#include "raster.h"
+
+/// How a picture becomes a field.
+struct FieldOptions {
+    std::optional<double> level;     ///< grey value of the outline; without it the picture's own or Otsu's
+    bool insideAbove = true;         ///< whether greys above the level are inside
+    std::optional<Spacing> spacing;  ///< instead of the file's own
+};
+
+/// Otsu's threshold (1979): the level that splits the samples into two classes with the largest variance
+/// between them, half way between the greys on its two sides.
+double otsuLevel(const Raster& picture);
+
+/// Makes the field of a raster: ≤ 0 inside. A field is taken as it is, unless a level is given. A picture of
+/// two values is a mask. note says which level was taken, or stays empty.
+void makeField(const Raster& raster, const FieldOptions& options, FullLevelSet2D& field, std::string& note);

@@ -1,0 +1,67 @@
+#include "formats/readers.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "failure.h"
+
+namespace {
+
+constexpr Reader kReaders[] = {
+    {"PNG", isPng, readPng}, {"PGM", isPgm, readPgm}, {"NPY", isNpy, readNpy}, {"FL2D", isFl2d, readFl2d}};
+
+Bytes readBytes(const std::string& path) {
+    struct Close {
+        void operator()(std::FILE* file) const {
+            if (file != stdin) std::fclose(file);
+        }
+    };
+    const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
+    if (!file)
+        refuse("{}: cannot be opened ({}); give a PNG, PGM, NPY or FL2D file", path, std::strerror(errno));
+    Bytes bytes;
+    unsigned char block[1 << 16];
+    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get()))
+        bytes.insert(bytes.end(), block, block + count);
+    if (std::ferror(file.get())) refuse("{}: cannot be read ({}); give a file", path, std::strerror(errno));
+    return bytes;
+}
+
+}  // namespace
+
+bool startsWith(const Bytes& bytes, const char* magic) {
+    const std::size_t length = std::strlen(magic);
+    return bytes.size() >= length && std::memcmp(bytes.data(), magic, length) == 0;
+}
+
+void setSize(Raster& raster, long long width, long long height) {
+    constexpr long long kLargest = 1 << 30;
+    if (width < 1 || height < 1 || width > kLargest || height > kLargest || width > INT_MAX / height)
+        refuse("has {} × {} points; a picture has from 1 point to 2147483647", width, height);
+    raster.width = static_cast<int>(width);
+    raster.height = static_cast<int>(height);
+}
+
+Raster readRaster(const std::string& path, const std::string& channel) {
+    const Bytes bytes = readBytes(path);
+    if (bytes.empty()) refuse("{}: is empty; give a PNG, PGM, NPY or FL2D file", path);
+    const auto* reader = std::find_if(std::begin(kReaders), std::end(kReaders),
+                                      [&](const Reader& r) { return r.matches(bytes); });
+    if (reader == std::end(kReaders))
+        refuse("{}: is of no known format; give a PNG, PGM, 2D NPY or FL2D file", path);
+    try {
+        Raster raster = reader->read(bytes, channel);
+        raster.format = reader->name;
+        const auto bad = std::count_if(raster.samples.begin(), raster.samples.end(),
+                                       [](double value) { return !std::isfinite(value); });
+        if (bad > 0) refuse("holds {} values that are not finite; replace them by numbers", bad);
+        return raster;
+    } catch (const Failure& failure) {
+        throw Failure(failure.status, fmt::format("{}: {}", path, failure.what()));
+    }
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "raster.h"
+
+using Bytes = std::vector<unsigned char>;
+
+/// Reads a file (- is standard input) whose format its content tells. channel picks r, g, b or luma of a
+/// picture in colour; empty, only a grey one will do. Whatever is wrong is a Failure that names the file.
+Raster readRaster(const std::string& path, const std::string& channel);
+
+/// An input format. read throws Failure with what is wrong, to which the caller adds the file's name.
+struct Reader {
+    const char* name;
+    bool (*matches)(const Bytes& bytes);
+    Raster (*read)(const Bytes& bytes, const std::string& channel);
+};
+
+bool startsWith(const Bytes& bytes, const char* magic);
+
+bool isPng(const Bytes& bytes);
+bool isPgm(const Bytes& bytes);
+bool isNpy(const Bytes& bytes);
+bool isFl2d(const Bytes& bytes);
+Raster readPng(const Bytes& bytes, const std::string& channel);
+Raster readPgm(const Bytes& bytes, const std::string& channel);
+Raster readNpy(const Bytes& bytes, const std::string& channel);
+Raster readFl2d(const Bytes& bytes, const std::string& channel);
+
+/// Sizes of a picture as the library takes them; anything else is refused.
+void setSize(Raster& raster, long long width, long long height);

@@ -1,0 +1,60 @@
+#include <exception>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "failure.h"
+#include "options.h"
+#include "output/output_file.h"
+
+namespace {
+
+int complain(ExitStatus status, const std::string& line) {
+    fmt::print(stderr, "quorbin: {}\n", line);
+    return status;
+}
+
+/// The words of the command line. "--reinit every 5" reads better than "--reinit 5" and means the same.
+std::vector<std::string> wordsOf(int argc, char** argv) {
+    std::vector<std::string> words;
+    for (int i = 1; i < argc; ++i)
+        if (words.empty() || words.back() != "--reinit" || std::string(argv[i]) != "every")
+            words.emplace_back(argv[i]);
+    return {words.rbegin(), words.rend()};  // CLI11 takes them from the back
+}
+
+std::string firstLine(std::string text) {
+    text.erase(std::min(text.find('\n'), text.size()));
+    return text;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    cleanUpWhenInterrupted();
+    CLI::App app(
+        "Example: quorbin contour photo.png -o outline.svg\n\n"
+        "Finds the outlines in pictures and makes them smooth, by level sets.",
+        "quorbin");
+    app.set_version_flag("--version", "quorbin " QUORBIN_VERSION);
+    app.require_subcommand(1);
+    for (auto* add : {addInfo, addDistance, addSmooth, addContour, addMask, addConvert, addDemo}) add(app);
+    try {
+        if (argc > 1 && argv[1][0] != '-' &&
+            app.get_subcommands([&](CLI::App* command) { return command->check_name(argv[1]); }).empty())
+            refuse("{}: is no command; --help lists them", argv[1]);
+        app.parse(wordsOf(argc, argv));
+        if (std::fflush(stdout) != 0) throw Failure(kFailed, "standard output: could not be written");
+        return kDone;
+    } catch (const CLI::Success& success) {  // --help, --version
+        return app.exit(success);
+    } catch (const CLI::ParseError& error) {
+        return complain(kBadUsage, firstLine(error.what()) + "; --help shows how it is used");
+    } catch (const Failure& failure) {
+        return complain(failure.status, failure.what());
+    } catch (const std::bad_alloc&) {
+        return complain(kFailed, "there is not enough memory for this; take a smaller picture");
+    } catch (const std::exception& error) {
+        return complain(kFailed, error.what());
+    }
+}

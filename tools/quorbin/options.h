@@ -1,0 +1,60 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <fmt/core.h>
+#include <CLI/CLI.hpp>
+
+#include "field_from_picture.h"
+#include "output/writers.h"
+
+/// What most commands are given: a file to read, how it becomes a field, and where the result goes.
+struct FieldCommand {
+    std::string input;
+    std::string output;
+    std::string format;
+    std::string channel;
+    FieldOptions field;
+    bool force = false;
+    bool quiet = false;
+
+    void addInput(CLI::App& command);
+    void addOutput(CLI::App& command, bool required);
+
+    /// Reads the input and makes its field; says which level was taken.
+    Raster read(FullLevelSet2D& levelSet) const;
+
+    /// The same for a command that needs an outline: ends with status 4 where there is none.
+    Raster readWithCrossing(FullLevelSet2D& levelSet) const;
+
+    /// Prints a line unless the user wants quiet.
+    template <class... Args>
+    void report(fmt::format_string<Args...> line, Args&&... args) const {
+        if (!quiet) fmt::print("{}\n", fmt::format(line, std::forward<Args>(args)...));
+    }
+};
+
+/// The result of a command on its way out: path and format are looked at before the work begins.
+class Result {
+ public:
+    Result(const FieldCommand& command, const std::string& usualFormat);
+    void write(const Document& document);
+
+ private:
+    const Writer& writer_;
+    OutputFile file_;
+};
+
+/// Adds a subcommand that runs body. Its help begins with the example.
+CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& example,
+                     const std::string& summary, std::function<void()> body);
+
+/// One function a command; each adds itself to the tool.
+void addInfo(CLI::App& app);
+void addDistance(CLI::App& app);
+void addSmooth(CLI::App& app);
+void addContour(CLI::App& app);
+void addMask(CLI::App& app);
+void addConvert(CLI::App& app);
+void addDemo(CLI::App& app);
