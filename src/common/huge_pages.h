@@ -16,10 +16,10 @@ inline void adviseHugePages([[maybe_unused]] void* array, [[maybe_unused]] std::
     constexpr std::uintptr_t kHugePage = std::uintptr_t{1} << 21;
     const auto begin = (reinterpret_cast<std::uintptr_t>(array) + kHugePage - 1) & ~(kHugePage - 1);
     const auto end = (reinterpret_cast<std::uintptr_t>(array) + bytes) & ~(kHugePage - 1);
-    // The address is one of ours, rounded up to a page.
-    if (begin < end)
-        madvise(reinterpret_cast<void*>(begin), end - begin,
-                MADV_HUGEPAGE);  // NOLINT(performance-no-int-to-ptr)
+    if (begin < end) {
+        auto* const first = static_cast<char*>(array) + (begin - reinterpret_cast<std::uintptr_t>(array));
+        madvise(first, end - begin, MADV_HUGEPAGE);
+    }
 #endif
 }
 

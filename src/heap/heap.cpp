@@ -28,65 +28,73 @@ void Heap::removeAll() {
 }
 
 int Heap::insert(int id, double value) {
+    HeapNode* const node = nodes.get();
+    int* const position = positions.get();
     if (id < 0 || id >= capacity) return 1;
-    if (positions[id] != -1) {
+    if (position[id] != -1) {
         std::printf(kAlreadyInHeap);
         return 1;
     }
-    nodes[count] = {id, value};
-    positions[id] = count;
+    node[count] = {id, value};
+    position[id] = count;
     ++count;
     siftup(count - 1);
     return 0;
 }
 
 int Heap::remove(double* value) {
+    HeapNode* const node = nodes.get();
+    int* const position = positions.get();
     *value = -1.0;
     if (count < 1) return -1;
-    const int id = nodes[0].id;
-    *value = nodes[0].value;
+    const int id = node[0].id;
+    *value = node[0].value;
     // Set before the hole is filled: the id that empties the heap fills its own hole and so stays present.
-    positions[id] = -1;
+    position[id] = -1;
     siftDown(0);
     --count;
     return id;
 }
 
 void Heap::update(int id, double value, int flag) {
+    HeapNode* const node = nodes.get();
+    int* const position = positions.get();
     if (!exists(id)) detail::failUpdateOfAbsent(id, value);
-    const int slot = positions[id];
+    const int slot = position[id];
     if (slot >= count) {
         std::printf(kUpdateBeyondCount, id, value, slot, count);
         return;
     }
-    if (nodes[slot].id != id) {
-        std::printf(kUpdateOfOther, nodes[slot].id, id);
+    if (node[slot].id != id) {
+        std::printf(kUpdateOfOther, node[slot].id, id);
         return;
     }
-    const double old = nodes[slot].value;
+    const double old = node[slot].value;
     if (flag != 0 && old > value) return;
-    nodes[slot].value = value;
+    node[slot].value = value;
     if (old > value)
         siftup(slot);
     else
         siftDown2(slot);
 }
 
-bool Heap::exists(int id) { return id >= 0 && id < capacity && positions[id] != -1; }
+bool Heap::exists(int id) { return id >= 0 && id < capacity && positions.get()[id] != -1; }
 
 double Heap::get(int id) {
     assert(exists(id));
-    return nodes[positions[id]].value;
+    return nodes.get()[positions.get()[id]].value;
 }
 
 int Heap::peek() { return count < 1 ? -1 : nodes[0].id; }
 
 void Heap::siftup(int slot) {
+    HeapNode* const node = nodes.get();
+    int* const position = positions.get();
     assert(slot >= 0 && slot < count);
-    for (int parent = (slot - 1) / 2; nodes[parent].value > nodes[slot].value; parent = (slot - 1) / 2) {
-        std::swap(nodes[parent], nodes[slot]);
-        positions[nodes[parent].id] = parent;
-        positions[nodes[slot].id] = slot;
+    for (int parent = (slot - 1) / 2; node[parent].value > node[slot].value; parent = (slot - 1) / 2) {
+        std::swap(node[parent], node[slot]);
+        position[node[parent].id] = parent;
+        position[node[slot].id] = slot;
         slot = parent;
     }
 }
@@ -96,43 +104,48 @@ namespace {
 // Twice a slot may leave int.
 bool hasChild(int slot, int count) { return slot < count / 2; }
 
-int smallerChild(const HeapNode* nodes, int slot, int count) {
+int smallerChild(const HeapNode* node, int slot, int count) {
     const int left = 2 * slot + 1;
-    const bool takeRight = left < count - 1 && nodes[left].value > nodes[left + 1].value;
+    const bool takeRight = left < count - 1 && node[left].value > node[left + 1].value;
     return takeRight ? left + 1 : left;
 }
 
 }  // namespace
 
 void Heap::siftDown(int slot) {
+    HeapNode* const node = nodes.get();
+    int* const position = positions.get();
     assert(slot >= 0 && slot < count);
-    const HeapNode moving = nodes[count - 1];
+    const HeapNode moving = node[count - 1];
     int hole = slot;
     while (hasChild(hole, count)) {
-        const int child = smallerChild(nodes.get(), hole, count);
-        if (!(moving.value > nodes[child].value)) break;
-        nodes[hole] = nodes[child];
-        positions[nodes[hole].id] = hole;
+        const int child = smallerChild(node, hole, count);
+        if (!(moving.value > node[child].value)) break;
+        node[hole] = node[child];
+        position[node[hole].id] = hole;
         hole = child;
     }
-    nodes[hole] = moving;
-    positions[moving.id] = hole;
+    node[hole] = moving;
+    position[moving.id] = hole;
 }
 
 void Heap::siftDown2(int slot) {
+    HeapNode* const node = nodes.get();
+    int* const position = positions.get();
     assert(slot >= 0 && slot < count);
     while (hasChild(slot, count)) {
-        const int child = smallerChild(nodes.get(), slot, count);
-        if (!(nodes[slot].value > nodes[child].value)) break;
-        std::swap(nodes[slot], nodes[child]);
-        positions[nodes[slot].id] = slot;
-        positions[nodes[child].id] = child;
+        const int child = smallerChild(node, slot, count);
+        if (!(node[slot].value > node[child].value)) break;
+        std::swap(node[slot], node[child]);
+        position[node[slot].id] = slot;
+        position[node[child].id] = child;
         slot = child;
     }
 }
 
 void Heap::print() {
-    for (int slot = 0; slot < count; ++slot) std::printf(kHeapEntry, nodes[slot].id, nodes[slot].value);
+    HeapNode* const node = nodes.get();
+    for (int slot = 0; slot < count; ++slot) std::printf(kHeapEntry, node[slot].id, node[slot].value);
     std::putchar('\n');
 }
 

@@ -36,17 +36,18 @@ std::string expand(const char* description) {
 }  // namespace
 
 void Heap::checkHeapProperty(const char* description) {
+    const HeapNode* const node = nodes.get();
     int faults = 0;
     const auto report = [&](int shownSlot, int child, int slot) {
         std::printf(kHeapOrderRule);
-        std::printf(kHeapOrderBroken, shownSlot, nodes[child].value, slot, nodes[slot].value);
+        std::printf(kHeapOrderBroken, shownSlot, node[child].value, slot, node[slot].value);
         ++faults;
     };
     for (int slot = 0; slot < count / 2; ++slot) {
         const int left = 2 * slot + 1;
-        if (nodes[slot].value > nodes[left].value) report(left, left, slot);
+        if (node[slot].value > node[left].value) report(left, left, slot);
         // The report of a right child names the left one's slot, as it always has.
-        if (left < count - 1 && nodes[slot].value > nodes[left + 1].value) report(left, left + 1, slot);
+        if (left < count - 1 && node[slot].value > node[left + 1].value) report(left, left + 1, slot);
     }
     if (faults > 0) {
         std::fputs(expand(description).c_str(), stdout);
@@ -56,10 +57,11 @@ void Heap::checkHeapProperty(const char* description) {
 
 void Heap::check(const char* description) {
     static char lasts[1024];
+    const HeapNode* const node = nodes.get();
     int faults = 0;
     for (int slot = 0; slot < count; ++slot) {
-        const int id = nodes[slot].id;
-        const int position = id >= 0 && id < capacity ? positions[id] : -1;
+        const int id = node[slot].id;
+        const int position = id >= 0 && id < capacity ? positions.get()[id] : -1;
         if (position != slot) {
             std::fputs(expand(description).c_str(), stdout);
             std::printf(kPositionWrong, slot, id, position, slot);

@@ -59,9 +59,7 @@ TEST(FastMarching, ACircleIsRightToFirstOrderInEachSpacing) {
     for (int n : {64, 128, 256}) {
         const double h = 2.0 / n;
         FullLevelSet2D grid;
-        const auto exact = [=](int x, int y) {
-            return std::hypot((x - n / 2) * h, (y - n / 4) * 2 * h) - 0.6;
-        };
+        const auto exact = [=](int x, int y) { return std::hypot(x * h - 1.0, y * 2 * h - 1.0) - 0.6; };
         fill(
             grid, n, n / 2, [&](int x, int y) { return std::tanh(exact(x, y)); }, h, 2 * h);
         grid.ensureSignedDistanceFMM();

@@ -19,7 +19,8 @@ TEST(MarchingSquaresTables, KeepTheOutsideOnTheRightAndCutOffCorners0And2) {
     for (int c = 0; c < 16; ++c) {
         int edges = 0;
         for (int s = 0; s < MarchingSquares::lut_size[c]; ++s) {
-            const int from = MarchingSquares::lut[c][2 * s], to = MarchingSquares::lut[c][2 * s + 1];
+            const int* edge = MarchingSquares::lut[c] + std::ptrdiff_t{2} * s;
+            const int from = edge[0], to = edge[1];
             edges |= 1 << from | 1 << to;
             // The corner behind the edge's start, where the segment leaves it on its right, is set.
             const Vec2<double> a = middleOf(from), d = middleOf(to) - a;

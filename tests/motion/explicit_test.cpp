@@ -93,7 +93,8 @@ TEST(SpeedStep, TakesTheSmallestLimit) {
     });
     for (int i = 0; i < 20; ++i) {
         EXPECT_EQ(visited[static_cast<std::size_t>(i)], i);
-        EXPECT_EQ(grid.data()[i], i % 5 + i / 5 + 0.1 * 2.0);
+        const int x = i % 5, y = i / 5;
+        EXPECT_EQ(grid.data()[i], x + y + 0.1 * 2.0);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "field_from_picture.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 #include "failure.h"
@@ -31,7 +32,7 @@ double otsuLevel(const Raster& picture) {
     const double binWidth = span / static_cast<double>(bins - 1);
     std::vector<double> count(bins);
     for (const double v : picture.samples)
-        ++count[static_cast<std::size_t>((v - range.lowest) / binWidth + 0.5)];
+        ++count[static_cast<std::size_t>(std::lround((v - range.lowest) / binWidth))];
 
     double total = 0, moment = 0;
     for (std::size_t b = 0; b < bins; ++b) {

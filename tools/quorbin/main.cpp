@@ -28,10 +28,7 @@ std::string firstLine(std::string text) {
     return text;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    cleanUpWhenInterrupted();
+int runTool(int argc, char** argv) {
     CLI::App app(
         "Example: quorbin contour photo.png -o outline.svg\n\n"
         "Finds the outlines in pictures and makes them smooth, by level sets.",
@@ -57,4 +54,11 @@ int main(int argc, char** argv) {
     } catch (const std::exception& error) {
         return complain(kFailed, error.what());
     }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): only if complaining fails too
+    cleanUpWhenInterrupted();
+    return runTool(argc, argv);
 }

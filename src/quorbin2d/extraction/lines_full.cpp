@@ -58,9 +58,10 @@ void FullLevelSet2D::getLines(Points& points, Segments& segments) const {
     AppendBuffer newSegments(segments);
     withReader(*this, [&](const auto& field) {
         const auto visit = [&](int x, int y, int cell) {
-            for (int s = 0; s < MarchingSquares::lut_size[cell]; ++s) {
-                newPoints.next() = crossingOnEdge(field, x, y, MarchingSquares::lut[cell][2 * s]);
-                newPoints.next() = crossingOnEdge(field, x, y, MarchingSquares::lut[cell][2 * s + 1]);
+            const int* edge = MarchingSquares::lut[cell];
+            for (int s = 0; s < MarchingSquares::lut_size[cell]; ++s, edge += 2) {
+                newPoints.next() = crossingOnEdge(field, x, y, edge[0]);
+                newPoints.next() = crossingOnEdge(field, x, y, edge[1]);
                 const int count = static_cast<int>(newPoints.size());
                 newSegments.next() = {count - 2, count - 1};
             }
@@ -90,9 +91,10 @@ void FullLevelSet2D::getLinesUnique(Points& points, Segments& segments) const {
             return index;
         };
         const auto visit = [&](int x, int y, int cell) {
-            for (int s = 0; s < MarchingSquares::lut_size[cell]; ++s) {
-                const int start = pointOn(x, y, MarchingSquares::lut[cell][2 * s]);
-                const int end = pointOn(x, y, MarchingSquares::lut[cell][2 * s + 1]);
+            const int* edge = MarchingSquares::lut[cell];
+            for (int s = 0; s < MarchingSquares::lut_size[cell]; ++s, edge += 2) {
+                const int start = pointOn(x, y, edge[0]);
+                const int end = pointOn(x, y, edge[1]);
                 newSegments.next() = {start, end};
             }
         };
