@@ -19,7 +19,7 @@ struct HeapNode {
 class QUORBIN_EXPORT Heap {
  public:
     /// A negative capacity counts as 0.
-    explicit Heap(int capacity);
+    Heap(int capacity);  // NOLINT(google-explicit-constructor)
     ~Heap();
 
     /// Empties the heap, and forgets what remove left behind (see there).
@@ -43,6 +43,8 @@ class QUORBIN_EXPORT Heap {
     double get(int id);
     /// The id with the smallest value (the id, not the value), or −1.
     int peek();
+
+    // The sifting rules; a slot that holds no node is left alone.
 
     /// Moves the node at a slot up while its parent's value is greater.
     void siftup(int slot);

@@ -13,13 +13,18 @@ class File {
 
     explicit operator bool() const { return file_ != nullptr; }
 
+    /// The number of whole items that were read.
+    template <class T>
+    std::size_t readSome(T* items, std::size_t count) {
+        return std::fread(items, sizeof(T), count, file_.get());
+    }
     template <class T>
     bool read(T* items, std::size_t count) {
-        return std::fread(items, sizeof(T), count, file_.get()) == count;
+        return readSome(items, count) == count;
     }
     template <class T>
     bool write(const T* items, std::size_t count) {
-        return std::fwrite(items, sizeof(T), count, file_.get()) == count;
+        return count == 0 || std::fwrite(items, sizeof(T), count, file_.get()) == count;
     }
 
     /// False when what was buffered could not be written.

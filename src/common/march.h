@@ -5,15 +5,17 @@
 
 namespace lset::detail {
 
-/// Fast marching (Sethian 1996) over one side of the interface, outward from the ids of its front points on
-/// that side. What a point is, is the grid's affair:
+/// Fast marching (Sethian 1996) over one side of the interface, outward from the ids of its front points on that
+/// side. What a point is, is the grid's affair:
 ///
 ///     id(p), point(id)
-///     forEachNeighbour(p, visit)     visit(q, from) for each neighbour in the grid; from names p as seen
-///     from q isFar(q), isTrial(q) reach(q, side)                 makes q a trial point; its tentative
-///     distance from all known neighbours reachFrom(q, from)             the same where p is its only known
-///     neighbour improve(q, from, side, last)   its next tentative distance, from the last one, once p has
-///     become known too keepHandle(q, handle), handle(q) accept(p, side, distance)
+///     forEachNeighbour(p, visit)     visit(q, from) for each neighbour in the grid; from names p as seen from q
+///     isFar(q), isTrial(q)
+///     reach(q, side)                 makes q a trial point; its tentative distance from all known neighbours
+///     reachFrom(q, from)             the same where p is its only known neighbour
+///     improve(q, from, side, last)   its next tentative distance, from the last one, once p has become known too
+///     keepHandle(q, handle), handle(q)
+///     accept(p, side, distance)
 template <class Grid, class Ids>
 void march(Grid& grid, const Ids& front, State side, MarchQueue& queue) {
     for (const int id : front) {

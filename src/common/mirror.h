@@ -8,7 +8,7 @@ namespace lset::detail {
 /// above it is (n gives n − 1); the two ends differ by choice (tests/storage: FullStorage).
 inline int mirror(int c, int n) {
     int a = c < 0 ? -c : c;
-    if (a >= n) a = 2 * n - 1 - a;
+    if (a >= n) a = n - 1 - a + n;
     assert(a >= 0 && a < n);
     return a;
 }

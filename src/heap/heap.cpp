@@ -90,7 +90,7 @@ int Heap::peek() { return count < 1 ? -1 : nodes[0].id; }
 void Heap::siftup(int slot) {
     HeapNode* const node = nodes.get();
     int* const position = positions.get();
-    assert(slot >= 0 && slot < count);
+    if (slot < 0 || slot >= count) return;
     for (int parent = (slot - 1) / 2; node[parent].value > node[slot].value; parent = (slot - 1) / 2) {
         std::swap(node[parent], node[slot]);
         position[node[parent].id] = parent;
@@ -115,7 +115,7 @@ int smallerChild(const HeapNode* node, int slot, int count) {
 void Heap::siftDown(int slot) {
     HeapNode* const node = nodes.get();
     int* const position = positions.get();
-    assert(slot >= 0 && slot < count);
+    if (slot < 0 || slot >= count) return;
     const HeapNode moving = node[count - 1];
     int hole = slot;
     while (hasChild(hole, count)) {
@@ -132,7 +132,7 @@ void Heap::siftDown(int slot) {
 void Heap::siftDown2(int slot) {
     HeapNode* const node = nodes.get();
     int* const position = positions.get();
-    assert(slot >= 0 && slot < count);
+    if (slot < 0 || slot >= count) return;
     while (hasChild(slot, count)) {
         const int child = smallerChild(node, slot, count);
         if (!(node[slot].value > node[child].value)) break;

@@ -42,6 +42,13 @@ TEST(BorderEdges, SurvivePointsThatAreNoContour) {
     Points points = {{-1e300, 1}, {NAN, -1}, {0, 1e9}, {-INFINITY, INFINITY}, {-4, 0}};
     Segments segments;
     addBorderEdges(points, segments, &grid);
+    for (int size : {0, 3}) {
+        FullLevelSet2D empty;
+        empty.init(0, size, 1.0, 1.0);
+        Points far = {{0, 0}, {1e6, 0}};
+        addBorderEdges(far, segments, &empty);
+        EXPECT_EQ(far.size(), 2U);
+    }
     Points none;
     addBorderEdges(none, segments, &grid);
     EXPECT_TRUE(none.empty());

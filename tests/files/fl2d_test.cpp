@@ -83,7 +83,7 @@ TEST_F(Fl2dFile, CutShortGivesWhatThereIsAndZeros) {
     FullLevelSet2D grid, back;
     fill(grid, 3, 2, [](int x, int y) { return 1 + x + y; });
     grid.save(path.c_str());
-    write(read().substr(0, 28 + 2 * 8));
+    write(read().substr(0, 28 + 2 * 8 + 7));
     EXPECT_FALSE(back.load(path.c_str()));
     EXPECT_EQ(back.getWidth(), 3);
     EXPECT_EQ(back.getHeight(), 2);

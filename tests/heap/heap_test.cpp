@@ -126,6 +126,9 @@ TEST(Heap, NeverTouchesWhatLiesOutsideItsCapacity) {
     EXPECT_EQ(heap.insert(-1, 1.0), 1);
     EXPECT_FALSE(heap.exists(5));
     EXPECT_EQ(heap.count, 0);
+    heap.siftDown(0);
+    heap.siftup(-1);
+    heap.siftDown2(7);
     EXPECT_EQ(Heap(-3).capacity, 0);
 }
 

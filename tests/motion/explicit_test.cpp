@@ -104,6 +104,11 @@ TEST(SpeedStep, LeavesTheFieldAloneWhenTheCallbackThrows) {
     const auto before = bits(grid);
     EXPECT_THROW(grid.moveWithCurvature({}), boost::bad_function_call);
     EXPECT_EQ(bits(grid), before);
+    grid.moveWithCurvature([](LevelSet2D* levelSet, int, int, double*) {
+        static_cast<FullLevelSet2D*>(levelSet)->release();
+        return 1.0;
+    });
+    EXPECT_EQ(grid.getWidth(), 0);
     FullLevelSet2D empty;
     empty.moveWithCurvature({});
     empty.moveAlongCurvature();

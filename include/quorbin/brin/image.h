@@ -7,7 +7,7 @@
 namespace brin {
 
 /// A raster image: rows from y = 0, x fastest, the channels of a pixel side by side.
-/// Made with all samples zero; a negative size counts as 0.
+/// Made with all samples zero; a negative size counts as 0, and what does not fit into memory throws.
 template <class T>
 class Image {
  public:
@@ -16,8 +16,7 @@ class Image {
         : width_(width > 0 ? width : 0),
           height_(height > 0 ? height : 0),
           channels_(channels > 0 ? channels : 0),
-          samples_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_) *
-                   static_cast<std::size_t>(channels_)) {}
+          samples_(sampleCount(width_, height_, channels_)) {}
 
     int width() const { return width_; }
     int height() const { return height_; }
@@ -29,6 +28,14 @@ class Image {
     const T& operator()(int x, int y, int c = 0) const { return samples_[index(x, y, c)]; }
 
  private:
+    /// More than a vector can hold where the product leaves 64 bits, so that it is refused.
+    static std::size_t sampleCount(int width, int height, int channels) {
+        const std::size_t pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+        const auto most = static_cast<std::size_t>(-1);
+        if (channels > 0 && pixels > most / static_cast<std::size_t>(channels)) return most;
+        return pixels * static_cast<std::size_t>(channels);
+    }
+
     std::size_t index(int x, int y, int c) const {
         assert(x >= 0 && x < width_ && y >= 0 && y < height_ && c >= 0 && c < channels_);
         return (static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +

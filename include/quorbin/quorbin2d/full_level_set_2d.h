@@ -38,7 +38,8 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     double& operator()(int x, int y) override;
     bool have(int x, int y) const override;
 
-    /// The values, row by row: point (x, y) is element y · width + x. Null in an empty grid.
+    /// The values, row by row: point (x, y) is element y · width + x. Null after release and
+    /// before the first init.
     double* data() { return values_.get(); }
     const double* data() const { return values_.get(); }
 
@@ -47,7 +48,8 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     double bilinear(double x, double y) const;
 
     // Differences: at the edge of the grid a one-sided difference becomes the opposite one, and a central one
-    // the one-sided; the curvature term reads mirrored. Along an axis of one point all differences are 0.
+    // the one-sided; the curvature term reads mirrored. Along an axis of one point all differences are 0;
+    // a subclass must not ask for them, since there backward and forward defer to each other for ever.
 
     double getDyCentral(int x, int y) const override;
     double getDyMinus(int x, int y) const override;
@@ -66,7 +68,8 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     // Motion
 
     /// One forward Euler step of φt = Δφ over the stability limit 1 / (2/hx² + 2/hy²). Motion by curvature as
-    /// long as the field is close to a signed distance: a circle shrinks by r² = r₀² − 2t.
+    /// long as the field is close to a signed distance: a circle shrinks by r² = r₀² − 2t. A subclass is asked
+    /// for every central difference first, so its sizes must be 0 or at least 2.
     void moveAlongCurvature();
 
     /// One forward Euler step of the whole grid with the rate that f returns. f(levelSet, x, y, limit)

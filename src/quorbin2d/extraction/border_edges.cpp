@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <climits>
 #include <cmath>
 #include <cstddef>
 
@@ -37,7 +36,7 @@ Border collectBorder(const std::vector<Point>& points, int width, int height) {
 bool comesFromOutside(const LevelSet2D& levelSet, const Point& p, float key, int width, int height) {
     const double x = key < 0 ? std::ceil(p.x) : std::floor(p.x);
     const double y = key < 0 ? std::ceil(p.y) : std::floor(p.y);
-    const auto readable = [](double c, int n) { return std::abs(c) < (n > 0 ? 2.0 * n : double{INT_MAX}); };
+    const auto readable = [](double c, int n) { return std::abs(c) < 2.0 * n; };
     if (!readable(x, width) || !readable(y, height)) return false;
     return !(levelSet.get(static_cast<int>(x), static_cast<int>(y)) <= 0.0);
 }
@@ -47,6 +46,7 @@ bool comesFromOutside(const LevelSet2D& levelSet, const Point& p, float key, int
 void addBorderEdges(std::vector<Point>& points, std::vector<std::pair<int, int>>& segments,
                     LevelSet2D* levelSet) {
     const int width = levelSet->getWidth(), height = levelSet->getHeight();
+    if (width < 1 || height < 1) return;
     const double lastX = width - 1, lastY = height - 1;
     const std::array<Point, 4> corners = {Point(0, 0), Point(lastX, 0), Point(lastX, lastY), Point(0, lastY)};
     const Border border = collectBorder(points, width, height);

@@ -46,19 +46,51 @@ void forEachCrossedCell(const DenseReader2D& field, int width, int height, Visit
     }
 }
 
-/// Where the interface crosses an edge of a cell, measured from the end where the edge begins.
+/// The crossings on the edges of a cell, measured from the end where an edge begins.
 template <class Reader>
-[[gnu::always_inline]] inline brin::Vec2<double> crossingOnEdge(const Reader& field, int x, int y, int edge) {
-    // By table: which edge it is cannot be foreseen, and a wrong guess costs more than the arithmetic.
-    constexpr int kBeginX[4] = {0, 1, 1, 0}, kBeginY[4] = {0, 0, 1, 1};
-    constexpr int kEndX[4] = {1, 1, 0, 0}, kEndY[4] = {0, 1, 1, 0};
-    constexpr double kBegin[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
-    constexpr double kEnd[4][2] = {{1, 0}, {1, 1}, {0, 1}, {0, 0}};
-    const double f0 = field.getInGrid(x + kBeginX[edge], y + kBeginY[edge]);
-    const double f1 = field.getInGrid(x + kEndX[edge], y + kEndY[edge]);
-    const brin::Vec2<double> corner(x, y);
-    return zeroCrossing(corner + brin::Vec2<double>(kBegin[edge][0], kBegin[edge][1]), f0,
-                        corner + brin::Vec2<double>(kEnd[edge][0], kEnd[edge][1]), f1);
-}
+class CellCrossings {
+ public:
+    CellCrossings(const Reader& field, int x, int y) : field_(field), x_(x), y_(y) {}
+
+    brin::Vec2<double> on(int edge) const {
+        const int x0 = x_ + (edge == 1 || edge == 2), y0 = y_ + (edge >= 2);
+        const int x1 = x_ + (edge <= 1), y1 = y_ + (edge == 1 || edge == 2);
+        const double f0 = field_.get(x0, y0);
+        const double f1 = field_.get(x1, y1);
+        return zeroCrossing({double(x0), double(y0)}, f0, {double(x1), double(y1)}, f1);
+    }
+
+ private:
+    const Reader& field_;
+    int x_, y_;
+};
+
+/// The same for exactly the dense grid, by table: which edge it is cannot be foreseen, and a wrong guess
+/// costs more than the arithmetic. Both coordinates are worked out in one register.
+template <>
+class CellCrossings<DenseReader2D> {
+ public:
+    [[gnu::always_inline]] CellCrossings(const DenseReader2D& field, int x, int y)
+        : corner_(field.row(y) + x), stride_(field.width()), at_{double(x), double(y)} {}
+
+    [[gnu::always_inline]] brin::Vec2<double> on(int edge) const {
+        static constexpr Pair kBegin[4] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+        static constexpr Pair kEnd[4] = {{1, 0}, {1, 1}, {0, 1}, {0, 0}};
+        static constexpr int kBeginX[4] = {0, 1, 1, 0}, kEndX[4] = {1, 1, 0, 0};
+        static constexpr int kBeginY[4] = {0, 0, -1, -1}, kEndY[4] = {0, -1, -1, 0};
+        const double f0 = corner_[kBeginX[edge] + (kBeginY[edge] & stride_)];
+        const double f1 = corner_[kEndX[edge] + (kEndY[edge] & stride_)];
+        const double t = crossingParameter(f0, f1);
+        const Pair point = (1 - t) * (at_ + kBegin[edge]) + t * (at_ + kEnd[edge]);
+        return {point[0], point[1]};
+    }
+
+ private:
+    typedef double Pair __attribute__((vector_size(16)));
+
+    const double* corner_;
+    std::ptrdiff_t stride_;
+    Pair at_;
+};
 
 }  // namespace lset::detail

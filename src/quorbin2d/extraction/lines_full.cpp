@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "common/assertion.h"
@@ -13,41 +14,47 @@ using Segments = std::vector<std::pair<int, int>>;
 
 namespace {
 
-/// The points on the grid edges of the row of cells under way, by the edge's place: enough to share each
-/// point between the two cells that have its edge.
+/// The points on the grid edges of the row of cells under way: enough to share each between the two cells
+/// that have its edge.
 class SharedPoints {
  public:
     explicit SharedPoints(int width)
-        : lower_(places(width), kNone), upper_(places(width), kNone), upright_(places(width), kNone) {}
+        : width_(static_cast<std::size_t>(width)),
+          indices_(3 * width_ + 1, kNone),
+          start_{0, 2 * width_ + 1, width_, 2 * width_} {}
 
     /// The index kept for edge 0 to 3 of the cell at column x, kNone if there is none yet.
-    int& at(int x, int edge) {
-        const auto column = static_cast<std::size_t>(x);
-        switch (edge) {
-            case 0:
-                return lower_[column];
-            case 1:
-                return upright_[column + 1];
-            case 2:
-                return upper_[column];
-            default:
-                return upright_[column];
-        }
-    }
+    int& at(int x, int edge) { return indices_[start_[edge] + static_cast<std::size_t>(x)]; }
 
     void nextRow() {
-        lower_.swap(upper_);
-        std::fill(upper_.begin(), upper_.end(), kNone);
-        std::fill(upright_.begin(), upright_.end(), kNone);
+        std::swap(start_[0], start_[2]);
+        clear(start_[2]);
+        clear(start_[3]);
     }
 
     static constexpr int kNone = -1;
 
  private:
-    static std::size_t places(int width) { return static_cast<std::size_t>(width); }
+    void clear(std::size_t start) {
+        const auto first = indices_.begin() + static_cast<std::ptrdiff_t>(start);
+        std::fill(first, first + static_cast<std::ptrdiff_t>(width_), kNone);
+    }
 
-    std::vector<int> lower_, upper_, upright_;
+    std::size_t width_;
+    std::vector<int> indices_;  // edges 0 of the row, edges 2, and the upright edges from left to right
+    std::size_t start_[4];      // of the indices of an edge, by its number in the cell
 };
+
+/// The index of the point on an edge of a cell, which is made unless it is there.
+template <class Reader>
+int pointOn(const CellCrossings<Reader>& cell, int edge, int& index,
+            AppendBuffer<brin::Vec2<double>>& newPoints) {
+    if (index == SharedPoints::kNone) {
+        index = static_cast<int>(newPoints.size());
+        newPoints.next() = cell.on(edge);
+    }
+    return index;
+}
 
 }  // namespace
 
@@ -57,11 +64,12 @@ void FullLevelSet2D::getLines(Points& points, Segments& segments) const {
     AppendBuffer newPoints(points);
     AppendBuffer newSegments(segments);
     withReader(*this, [&](const auto& field) {
-        const auto visit = [&](int x, int y, int cell) {
-            const int* edge = MarchingSquares::lut[cell];
-            for (int s = 0; s < MarchingSquares::lut_size[cell]; ++s, edge += 2) {
-                newPoints.next() = crossingOnEdge(field, x, y, edge[0]);
-                newPoints.next() = crossingOnEdge(field, x, y, edge[1]);
+        const auto visit = [&](int x, int y, int caseOfCell) {
+            const CellCrossings<std::decay_t<decltype(field)>> cell(field, x, y);
+            const int* edge = MarchingSquares::lut[caseOfCell];
+            for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
+                newPoints.next() = cell.on(edge[0]);
+                newPoints.next() = cell.on(edge[1]);
                 const int count = static_cast<int>(newPoints.size());
                 newSegments.next() = {count - 2, count - 1};
             }
@@ -82,19 +90,12 @@ void FullLevelSet2D::getLinesUnique(Points& points, Segments& segments) const {
     AppendBuffer newSegments(segments);
     SharedPoints shared(width_);
     withReader(*this, [&](const auto& field) {
-        const auto pointOn = [&](int x, int y, int edge) {
-            int& index = shared.at(x, edge);
-            if (index == SharedPoints::kNone) {
-                index = static_cast<int>(newPoints.size());
-                newPoints.next() = crossingOnEdge(field, x, y, edge);
-            }
-            return index;
-        };
-        const auto visit = [&](int x, int y, int cell) {
-            const int* edge = MarchingSquares::lut[cell];
-            for (int s = 0; s < MarchingSquares::lut_size[cell]; ++s, edge += 2) {
-                const int start = pointOn(x, y, edge[0]);
-                const int end = pointOn(x, y, edge[1]);
+        const auto visit = [&](int x, int y, int caseOfCell) {
+            const CellCrossings<std::decay_t<decltype(field)>> cell(field, x, y);
+            const int* edge = MarchingSquares::lut[caseOfCell];
+            for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
+                const int start = pointOn(cell, edge[0], shared.at(x, edge[0]), newPoints);
+                const int end = pointOn(cell, edge[1], shared.at(x, edge[1]), newPoints);
                 newSegments.next() = {start, end};
             }
         };
@@ -109,16 +110,7 @@ void FullLevelSet2D::getLinesUnique(Points& points, Segments& segments) const {
 }
 
 int FullLevelSet2D::getUniqueIndexMI(int x, int y, int edge) const {
-    switch (edge) {
-        case 0:
-            return (y * width_ + x) * 2;
-        case 1:
-            return (y * width_ + x) * 2 + 3;
-        case 2:
-            return ((y + 1) * width_ + x) * 2;
-        case 3:
-            return (y * width_ + x) * 2 + 1;
-        default:
-            failAssertion("getUniqueIndexMI", "quorbin2d", 1166, "0");
-    }
+    if (edge < 0 || edge > 3) failAssertion("getUniqueIndexMI", "quorbin2d", 1166, "0");
+    constexpr std::int64_t kRow[4] = {0, 0, 1, 0}, kOffset[4] = {0, 3, 0, 1};
+    return static_cast<int>(((y + kRow[edge]) * width_ + x) * 2 + kOffset[edge]);
 }

@@ -47,10 +47,13 @@ void FullLevelSet2D::moveWithCurvature(const boost::function<double(LevelSet2D*,
     double smallestLimit = kNoDistance;
     double limit =
         0.0;  // one slot for all points: a callback that does not write leaves the last one standing
-    double* rate = scratch_.get();
+    double* const rates = scratch_.get();
+    double* rate = rates;
     for (int y = 0; y < height_; ++y)
         for (int x = 0; x < width_; ++x) {
-            *rate++ = f(this, x, y, &limit);
+            const double rateHere = f(this, x, y, &limit);
+            if (scratch_.get() != rates) return;  // the callback has released the grid or made another of it
+            *rate++ = rateHere;
             if (limit < smallestLimit) smallestLimit = limit;
         }
     const std::size_t points = size();
