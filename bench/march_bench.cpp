@@ -11,7 +11,9 @@ using Fill = void (*)(FullLevelSet2D&, int);
 std::vector<double> makeField(Fill make, int size) {
     FullLevelSet2D grid;
     make(grid, size);
-    return {grid.data(), grid.data() + static_cast<std::ptrdiff_t>(size) * size};
+    std::vector<double> field(static_cast<std::size_t>(size) * static_cast<std::size_t>(size));
+    std::copy_n(grid.data(), field.size(), field.begin());
+    return field;
 }
 
 void march(benchmark::State& state, Fill make) {

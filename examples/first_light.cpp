@@ -23,6 +23,6 @@ int main() {
                             length(points, polygon));
         }
         blob.moveAlongCurvature();
-        if (step % 10 == 9) blob.ensureSignedDistanceFMM();
+        if (step % 50 == 49) blob.ensureSignedDistanceFMM();
     }
 }

@@ -133,6 +133,10 @@ TEST(FieldFromPicture, TakesMasksLevelsAndOtsu) {
     makeField(picture, {}, field, note);
     EXPECT_EQ(field.get(3, 0), 2.0);
     EXPECT_EQ(field.getXSpace(), 0.5);
+    FieldOptions grown;
+    grown.level = 1;
+    makeField(picture, grown, field, note);
+    EXPECT_EQ(field.get(3, 0), 1.0);
 }
 
 }  // namespace

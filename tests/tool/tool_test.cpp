@@ -72,6 +72,7 @@ TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
     write("nan.npy", std::string("\x93NUMPY\x01\x00\x3c\x00", 10) +
                          "{'descr': '<f4', 'fortran_order': False, 'shape': (1, 1), }\n" +
                          "\xff\xff\xff\x7f");
+    write("line.pgm", "P2 3 1 9\n0 9 0");
     write("grey.pgm", "P2 3 1 9\n1 2 3");
     const std::size_t before = fileCount();
     const std::tuple<const char*, int, const char*> cases[] = {
@@ -81,7 +82,7 @@ TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
         {"contour none.png -o a.svg", 2, "none.png: cannot be opened"},
         {"contour text.png -o a.svg", 2, "text.png: is of no known format"},
         {"contour short.pgm -o a.svg", 2, "short.pgm: ends within"},
-        {"contour nan.npy -o a.svg", 2, "nan.npy: holds 1 values that are not finite"},
+        {"contour nan.npy -o a.svg", 2, "nan.npy: holds values that are not finite, 1 of them"},
         {"contour square.pgm -o a.xyz", 2, "a.xyz: its ending tells no format"},
         {"contour square.pgm -o none/a.svg", 2, "none/a.svg: cannot be written"},
         {"contour square.pgm -o . --format svg", 2, ".: is a folder"},
@@ -90,6 +91,10 @@ TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
         {"distance square.pgm -o a.npy --level 200", 4, "square.pgm: has no outline, all of it is outside"},
         {"contour grey.pgm -o a.svg --level 1", 4, "grey.pgm: has no outline, all of it is inside"},
         {"smooth square.pgm --steps 500 -o a.npy", 4, "square.pgm: nothing is left"},
+        {"contour square.pgm -o ''", 2, "no file to write"},
+        {"mask square.pgm -o a.npy", 2, "a.npy: a mask is written as PNG"},
+        {"contour line.pgm -o a.svg", 4, "line.pgm: has an outline that encloses nothing"},
+        {"info square.pgm --json >/dev/full", 1, "standard output"},
         {"contour square.pgm -o /dev/full", 1, "/dev/full: could not be written"},
         {"mask square.pgm -q -o - >/dev/full", 1, "standard output: could not be written"}};
     for (const auto& [words, status, message] : cases) {
@@ -106,7 +111,7 @@ TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
 TEST_F(Tool, LeavesNothingBehindWhenInterrupted) {
     const Outcome outcome = shell(
         "$Q smooth square.pgm --steps 1000000000 --reinit 1000000000 -o out.svg & "
-        "until ls out.svg.part-* >/dev/null 2>&1; do sleep 0.01; done; kill -INT $!; wait $!");
+        "until ls .quorbin-* >/dev/null 2>&1; do sleep 0.01; done; kill -INT $!; wait $!");
     EXPECT_EQ(outcome.status, 130);
     EXPECT_EQ(fileCount(), 3U) << "the input and what the shell wrote";
 }

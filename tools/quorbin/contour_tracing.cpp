@@ -63,6 +63,24 @@ Contour traceOpen(const FullLevelSet2D& field) {
     return contour;
 }
 
+Contour outlineOf(const FullLevelSet2D& field, bool open) {
+    Contour contour = open ? traceOpen(field) : traceClosed(field);
+    const auto sameSpot = [&](int a, int b) {
+        return contour.points[static_cast<std::size_t>(a)] == contour.points[static_cast<std::size_t>(b)];
+    };
+    for (auto* lines : {&contour.polygons, &contour.openLines})
+        for (auto& line : *lines) line.erase(std::unique(line.begin(), line.end(), sameSpot), line.end());
+    for (auto& polygon : contour.polygons)
+        while (polygon.size() > 1 && sameSpot(polygon.front(), polygon.back())) polygon.pop_back();
+    const auto isSliver = [&](const std::vector<int>& polygon) { return area(contour.points, polygon) == 0; };
+    contour.polygons.erase(std::remove_if(contour.polygons.begin(), contour.polygons.end(), isSliver),
+                           contour.polygons.end());
+    contour.openLines.erase(std::remove_if(contour.openLines.begin(), contour.openLines.end(),
+                                           [](const std::vector<int>& line) { return line.size() < 2; }),
+                            contour.openLines.end());
+    return contour;
+}
+
 bool hasCrossing(const FullLevelSet2D& field) {
     const double* begin = field.data();
     const double* end = begin + static_cast<std::ptrdiff_t>(field.getWidth()) * field.getHeight();

@@ -64,14 +64,10 @@ void makeField(const Raster& raster, const FieldOptions& options, FullLevelSet2D
         throw Failure(kFailed, fmt::format("a field of {} × {} points does not fit into memory", raster.width,
                                            raster.height));
     note.clear();
-    if (raster.isField && !options.level) {
-        std::copy(raster.samples.begin(), raster.samples.end(), field.data());
-        return;
-    }
     double level = 0;
     if (options.level) {
         level = *options.level;
-    } else {
+    } else if (!raster.isField) {
         const Range range = rangeOf(raster.samples);
         if (range.lowest == range.highest) {
             // A mask all of one kind: black is outside.
@@ -85,6 +81,7 @@ void makeField(const Raster& raster, const FieldOptions& options, FullLevelSet2D
             note = fmt::format("level {} (Otsu)", level);
         }
     }
+    const bool insideAbove = options.insideAbove.value_or(!raster.isField);
     std::transform(raster.samples.begin(), raster.samples.end(), field.data(),
-                   [&](double grey) { return options.insideAbove ? level - grey : grey - level; });
+                   [&](double grey) { return insideAbove ? level - grey : grey - level; });
 }

@@ -9,8 +9,9 @@
 
 /// How a picture becomes a field.
 struct FieldOptions {
-    std::optional<double> level;     ///< grey value of the outline; without it the picture's own or Otsu's
-    bool insideAbove = true;         ///< whether greys above the level are inside
+    std::optional<double> level;  ///< grey value of the outline; without it the picture's own or Otsu's
+    std::optional<bool>
+        insideAbove;  ///< whether what is above the level is inside; a picture's default is yes, a field's no
     std::optional<Spacing> spacing;  ///< instead of the file's own
 };
 
@@ -18,6 +19,6 @@ struct FieldOptions {
 /// between them, half way between the greys on its two sides.
 double otsuLevel(const Raster& picture);
 
-/// Makes the field of a raster: ≤ 0 inside. A field is taken as it is, unless a level is given. A picture of
+/// Makes the field of a raster: ≤ 0 inside. A field is taken as it is, less the level if one is given. A picture of
 /// two values is a mask. note says which level was taken, or stays empty.
 void makeField(const Raster& raster, const FieldOptions& options, FullLevelSet2D& field, std::string& note);

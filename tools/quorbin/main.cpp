@@ -1,4 +1,6 @@
+#include <cstdio>
 #include <exception>
+#include <iostream>
 #include <new>
 #include <string>
 #include <vector>
@@ -10,7 +12,11 @@
 namespace {
 
 int complain(ExitStatus status, const std::string& line) {
-    fmt::print(stderr, "quorbin: {}\n", line);
+    // A name may hold line breaks and worse; the complaint stays one line.
+    std::string text = "quorbin: " + line;
+    for (char& c : text)
+        if (static_cast<unsigned char>(c) < ' ') c = '?';
+    std::fputs((text + "\n").c_str(), stderr);
     return status;
 }
 
@@ -21,6 +27,11 @@ std::vector<std::string> wordsOf(int argc, char** argv) {
         if (words.empty() || words.back() != "--reinit" || std::string(argv[i]) != "every")
             words.emplace_back(argv[i]);
     return {words.rbegin(), words.rend()};  // CLI11 takes them from the back
+}
+
+void flushStandardOutput() {
+    if (std::fflush(stdout) != 0 || !std::cout.flush())
+        throw Failure(kFailed, "standard output: could not be written");
 }
 
 std::string firstLine(std::string text) {
@@ -40,11 +51,13 @@ int runTool(int argc, char** argv) {
         if (argc > 1 && argv[1][0] != '-' &&
             app.get_subcommands([&](CLI::App* command) { return command->check_name(argv[1]); }).empty())
             refuse("{}: is no command; --help lists them", argv[1]);
-        app.parse(wordsOf(argc, argv));
-        if (std::fflush(stdout) != 0) throw Failure(kFailed, "standard output: could not be written");
+        try {
+            app.parse(wordsOf(argc, argv));
+        } catch (const CLI::Success& success) {  // --help, --version
+            app.exit(success);
+        }
+        flushStandardOutput();
         return kDone;
-    } catch (const CLI::Success& success) {  // --help, --version
-        return app.exit(success);
     } catch (const CLI::ParseError& error) {
         return complain(kBadUsage, firstLine(error.what()) + "; --help shows how it is used");
     } catch (const Failure& failure) {

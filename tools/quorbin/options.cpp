@@ -15,7 +15,7 @@ Spacing parseSpacing(const std::string& text) {
         std::sscanf(text.c_str(), "%lf,%lf%c", &spacing.x, &spacing.y, &rest);  // NOLINT(cert-err34-c)
     const auto isUsable = [](double h) { return h > 1e-100 && h < 1e100; };
     if (read != 2 || !isUsable(spacing.x) || !isUsable(spacing.y))
-        refuse("--spacing {}: is no spacing; give two positive numbers, as in 0.5,0.5", text);
+        refuse("--spacing {}: is no spacing; give two numbers from 1e-100 to 1e100, as in 0.5,0.5", text);
     return spacing;
 }
 
@@ -29,11 +29,11 @@ void FieldCommand::addInput(CLI::App& command) {
             if (!std::isfinite(level)) refuse("--level: give a number");
             field.level = level;
         },
-        "grey value of the outline (default: a mask's own, else Otsu's threshold)");
+        "grey value of the outline (default: a mask's own, else Otsu's threshold), or value of a field");
     command
         .add_option_function<std::string>(
             "--inside", [this](const std::string& side) { field.insideAbove = side == "above"; },
-            "which greys are inside: above (default) or below the level")
+            "what is inside: above (a picture's default) or below the level (a field's)")
         ->check(CLI::IsMember({"above", "below"}))
         ->type_name("above|below");
     command.add_option("--channel", channel, "what to read of a picture in colour")
@@ -50,7 +50,7 @@ void FieldCommand::addInput(CLI::App& command) {
 void FieldCommand::addOutput(CLI::App& command, bool required) {
     command
         .add_option("-o,--output", output,
-                    "file to write; its ending tells the format; - for standard output")
+                    "file to write; its ending tells the format (none: the usual one); - for standard output")
         ->required(required);
     command.add_option("--format", format,
                        "instead of the ending: fl2d, npy, svg, geojson, csv, png, pdf or mask");
@@ -60,7 +60,11 @@ void FieldCommand::addOutput(CLI::App& command, bool required) {
 Raster FieldCommand::read(FullLevelSet2D& levelSet) const {
     Raster raster = readRaster(input, channel);
     std::string note;
-    makeField(raster, field, levelSet, note);
+    try {
+        makeField(raster, field, levelSet, note);
+    } catch (const Failure& failure) {
+        throw Failure(failure.status, fmt::format("{}: {}", input, failure.what()));
+    }
     if (!note.empty()) report("{}: {}", input, note);
     return raster;
 }
@@ -68,17 +72,29 @@ Raster FieldCommand::read(FullLevelSet2D& levelSet) const {
 Raster FieldCommand::readWithCrossing(FullLevelSet2D& levelSet) const {
     Raster raster = read(levelSet);
     if (!hasCrossing(levelSet))
-        throw Failure(kNoCrossing, fmt::format("{}: has no outline, all of it is {}; choose another --level",
-                                               input, levelSet.data()[0] <= 0 ? "inside" : "outside"));
+        throw Failure(
+            kNoCrossing,
+            fmt::format("{}: has no outline, all of it is {}; {}", input,
+                        levelSet.data()[0] <= 0 ? "inside" : "outside",
+                        raster.isField
+                            ? "floating-point values are a field, inside where ≤ 0, unless you give --level"
+                            : "choose another --level or another picture"));
     return raster;
 }
 
 Result::Result(const FieldCommand& command, const std::string& usualFormat)
-    : writer_(writerFor(command.output, command.format, usualFormat)), file_(command.output, command.force) {}
+    : Result(command, writerFor(command.output, command.format, usualFormat)) {}
+
+Result::Result(const FieldCommand& command, const Writer& writer)
+    : writer_(writer), file_(command.output, command.force) {}
 
 void Result::write(const Document& document) {
     writer_.write(document, file_);
     file_.commit();
+}
+
+std::string counted(std::size_t count, const std::string& noun) {
+    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
 CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& example,

@@ -39,12 +39,16 @@ struct FieldCommand {
 class Result {
  public:
     Result(const FieldCommand& command, const std::string& usualFormat);
+    Result(const FieldCommand& command, const Writer& writer);
     void write(const Document& document);
 
  private:
     const Writer& writer_;
     OutputFile file_;
 };
+
+/// "1 polygon", "2 polygons".
+std::string counted(std::size_t count, const std::string& noun);
 
 /// Adds a subcommand that runs body. Its help begins with the example.
 CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& example,

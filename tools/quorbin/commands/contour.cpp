@@ -2,16 +2,21 @@
 #include <optional>
 
 #include "contour_tracing.h"
+#include "failure.h"
 #include "options.h"
 
 namespace {
 
 struct ContourCommand : FieldCommand {
     bool open = false;
+    bool wasGivenEmpty = false;  // -o ''
 
     void run() const {
         std::optional<Result> result;
-        if (!output.empty()) result.emplace(*this, "svg");
+        if (!output.empty())
+            result.emplace(*this, "svg");
+        else if (!format.empty() || wasGivenEmpty)
+            refuse("contour: there is no file to write; name one by -o");
         FullLevelSet2D levelSet;
         const Raster raster = readWithCrossing(levelSet);
         reportContour(levelSet);
@@ -20,17 +25,21 @@ struct ContourCommand : FieldCommand {
 
  private:
     void reportContour(const FullLevelSet2D& levelSet) const {
-        const Contour contour = open ? traceOpen(levelSet) : traceClosed(levelSet);
+        const Contour contour = outlineOf(levelSet, open);
+        if (contour.polygons.empty() && contour.openLines.empty())
+            throw Failure(
+                kNoCrossing,
+                fmt::format("{}: has an outline that encloses nothing; choose another --level", input));
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace();
         double enclosed = 0, around = 0;
         for (const auto& polygon : contour.polygons) {
             enclosed += area(contour.points, polygon, hx, hy);
             around += length(contour.points, polygon, hx, hy);
         }
-        const std::string lines = open ? fmt::format(" and {} open lines", contour.openLines.size()) : "";
+        const std::string lines = open ? " and " + counted(contour.openLines.size(), "open line") : "";
         const char* unit = hx == 1 && hy == 1 ? "pixels" : "units of the spacing";
-        report("{}: {} polygons{}, area {} and length {} in {}", input, contour.polygons.size(), lines,
-               enclosed, around, unit);
+        report("{}: {}{}, area {:.10g} and length {:.10g} in {}", input,
+               counted(contour.polygons.size(), "polygon"), lines, enclosed, around, unit);
     }
 };
 
@@ -39,13 +48,17 @@ struct ContourCommand : FieldCommand {
 void addContour(CLI::App& app) {
     auto contour = std::make_shared<ContourCommand>();
     CLI::App& command = addCommand(app, "contour", "contour mask.png -o outline.svg",
-                                   "Writes the outline: as SVG in pixels, as GeoJSON or CSV in index x "
+                                   "Says how many polygons the outline has, their area and length, and with "
+                                   "-o writes it: as SVG in pixels, as GeoJSON or CSV in index x "
                                    "spacing, or drawn over the picture (PNG, PDF).\n"
                                    "Outlines run counterclockwise around the inside (x right, y growing with "
                                    "the rows), holes the other way.",
                                    [contour] { contour->run(); });
     contour->addInput(command);
     contour->addOutput(command, false);
+    command.get_option("--output")->each([contour](const std::string& path) {
+        contour->wasGivenEmpty = path.empty();
+    });
     command.add_flag("--open", contour->open,
                      "leave outlines open where they meet the border of the picture");
 }

@@ -14,12 +14,13 @@
 
 namespace {
 
-constexpr int kSteps = 200, kReinitEvery = 10;
+constexpr int kSteps = 200, kReinitEvery = 50;
 
 struct Demo : FieldCommand {
     std::string picturePath;
 
     void run() {
+        if (output == "-") refuse("demo: writes a folder; name one by -o");
         const Raster picture = picturePath.empty() ? demoPicture() : readRaster(picturePath, channel);
         if (mkdir(output.c_str(), 0777) != 0 && errno != EEXIST)
             refuse("{}: cannot be made a folder ({}); choose another", output, std::strerror(errno));
@@ -27,11 +28,10 @@ struct Demo : FieldCommand {
         std::string note;
         makeField(picture, field, levelSet, note);
         if (!hasCrossing(levelSet))
-            throw Failure(kNoCrossing,
-                          fmt::format("{}: has no outline; choose another --level", picturePath));
+            throw Failure(kNoCrossing, fmt::format("{}: has no outline; choose another --level", name()));
 
         report("{} × {} pixels{}{}", picture.width, picture.height, note.empty() ? "" : ", ", note);
-        save("1-mask.png", "mask", "what is brighter than the level", {levelSet});
+        save("1-mask.png", "mask", "white inside, black outside", {levelSet});
         save("2-outline-before.svg", "svg", "its outline", {levelSet});
         save("2-outline-before.png", "png", "the outline over the picture", {levelSet, &picture});
         timed("signed distance", [&] { levelSet.ensureSignedDistanceFMM(); });
@@ -40,15 +40,20 @@ struct Demo : FieldCommand {
         timed(fmt::format("{} curvature steps", kSteps), [&] {
             if (smooth(levelSet, kSteps, kReinitEvery, !quiet) >= 0)
                 throw Failure(kNoCrossing,
-                              "nothing is left of the outline; the picture has only small specks");
+                              fmt::format("{}: nothing is left of the outline after {} steps; take a picture "
+                                          "with larger shapes, or another --level",
+                                          name(), kSteps));
         });
         save("4-smooth.fl2d", "fl2d", "the field after the steps", {levelSet});
+        save("4-smooth.png", "png", "the same in colours, with its zero line", {levelSet});
         save("5-outline-after.svg", "svg", "the smooth outline", {levelSet});
         save("5-outline-after.geojson", "geojson", "the same as polygons with holes", {levelSet});
         save("5-outline-after.png", "png", "the smooth outline over the picture", {levelSet, &picture});
     }
 
  private:
+    std::string name() const { return picturePath.empty() ? "the demo's picture" : picturePath; }
+
     template <class Work>
     void timed(const std::string& what, Work work) const {
         const auto start = std::chrono::steady_clock::now();

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iostream>
 #include <memory>
 #include <numeric>
 
@@ -24,7 +23,7 @@ struct Info : FieldCommand {
         const double mean = std::accumulate(raster.samples.begin(), raster.samples.end(), 0.0) / count;
         const auto inside = std::count_if(levelSet.data(), levelSet.data() + raster.samples.size(),
                                           [](double value) { return value <= 0; });
-        const Contour contour = traceClosed(levelSet);
+        const Contour contour = outlineOf(levelSet, false);
         const double part = static_cast<double>(inside) / count;
         const Spacing spacing{levelSet.getXSpace(), levelSet.getYSpace()};
         if (json) {
@@ -41,14 +40,15 @@ struct Info : FieldCommand {
                                                    {"inside", part},
                                                    {"polygons", contour.polygons.size()}};
             // A file's name need not be text.
-            std::cout << object.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
+            fmt::print("{}\n", object.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
             return;
         }
         fmt::print("{}: {} {}, {} × {} points, spacing {} × {}\n", input, raster.format,
                    raster.isField ? "field" : "picture", raster.width, raster.height, spacing.x, spacing.y);
         fmt::print("values   {} to {}, mean {:.6g}\n", *low, *high, mean);
         if (!note.empty()) fmt::print("outline  {}\n", note);
-        fmt::print("inside   {:.1f} % of the points, {} polygons\n", 100 * part, contour.polygons.size());
+        fmt::print("inside   {:.1f} % of the points, {}\n", 100 * part,
+                   counted(contour.polygons.size(), "polygon"));
     }
 };
 

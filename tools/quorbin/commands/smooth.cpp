@@ -25,7 +25,7 @@ namespace {
 
 struct Smooth : FieldCommand {
     int steps = 0;
-    int reinitEvery = 10;
+    int reinitEvery = 50;
 
     void run() const {
         Result result(*this, "fl2d");
@@ -47,7 +47,11 @@ void addSmooth(CLI::App& app) {
     CLI::App& command = addCommand(
         app, "smooth", "smooth mask.png --steps 200 -o smooth.svg",
         "Moves the outline by its curvature, which rounds it off and removes specks. A step takes the time\n"
-        "1 / (2/dx^2 + 2/dy^2), a quarter at spacing 1; a disc of radius r is gone after the time r^2 / 2.",
+        "1 / (2/dx^2 + 2/dy^2), a quarter at spacing 1; a disc of radius r is gone after the time r^2 / 2, "
+        "or\n"
+        "somewhat earlier: each reinitialisation errs a little inwards, so that discs shrink faster by about "
+        "6 %\n"
+        "at the default, by 14 % with --reinit 10.",
         [smooth] { smooth->run(); });
     smooth->addInput(command);
     smooth->addOutput(command, true);
@@ -56,7 +60,7 @@ void addSmooth(CLI::App& app) {
         ->check(CLI::Range(0, 1000000000));
     command
         .add_option("--reinit", smooth->reinitEvery,
-                    "make the field a signed distance again every K steps (default 10)")
+                    "make the field a signed distance again every K steps (default 50)")
         ->check(CLI::Range(1, 1000000000))
         ->type_name("[every] K");
 }

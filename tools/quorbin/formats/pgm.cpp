@@ -41,7 +41,10 @@ class PgmText {
 
 }  // namespace
 
-bool isPgm(const Bytes& bytes) { return startsWith(bytes, "P5") || startsWith(bytes, "P2"); }
+bool isPgm(const Bytes& bytes) {
+    return bytes.size() > 2 && (startsWith(bytes, "P5") || startsWith(bytes, "P2")) &&
+           (std::isspace(bytes[2]) || bytes[2] == '#');
+}
 
 Raster readPgm(const Bytes& bytes, const std::string&) {
     PgmText text(bytes);

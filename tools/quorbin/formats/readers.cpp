@@ -15,7 +15,13 @@ namespace {
 constexpr Reader kReaders[] = {
     {"PNG", isPng, readPng}, {"PGM", isPgm, readPgm}, {"NPY", isNpy, readNpy}, {"FL2D", isFl2d, readFl2d}};
 
-Bytes readBytes(const std::string& path) {
+/// A file and which reader is for it, told before all of it is read.
+struct Input {
+    Bytes bytes;
+    const Reader* reader;
+};
+
+Input readInput(const std::string& path) {
     struct Close {
         void operator()(std::FILE* file) const {
             if (file != stdin) std::fclose(file);
@@ -24,12 +30,20 @@ Bytes readBytes(const std::string& path) {
     const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
     if (!file)
         refuse("{}: cannot be opened ({}); give a PNG, PGM, NPY or FL2D file", path, std::strerror(errno));
-    Bytes bytes;
+    Input input{{}, nullptr};
+    Bytes& bytes = input.bytes;
     unsigned char block[1 << 16];
-    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get()))
+    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
         bytes.insert(bytes.end(), block, block + count);
+        if (input.reader == nullptr)
+            input.reader = std::find_if(std::begin(kReaders), std::end(kReaders),
+                                        [&](const Reader& r) { return r.matches(bytes); });
+        if (input.reader == std::end(kReaders))
+            refuse("{}: is of no known format; give a PNG, PGM, 2D NPY or FL2D file", path);
+    }
     if (std::ferror(file.get())) refuse("{}: cannot be read ({}); give a file", path, std::strerror(errno));
-    return bytes;
+    if (bytes.empty()) refuse("{}: is empty; give a PNG, PGM, NPY or FL2D file", path);
+    return input;
 }
 
 }  // namespace
@@ -48,18 +62,13 @@ void setSize(Raster& raster, long long width, long long height) {
 }
 
 Raster readRaster(const std::string& path, const std::string& channel) {
-    const Bytes bytes = readBytes(path);
-    if (bytes.empty()) refuse("{}: is empty; give a PNG, PGM, NPY or FL2D file", path);
-    const auto* reader = std::find_if(std::begin(kReaders), std::end(kReaders),
-                                      [&](const Reader& r) { return r.matches(bytes); });
-    if (reader == std::end(kReaders))
-        refuse("{}: is of no known format; give a PNG, PGM, 2D NPY or FL2D file", path);
+    const auto [bytes, reader] = readInput(path);
     try {
         Raster raster = reader->read(bytes, channel);
         raster.format = reader->name;
         const auto bad = std::count_if(raster.samples.begin(), raster.samples.end(),
                                        [](double value) { return !std::isfinite(value); });
-        if (bad > 0) refuse("holds {} values that are not finite; replace them by numbers", bad);
+        if (bad > 0) refuse("holds values that are not finite, {} of them; replace them by numbers", bad);
         return raster;
     } catch (const Failure& failure) {
         throw Failure(failure.status, fmt::format("{}: {}", path, failure.what()));

@@ -13,17 +13,12 @@ namespace {
 using Point = brin::Vec2<double>;
 using Line = std::vector<Point>;
 
-Contour trace(const Document& document) {
-    return document.open ? traceOpen(document.field) : traceClosed(document.field);
-}
-
 Line scaled(const Contour& contour, const std::vector<int>& indices, double hx, double hy) {
     Line line;
     line.reserve(indices.size());
     for (const int i : indices) {
         const Point p = contour.points[static_cast<std::size_t>(i)];
-        const Point q(p.x * hx, p.y * hy);
-        if (line.empty() || q != line.back()) line.push_back(q);
+        line.emplace_back(p.x * hx, p.y * hy);
     }
     return line;
 }
@@ -108,7 +103,7 @@ std::string feature(const std::string& properties, const char* geometry, const s
 }  // namespace
 
 void writeSvg(const Document& document, OutputFile& out) {
-    const Contour contour = trace(document);
+    const Contour contour = outlineOf(document.field, document.open);
     const int width = document.field.getWidth(), height = document.field.getHeight();
     out.write(fmt::format(
         "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\">\n"
@@ -131,14 +126,12 @@ void writeSvg(const Document& document, OutputFile& out) {
 }
 
 void writeGeoJson(const Document& document, OutputFile& out) {
-    const Contour contour = trace(document);
+    const Contour contour = outlineOf(document.field, document.open);
     const double hx = document.field.getXSpace(), hy = document.field.getYSpace();
     std::vector<Ring> outlines, holes;
     for (const auto& polygon : contour.polygons) {
         Line line = scaled(contour, polygon, hx, hy);
-        if (line.size() > 1 && line.front() == line.back()) line.pop_back();
         const double enclosed = area(contour.points, polygon, hx, hy);
-        if (line.size() < 3 || enclosed == 0) continue;  // around samples of exactly 0: no ring at all
         (enclosed > 0 ? outlines : holes).push_back(makeRing(std::move(line), enclosed));
     }
     const std::vector<std::size_t> alone = nest(outlines, holes);
@@ -161,22 +154,24 @@ void writeGeoJson(const Document& document, OutputFile& out) {
     for (const std::size_t h : alone) add(feature("", "LineString", coordinates(holes[h].line, true)));
     for (const auto& indices : contour.openLines) {
         const Line line = scaled(contour, indices, hx, hy);
-        if (line.size() > 1) add(feature("", "LineString", coordinates(line, false)));
+        add(feature("", "LineString", coordinates(line, false)));
     }
     out.write("\n]}\n");
 }
 
 void writeCsv(const Document& document, OutputFile& out) {
-    const Contour contour = trace(document);
+    const Contour contour = outlineOf(document.field, document.open);
     const double hx = document.field.getXSpace(), hy = document.field.getYSpace();
-    out.write("polygon,x,y\n");
+    // Open lines stand among the closed ones only where they were asked for.
+    out.write(document.open ? "line,closed,x,y\n" : "polygon,x,y\n");
     int number = 0;
     for (const auto* lines : {&contour.polygons, &contour.openLines})
         for (const auto& line : *lines) {
             std::string text;
             for (const int i : line) {
                 const Point p = contour.points[static_cast<std::size_t>(i)];
-                text += fmt::format("{},{},{}\n", number, p.x * hx, p.y * hy);
+                const char* closed = !document.open ? "" : lines == &contour.polygons ? "1," : "0,";
+                text += fmt::format("{},{}{},{}\n", number, closed, p.x * hx, p.y * hy);
             }
             out.write(text);
             ++number;

@@ -52,23 +52,25 @@ OutputFile::OutputFile(std::string path, bool force) : path_(std::move(path)), f
         return;
     }
     struct stat status = {};
+    if (path_.empty()) refuse("-o: has an empty name; name a file, or - for standard output");
     const bool exists = stat(path_.c_str(), &status) == 0;
+    const bool isLinkToNothing = !exists && lstat(path_.c_str(), &status) == 0;
     if (exists && S_ISDIR(status.st_mode)) refuse("{}: is a folder; name a file", path_);
-    if (exists && S_ISREG(status.st_mode) && !force)
+    if ((isLinkToNothing || (exists && S_ISREG(status.st_mode))) && !force)
         refuse("{}: exists; choose another name or add --force", path_);
     if (!exists || S_ISREG(status.st_mode)) {
-        openBeside();
+        openBeside(exists ? status.st_mode & 07777 : usualMode());
         return;
     }
     file_ = std::fopen(path_.c_str(), "wb");  // a device or a pipe
     if (file_ == nullptr) fail(errno);
 }
 
-void OutputFile::openBeside() {
+void OutputFile::openBeside(unsigned mode) {
     // Where the path is a link, what it points to is replaced and the link stays.
     char resolved[PATH_MAX];
     if (realpath(path_.c_str(), resolved) != nullptr) path_ = resolved;
-    temporaryPath_ = path_ + ".part-XXXXXX";
+    temporaryPath_ = path_.substr(0, path_.find_last_of('/') + 1) + ".quorbin-XXXXXX";
     if (temporaryPath_.size() >= sizeof halfWritten) refuse("{}: is too long a name", path_);
     const int descriptor = mkstemp(temporaryPath_.data());
     if (descriptor < 0) {
@@ -79,7 +81,7 @@ void OutputFile::openBeside() {
     }
     std::strcpy(halfWritten, temporaryPath_.c_str());
     isHalfWritten = 1;
-    fchmod(descriptor, usualMode());
+    fchmod(descriptor, mode);
     file_ = fdopen(descriptor, "wb");
     if (file_ == nullptr) fail(errno);
 }

@@ -21,7 +21,7 @@ class OutputFile {
 
  private:
     [[noreturn]] void fail(int error) const;
-    void openBeside();
+    void openBeside(unsigned mode);
 
     std::string path_;
     std::string temporaryPath_;  // empty where the result goes straight to its place

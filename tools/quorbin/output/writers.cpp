@@ -41,14 +41,19 @@ const Writer& writerFor(const std::string& path, const std::string& format, cons
     const std::string file = path.substr(path.find_last_of('/') + 1);
     const std::size_t dot = file.find_last_of('.');
     if (dot != std::string::npos)
-        if (const Writer* writer = find(file.substr(dot + 1)))
-            return usual == "mask" && writer->write == writePicturePng ? *find(usual) : *writer;
+        if (const Writer* writer = find(file.substr(dot + 1))) return *writer;
     // A file without an ending of ours, a device say, gets the usual format only if it has no ending at all.
     if (dot == std::string::npos) return *find(usual);
     refuse(
         "{}: its ending tells no format; end it in one of fl2d, npy, svg, geojson, csv, png or pdf, or add "
         "--format",
         path);
+}
+
+const Writer& maskWriterFor(const std::string& path, const std::string& format) {
+    const Writer& writer = writerFor(path, format, "mask");
+    if (writer.write == writeMaskPng || writer.write == writePicturePng) return *find("mask");
+    refuse("{}: a mask is written as PNG; end the name in .png", path);
 }
 
 void writeFl2d(const Document& document, OutputFile& out) {

@@ -24,6 +24,9 @@ struct Writer {
 /// one. Refuses what it does not know.
 const Writer& writerFor(const std::string& path, const std::string& format, const std::string& usual);
 
+/// The same for a mask, which is PNG only.
+const Writer& maskWriterFor(const std::string& path, const std::string& format);
+
 void writeFl2d(const Document& document, OutputFile& out);
 void writeNpy(const Document& document, OutputFile& out);
 void writeMaskPng(const Document& document, OutputFile& out);
