@@ -87,6 +87,18 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     /// proportional to the front. More points than an int can number leave the object unchanged.
     void ensureSignedDistanceFMM();
 
+    /// Replaces values by the distance to the nearest segment of getLines, in grid units whatever the spacings,
+    /// negative for values that were ≤ 0 or not a number; distances above √(2 · width · height) become that. Exact
+    /// for the segments: a tree of boxes finds the nearest, O(log n) a point.
+    void ensureSignedDistanceBrute();
+
+    /// The same in four sweeps that pass the index of the nearest segment from point to point (Danielsson 1980), in
+    /// linear time. Exact near the contour; further off the sweeps, two forward and two backward, may miss the nearest
+    /// segment and find one some per cent further, mostly towards the lower right and the upper left. Points further
+    /// than √(width · height) keep their values, so a field without a zero crossing stays as it is. Takes 12 bytes a
+    /// point while it works.
+    void ensureSignedDistance();
+
     /// Unsigned distance of a point from the crossings of its own four grid edges; 1e11 if none is crossed.
     double estimateDistanceInit(int x, int y) const;
 

@@ -1,9 +1,9 @@
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <unordered_map>
 
 #include "quorbin2d/contour.h"
+#include "quorbin2d/extraction/segment_distance.h"
 
 std::vector<std::vector<int>> getPolygons(std::vector<brin::Vec2<double>>&,
                                           std::vector<std::pair<int, int>>& segments) {
@@ -61,18 +61,7 @@ double length(const std::vector<brin::Vec2<double>>& points, const std::vector<i
 }
 
 double distToSeg(brin::Vec2<double>& a, brin::Vec2<double>& b, brin::Vec2<double>& p, int* side) {
-    const brin::Vec2<double> w = p - a, q = p - b;
-    const double toStart = dot(w, w), toEnd = dot(q, q);
-    double best = toStart > toEnd ? toEnd : toStart;
-
-    const brin::Vec2<double> along = b - a;
-    const double segmentLength = std::sqrt(dot(along, along));
-    const brin::Vec2<double> unit = segmentLength > 1e-15 ? along / segmentLength : brin::Vec2<double>();
-    const double t = dot(w, unit);
-    if (t >= 0 && segmentLength > t) {
-        const brin::Vec2<double> e = w - t * unit;
-        best = std::min(best, dot(e, e));
-    }
-    if (side != nullptr) *side = w.x * unit.y - w.y * unit.x <= 0 ? 1 : 0;
-    return best;
+    const lset::detail::MeasuredSegment segment(a, b);
+    if (side != nullptr) *side = segment.hasOnLeft(p) ? 1 : 0;
+    return segment.squaredDistance(p);
 }

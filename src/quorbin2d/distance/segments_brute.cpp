@@ -1,0 +1,35 @@
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+#include "quorbin2d/distance/segment_tree.h"
+#include "quorbin2d/full_level_set_2d.h"
+
+using lset::detail::SegmentTree;
+
+void FullLevelSet2D::ensureSignedDistanceBrute() {
+    std::vector<brin::Vec2<double>> points;
+    std::vector<std::pair<int, int>> segments;
+    getLines(points, segments);
+    // A distance that is not a number replaces whatever is there and is replaced by none: one segment that starts nowhere,
+    // and no point has a distance. One that only ends nowhere counts as its start.
+    const auto isNumber = [&](int i) {
+        const brin::Vec2<double>& p = points[static_cast<std::size_t>(i)];
+        return !std::isnan(p.x) && !std::isnan(p.y);
+    };
+    double bound = 2.0 * static_cast<double>(size());
+    for (auto& [start, end] : segments) {
+        if (!isNumber(end)) end = start;
+        if (!isNumber(start)) bound = std::numeric_limits<double>::quiet_NaN();
+    }
+    if (std::isnan(bound)) segments.clear();
+    const SegmentTree tree(points, segments);
+
+    double* value = values_.get();
+    std::size_t nearest = 0;
+    for (int y = 0; y < height_; ++y)
+        for (int x = 0; x < width_; ++x, ++value) {
+            const double distance = std::sqrt(tree.smallest({double(x), double(y)}, bound, nearest));
+            *value = *value > 0 ? distance : -distance;
+        }
+}

@@ -1,0 +1,107 @@
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+#include "quorbin2d/extraction/cells.h"
+#include "quorbin2d/extraction/segment_distance.h"
+#include "quorbin2d/marching_squares.h"
+
+using namespace lset::detail;
+
+namespace {
+
+/// For each grid point the nearest segment known so far and the squared distance to it.
+class NearestSegments {
+ public:
+    NearestSegments(int width, int height)
+        : width_(width),
+          height_(height),
+          squared_(points(), 2.0 * static_cast<double>(points())),
+          nearest_(points(), kNone) {}
+
+    /// Adds the segments of a cell and measures its corners against each.
+    template <class Reader>
+    void addCell(const Reader& field, int x, int y, int caseOfCell) {
+        const CellCrossings<Reader> crossings(field, x, y);
+        const int* edge = MarchingSquares::lut[caseOfCell];
+        for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
+            const brin::Vec2<double> start = crossings.on(edge[0]);
+            const brin::Vec2<double> end = crossings.on(edge[1]);
+            segments_.emplace_back(start, end);
+            const auto index = static_cast<int>(segments_.size() - 1);
+            for (const auto& [cx, cy] : {std::pair{x, y}, {x + 1, y}, {x, y + 1}, {x + 1, y + 1}})
+                offer(cx, cy, index);
+        }
+    }
+
+    void sweep() {
+        for (int y = 0; y < height_; ++y)
+            for (int x = 0; x < width_; ++x) {
+                if (x > 0) offer(x, y, nearest_[at(x - 1, y)]);
+                if (y > 0) offer(x, y, nearest_[at(x, y - 1)]);
+            }
+        for (int y = height_ - 1; y >= 0; --y)
+            for (int x = width_ - 1; x >= 0; --x) {
+                if (x < width_ - 1) offer(x, y, nearest_[at(x + 1, y)]);
+                if (y < height_ - 1) offer(x, y, nearest_[at(x, y + 1)]);
+            }
+    }
+
+    const std::vector<double>& squared() const { return squared_; }
+
+ private:
+    static constexpr int kNone = -1;
+
+    std::size_t points() const {
+        return static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
+    }
+    std::size_t at(int x, int y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x);
+    }
+
+    void offer(int x, int y, int segment) {
+        const std::size_t i = at(x, y);
+        // A point's own segment would be no nearer than it is.
+        if (segment == kNone || segment == nearest_[i]) return;
+        const double d = segments_[static_cast<std::size_t>(segment)].squaredDistance({double(x), double(y)});
+        if (squared_[i] > d) {
+            squared_[i] = d;
+            nearest_[i] = segment;
+        }
+    }
+
+    int width_, height_;
+    std::vector<double> squared_;
+    std::vector<int> nearest_;
+    std::vector<MeasuredSegment> segments_;
+};
+
+void addCells(FullLevelSet2D& grid, const VirtualReader2D& field, int width, int height,
+              NearestSegments& found) {
+    for (int y = 0; y < height - 1; ++y)
+        for (int x = 0; x < width - 1; ++x) {
+            const bool corner0 = grid(x, y) > 0;
+            const bool corner1 = grid(x + 1, y) > 0;
+            const bool corner2 = grid(x + 1, y + 1) > 0;
+            const bool corner3 = grid(x, y + 1) > 0;
+            found.addCell(field, x, y, cellCase(corner0, corner1, corner2, corner3));
+        }
+}
+
+void addCells(FullLevelSet2D&, const DenseReader2D& field, int width, int height, NearestSegments& found) {
+    forEachCrossedCell(
+        field, width, height, [&](int x, int y, int cell) { found.addCell(field, x, y, cell); }, [](int) {});
+}
+
+}  // namespace
+
+void FullLevelSet2D::ensureSignedDistance() {
+    NearestSegments found(width_, height_);
+    withReader(*this, [&](const auto& field) { addCells(*this, field, width_, height_, found); });
+    found.sweep();
+    found.sweep();
+    const double furthest = static_cast<double>(size());
+    for (std::size_t i = 0; i < size(); ++i)
+        if (found.squared()[i] <= furthest)
+            values_[i] = (values_[i] > 0 ? 1.0 : -1.0) * std::sqrt(found.squared()[i]);
+}
