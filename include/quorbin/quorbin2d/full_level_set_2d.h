@@ -79,6 +79,21 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     /// throws passes through with the values unchanged.
     void moveWithCurvature(const boost::function<double(LevelSet2D*, int, int, double*)>& f);
 
+    /// One backward Euler step of φt = Δφ over the time 1, (I − Δ) u = φ, stable whatever the spacings. Neighbours are
+    /// reflected at all four edges without repeating the edge point; an axis of one point has none. Solved directly:
+    /// memory and time grow faster than the grid. If that fails the values become not-a-number; a grid of more than
+    /// 2³¹ / 5 points stays as it is.
+    void moveAlongCurvatureImplicit();
+
+    /// One backward Euler step of size dt, (I − dt (k Δ + vx Dx + vy Dy)) u = φ + dt s, with the coefficients that f
+    /// writes for each point: f(levelSet, x, y, k, vx, vy, s), diffusion weight, advection along x and y, source. All
+    /// four must be written every time. Dx and Dy are the backward difference for a positive coefficient and the
+    /// forward one for any other. f sees the old field. The last argument has no effect on the dense grid. For what
+    /// fails see moveAlongCurvatureImplicit and moveWithCurvature.
+    void moveWithCurvatureImplicit(
+        const boost::function<void(LevelSet2D*, int, int, double&, double&, double&, double&)>& f, double dt,
+        int maxIterations);
+
     // Distance
 
     /// Replaces the values by the signed distance to the zero crossing, in world units, by fast marching
