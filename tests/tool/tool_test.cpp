@@ -182,7 +182,7 @@ TEST_F(Tool, DemoFindsTheShapesItHasDrawn) {
             both += isFound && isDrawn ? 2 : 0;
             either += int{isFound} + int{isDrawn};
         }
-    EXPECT_GT(both / either, 0.95);
+    EXPECT_GT(both / either, 0.97);
     EXPECT_EQ(run("demo -o demo").status, 2);
     EXPECT_EQ(run("demo -o demo -f --input square.pgm").status, 4);
 }
