@@ -12,7 +12,7 @@ int main() {
             blob(x, y) =
                 std::hypot(x - 128.0, y - 128.0) - 80.0 - 20.0 * std::cos(7 * angle);  // <= 0 is inside
         }
-    blob.ensureSignedDistanceFMM();
+    blob.ensureSignedDistance();
     for (int step = 0; step <= 1200; ++step) {
         if (step % 400 == 0) {
             std::vector<brin::Vec2<double>> points;
@@ -23,6 +23,6 @@ int main() {
                             length(points, polygon));
         }
         blob.moveAlongCurvature();
-        if (step % 50 == 49) blob.ensureSignedDistanceFMM();
+        if (step % 10 == 9) blob.ensureSignedDistance();
     }
 }

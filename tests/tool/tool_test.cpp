@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include "commands/demo_picture.h"
+#include "commands/smooth.h"
 #include "support.h"
 
 namespace {
@@ -20,6 +21,18 @@ struct Outcome {
     int status;
     std::string out, err;
 };
+
+/// Twice what two insides share, of what they are together.
+double diceOf(const FullLevelSet2D& one, const FullLevelSet2D& other) {
+    double shared = 0, together = 0;
+    for (int y = 0; y < one.getHeight(); ++y)
+        for (int x = 0; x < one.getWidth(); ++x) {
+            const bool isInOne = one.get(x, y) <= 0, isInOther = other.get(x, y) <= 0;
+            shared += isInOne && isInOther ? 2 : 0;
+            together += int{isInOne} + int{isInOther};
+        }
+    return shared / together;
+}
 
 class Tool : public testing::Test {
  protected:
@@ -175,14 +188,12 @@ TEST_F(Tool, DemoFindsTheShapesItHasDrawn) {
     ASSERT_EQ(run("demo -o demo -q").status, 0);
     FullLevelSet2D found;
     ASSERT_TRUE(found.load((folder + "/demo/4-smooth.fl2d").c_str()));
-    double both = 0, either = 0;
-    for (int y = 0; y < 512; ++y)
-        for (int x = 0; x < 512; ++x) {
-            const bool isFound = found.get(x, y) <= 0, isDrawn = demoShapes(x, y) <= 0;
-            both += isFound && isDrawn ? 2 : 0;
-            either += int{isFound} + int{isDrawn};
-        }
-    EXPECT_GT(both / either, 0.97);
+    FullLevelSet2D drawn;
+    fill(drawn, 512, 512, [](int x, int y) { return demoShapes(x, y); });
+    // Curvature takes away 2 pi from each outline and unit of time, noise or not.
+    EXPECT_GT(diceOf(found, drawn), 0.96);
+    ASSERT_EQ(smooth(drawn, 200, kReinitEvery, false), -1);
+    EXPECT_GT(diceOf(found, drawn), 0.99);
     EXPECT_EQ(run("demo -o demo").status, 2);
     EXPECT_EQ(run("demo -o demo -f --input square.pgm").status, 4);
 }

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int kSteps = 200, kReinitEvery = 50;
+constexpr int kSteps = 200;
 
 struct Demo : FieldCommand {
     std::string picturePath;

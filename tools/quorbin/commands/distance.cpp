@@ -1,8 +1,14 @@
+#include <map>
 #include <memory>
 
+#include "failure.h"
 #include "options.h"
+#include "signed_distance.h"
 
 namespace {
+
+const std::map<std::string, DistanceMethod> kMethods{
+    {"fmm", distanceByMarching}, {"segments", distanceBySegments}, {"brute", distanceByBruteForce}};
 
 struct Distance : FieldCommand {
     std::string method = "fmm";
@@ -11,7 +17,10 @@ struct Distance : FieldCommand {
         Result result(*this, "fl2d");
         FullLevelSet2D levelSet;
         readWithCrossing(levelSet);
-        levelSet.ensureSignedDistanceFMM();
+        if (method != "fmm" && !hasEqualSpacings(levelSet))
+            refuse("{}: its spacings are {} and {}; --method {} wants equal ones, fmm takes any", input,
+                   levelSet.getXSpace(), levelSet.getYSpace(), method);
+        kMethods.at(method)(levelSet);
         result.write({levelSet});
     }
 };
@@ -26,7 +35,11 @@ void addDistance(CLI::App& app) {
                    [distance] { distance->run(); });
     distance->addInput(command);
     distance->addOutput(command, true);
-    command.add_option("--method", distance->method, "fmm: fast marching (default)")
-        ->check(CLI::IsMember({"fmm"}))
-        ->type_name("fmm");
+    command
+        .add_option(
+            "--method", distance->method,
+            "fmm: fast marching, first order (default); segments: to the straight pieces of the outline, "
+            "swept; brute: to the nearest of all pieces")
+        ->check(CLI::IsMember(kMethods))
+        ->type_name("fmm|segments|brute");
 }
