@@ -1,95 +1,135 @@
 #include <algorithm>
-#include <climits>
+#include <cmath>
 #include <cstddef>
+#include <limits>
+#include <vector>
 
-#include "brin/sparse_matrix.h"
+#include "common/bicgstab.h"
+#include "quorbin2d/differences/readers.h"
 #include "quorbin2d/full_level_set_2d.h"
+#include "quorbin2d/motion/reflecting_laplacian.h"
+#include "quorbin2d/motion/stencil_system.h"
+
+using namespace lset::detail;
 
 namespace {
-
-/// The system of an implicit step: one row for each grid point, row by row. Neighbours beyond the edge are reflected
-/// without repeating the edge point, at both ends, so that an edge point has the same neighbour twice.
-class ImplicitSystem {
- public:
-    ImplicitSystem(int width, int height)
-        : width_(width),
-          height_(height),
-          A_(width * height, width * height, 5 * width * height),
-          b_(width * height, 1) {}
-
-    /// Weights of the neighbours of a point; along an axis of one point there are none.
-    struct Weights {
-        double left, right, below, above;
-    };
-
-    void setRow(int x, int y, double rightSide, double diagonal, const Weights& weight) {
-        const int i = y * width_ + x;
-        b_.data()[i] = rightSide;
-        A_.get(i, i) = diagonal;
-        if (width_ > 1) {
-            A_.get(i, y * width_ + (x - 1 < 0 ? 1 : x - 1)) += weight.left;
-            A_.get(i, y * width_ + (x + 1 >= width_ ? width_ - 2 : x + 1)) += weight.right;
-        }
-        if (height_ > 1) {
-            A_.get(i, (y - 1 < 0 ? 1 : y - 1) * width_ + x) += weight.below;
-            A_.get(i, (y + 1 >= height_ ? height_ - 2 : y + 1) * width_ + x) += weight.above;
-        }
-    }
-
-    void solve(double* values) {
-        const brin::Matrix u = brin::SparseMatrix::umfsolve(A_, b_);
-        std::copy_n(u.data(), u.rows(), values);
-    }
-
- private:
-    int width_, height_;
-    brin::SparseMatrix A_;
-    brin::Matrix b_;
-};
 
 /// 1 / h², or nothing along an axis of one point.
 double inverseSquare(double h, int points) { return points > 1 ? 1.0 / (h * h) : 0.0; }
 
+bool areFinite(const std::vector<double>& values) {
+    return std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); });
+}
+
+void fillWithNotANumber(std::vector<double>& values) {
+    std::fill(values.begin(), values.end(), std::numeric_limits<double>::quiet_NaN());
+}
+
+/// The weights of an equation as the callback's coefficients at its point give them.
+StencilSystem::Row equationOf(double k, double vx, double vy, double dt, double hx, double hy, int width,
+                              int height) {
+    const double cx = (-dt * k) / (hx * hx), cy = (-dt * k) / (hy * hy);
+    StencilSystem::Row row{
+        (2 * dt * k) * (inverseSquare(hx, width) + inverseSquare(hy, height)) + 1, cx, cx, cy, cy, 0};
+    // Backward for a positive coefficient, forward for any other, as the upwind differences choose.
+    if (width > 1) {
+        const double a = (vx / hx) * dt;
+        row.diagonal = vx > 0 ? row.diagonal - a : row.diagonal + a;
+        (vx > 0 ? row.left : row.right) = vx > 0 ? cx + a : cx - a;
+    }
+    if (height > 1) {
+        const double c = (vy / hy) * dt;
+        row.diagonal = vy > 0 ? row.diagonal - c : row.diagonal + c;
+        (vy > 0 ? row.below : row.above) = vy > 0 ? cy + c : cy - c;
+    }
+    return row;
+}
+
+/// Whether the solver for constant weights takes these: else a transform would overflow, or has no meaning.
+bool areUsable(double wx, double wy) { return wx >= 0 && wy >= 0 && std::isfinite(16 * (wx + wy)); }
+
+/// False where the Krylov method does not reach a backward error of rounding within its steps. wx and wy are the weights of
+/// the neighbours that the mean diffusion gives.
+bool solveIteratively(const StencilSystem& system, int width, int height, double wx, double wy,
+                      double normOfA, std::vector<double>& u) {
+    constexpr double kBackwardError = 1e-14;
+    // Where diffusion is as weak as this, dividing by the diagonal takes more steps but less time.
+    constexpr double kWeak = 8;
+    constexpr int kSteps = 60, kQuickSteps = 160;
+    const auto multiply = [&](const double* v, double* result) { system.multiply(v, result); };
+    std::vector<double> b(system.size());
+    for (std::size_t i = 0; i < b.size(); ++i) b[i] = system[i].rightSide;
+    u = b;
+    if (wx + wy <= kWeak) {
+        const auto divide = [&](double* v) {
+            for (std::size_t i = 0; i < system.size(); ++i) v[i] /= system[i].diagonal;
+        };
+        return solveByBicgstab(multiply, divide, normOfA, b, kBackwardError, kQuickSteps, u);
+    }
+    ReflectingLaplacian laplacian(width, height, wx, wy);
+    const auto solveForTheMean = [&](double* v) { laplacian.solve(v); };
+    return solveByBicgstab(multiply, solveForTheMean, normOfA, b, kBackwardError, kSteps, u);
+}
+
 }  // namespace
 
 void FullLevelSet2D::moveAlongCurvatureImplicit() {
-    if (size() > INT_MAX / 5) return;
+    if (size() == 0) return;
     const double wx = inverseSquare(getXSpace(), width_), wy = inverseSquare(getYSpace(), height_);
-    const double diagonal = (wx + wy) + (wx + wy) + 1.0;
-    ImplicitSystem system(width_, height_);
-    for (int y = 0; y < height_; ++y)
-        for (int x = 0; x < width_; ++x) system.setRow(x, y, get(x, y), diagonal, {-wx, -wx, -wy, -wy});
-    system.solve(values_.get());
+    std::vector<double> u(size());
+    withReader(*this, [&](const auto& field) {
+        double* value = u.data();
+        for (int y = 0; y < height_; ++y)
+            for (int x = 0; x < width_; ++x) *value++ = field.get(x, y);
+    });
+    // Sums of a row must not overflow.
+    constexpr double kLargest = 1e290;
+    if (!areFinite(u)) {
+        fillWithNotANumber(u);  // every value depends on every other
+    } else if (areUsable(wx, wy) && largestMagnitude(u) <= kLargest) {
+        ReflectingLaplacian(width_, height_, wx, wy).solve(u.data());
+    } else {
+        StencilSystem system(width_, height_);
+        for (std::size_t i = 0; i < u.size(); ++i)
+            system[i] = {(wx + wy) + (wx + wy) + 1.0, -wx, -wx, -wy, -wy, u[i]};
+        system.solveDirectly(u.data());
+    }
+    std::copy(u.begin(), u.end(), values_.get());
 }
 
 void FullLevelSet2D::moveWithCurvatureImplicit(
     const boost::function<void(LevelSet2D*, int, int, double&, double&, double&, double&)>& f, double dt,
     int /*maxIterations*/) {
-    if (size() > INT_MAX / 5) return;
+    if (size() == 0) return;
+    constexpr std::size_t kSmall = 1024;  // points; up to here the direct solver is as fast
     const double hx = getXSpace(), hy = getYSpace();
-    const double weight = inverseSquare(hx, width_) + inverseSquare(hy, height_);
-    ImplicitSystem system(width_, height_);
+    StencilSystem system(width_, height_);
     double k = 0, vx = 0, vy = 0, source = 0;  // one set for all points: a callback must write all four
+    double sumOfK = 0;
+    bool isDiagonal = true;
     const double* const values = values_.get();
+    std::size_t i = 0;
     for (int y = 0; y < height_; ++y)
-        for (int x = 0; x < width_; ++x) {
+        for (int x = 0; x < width_; ++x, ++i) {
             f(this, x, y, k, vx, vy, source);
             if (values_.get() != values) return;  // the callback has released the grid or made another of it
-            const double cx = (-dt * k) / (hx * hx), cy = (-dt * k) / (hy * hy);
-            double diagonal = (2 * dt * k) * weight + 1;
-            ImplicitSystem::Weights weights{cx, cx, cy, cy};
-            // Backward for a positive coefficient, forward for any other, as the upwind differences choose.
-            if (width_ > 1) {
-                const double a = (vx / hx) * dt;
-                diagonal = vx > 0 ? diagonal - a : diagonal + a;
-                (vx > 0 ? weights.left : weights.right) = vx > 0 ? cx + a : cx - a;
-            }
-            if (height_ > 1) {
-                const double c = (vy / hy) * dt;
-                diagonal = vy > 0 ? diagonal - c : diagonal + c;
-                (vy > 0 ? weights.below : weights.above) = vy > 0 ? cy + c : cy - c;
-            }
-            system.setRow(x, y, dt * source + get(x, y), diagonal, weights);
+            system[i] = equationOf(k, vx, vy, dt, hx, hy, width_, height_);
+            system[i].rightSide = dt * source + get(x, y);
+            sumOfK += k;
+            isDiagonal = isDiagonal && k == 0 && vx == 0 && vy == 0;
         }
-    system.solve(values_.get());
+
+    std::vector<double> u(size());
+    const double norm = system.norm();
+    const double meanStep = dt * (sumOfK / static_cast<double>(size()));
+    const double wx = meanStep * inverseSquare(hx, width_), wy = meanStep * inverseSquare(hy, height_);
+    if (isDiagonal) {
+        for (i = 0; i < u.size(); ++i) u[i] = system[i].rightSide / system[i].diagonal;
+    } else if (!std::isfinite(norm)) {
+        fillWithNotANumber(u);
+    } else if (size() <= kSmall || !areUsable(wx, wy) ||
+               !solveIteratively(system, width_, height_, wx, wy, norm, u)) {
+        system.solveDirectly(u.data());
+    }
+    std::copy(u.begin(), u.end(), values_.get());
 }
