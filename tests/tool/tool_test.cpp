@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -184,6 +185,65 @@ TEST_F(Tool, WritesRingsAsGeoJsonWantsThem) {
     EXPECT_EQ(nlohmann::json::parse(run("info square.pgm --json").out)["polygons"], 2);
 }
 
+TEST_F(Tool, SegmentFindsTheShapesFromCirclesAndFromALevel) {
+    ASSERT_EQ(run("demo -o demo -q").status, 0);
+    FullLevelSet2D drawn, found;
+    fill(drawn, 512, 512, [](int x, int y) { return demoShapes(x, y); });
+    for (const char* how : {"--explicit", "--implicit --init demo/1-mask.png"}) {
+        const std::string start = how == std::string("--explicit") ? " --level otsu " : " ";
+        const Outcome outcome = run("segment demo/0-picture.png -o found.fl2d -f" + start + how);
+        ASSERT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_NE(outcome.out.find(" still after"), std::string::npos) << outcome.out;
+        ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
+        EXPECT_GT(diceOf(found, drawn), 0.97);
+    }
+    // Dark on bright finds the same outline, by circles that do not know where it is; the bright side is inside.
+    std::string pgm = "P5 64 48 255\n";
+    for (int i = 0; i < 64 * 48; ++i)
+        pgm += static_cast<char>((std::hypot(i % 64 - 30, i / 64 - 25) < 15 ? 40 : 90) + i * 7919 % 31);
+    write("dark.pgm", pgm);
+    ASSERT_EQ(run("segment dark.pgm -o found.fl2d -f --picture over.png --frames frames").status, 0);
+    ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
+    fill(drawn, 64, 48, [](int x, int y) { return 15 - std::hypot(x - 30, y - 25); });
+    EXPECT_GT(diceOf(found, drawn), 0.97);
+    EXPECT_TRUE(std::filesystem::exists(folder + "/over.png"));
+    EXPECT_TRUE(std::filesystem::exists(folder + "/frames/000010.png"));
+    EXPECT_EQ(run("segment dark.pgm -o found.fl2d").status, 2);
+    EXPECT_EQ(run("segment dark.pgm -o a.svg --init square.pgm").status, 2);
+    EXPECT_EQ(run("segment dark.pgm -o a.svg --level 200").status, 4);
+}
+
+TEST_F(Tool, SmoothsAlikeByExplicitAndImplicitSteps) {
+    FullLevelSet2D disc;
+    fill(
+        disc, 80, 80, [](int x, int y) { return std::hypot(x - 39.6, y - 40.2) / 2 - 15; }, 0.5, 0.5);
+    ASSERT_TRUE(disc.save((folder + "/disc.fl2d").c_str()));
+    // The time 20 takes the radius from 15 to the root of 185.
+    for (const char* steps : {"--steps 320", "--steps 80 --implicit", "--steps 40 --implicit --dt 0.5"}) {
+        ASSERT_EQ(run("smooth disc.fl2d -f -o smooth.fl2d " + std::string(steps)).status, 0);
+        ASSERT_TRUE(disc.load((folder + "/smooth.fl2d").c_str()));
+        const double r = std::hypot(39 - 39.6, 40 - 40.2) / 2 - disc.get(39, 40);
+        EXPECT_NEAR(r, std::sqrt(185.0), 0.15) << steps;
+    }
+    EXPECT_EQ(run("smooth disc.fl2d -f -o smooth.fl2d --steps 1 --dt 2").status, 2);
+}
+
+TEST_F(Tool, MeasuresDistancesByThreeMethods) {
+    // A strip is longer than the distances by segments reach.
+    std::string strip = "P5 200 8 1\n";
+    for (int i = 0; i < 200 * 8; ++i) strip += static_cast<char>(i % 200 < 20);
+    write("strip.pgm", strip);
+    FullLevelSet2D field;
+    for (const char* method : {"fmm", "segments", "brute"}) {
+        ASSERT_EQ(run(std::string("distance strip.pgm -f -o d.fl2d --spacing 2,2 --method ") + method).status,
+                  0);
+        ASSERT_TRUE(field.load((folder + "/d.fl2d").c_str()));
+        for (const int x : {0, 19, 20, 60, 199})
+            EXPECT_NEAR(field.get(x, 3), 2 * (x - 19.5), 1e-9) << method << x;
+    }
+    EXPECT_EQ(run("distance strip.pgm -f -o d.fl2d --spacing 2,1 --method brute").status, 2);
+}
+
 TEST_F(Tool, DemoFindsTheShapesItHasDrawn) {
     ASSERT_EQ(run("demo -o demo -q").status, 0);
     FullLevelSet2D found;
@@ -192,7 +252,7 @@ TEST_F(Tool, DemoFindsTheShapesItHasDrawn) {
     fill(drawn, 512, 512, [](int x, int y) { return demoShapes(x, y); });
     // Curvature takes away 2 pi from each outline and unit of time, noise or not.
     EXPECT_GT(diceOf(found, drawn), 0.96);
-    ASSERT_EQ(smooth(drawn, 200, kReinitEvery, false), -1);
+    ASSERT_EQ(smooth(drawn, {200}, false), -1);
     EXPECT_GT(diceOf(found, drawn), 0.99);
     EXPECT_EQ(run("demo -o demo").status, 2);
     EXPECT_EQ(run("demo -o demo -f --input square.pgm").status, 4);

@@ -22,7 +22,7 @@ Spacing parseSpacing(const std::string& text) {
 }  // namespace
 
 void FieldCommand::addInput(CLI::App& command) {
-    command.add_option("INPUT", input, "PNG, PGM, NPY (2D) or FL2D file; - for standard input")->required();
+    addPicture(command);
     command.add_option_function<double>(
         "--level",
         [this](double level) {
@@ -36,6 +36,10 @@ void FieldCommand::addInput(CLI::App& command) {
             "what is inside: above (a picture's default) or below the level (a field's)")
         ->check(CLI::IsMember({"above", "below"}))
         ->type_name("above|below");
+}
+
+void FieldCommand::addPicture(CLI::App& command) {
+    command.add_option("INPUT", input, "PNG, PGM, NPY (2D) or FL2D file; - for standard input")->required();
     command.add_option("--channel", channel, "what to read of a picture in colour")
         ->check(CLI::IsMember({"r", "g", "b", "luma"}))
         ->type_name("r|g|b|luma");

@@ -20,6 +20,8 @@ struct FieldCommand {
     bool quiet = false;
 
     void addInput(CLI::App& command);
+    /// The same without what makes a field of the picture.
+    void addPicture(CLI::App& command);
     void addOutput(CLI::App& command, bool required);
 
     /// Reads the input and makes its field; says which level was taken.
@@ -58,6 +60,7 @@ CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& 
 void addInfo(CLI::App& app);
 void addDistance(CLI::App& app);
 void addSmooth(CLI::App& app);
+void addSegment(CLI::App& app);
 void addContour(CLI::App& app);
 void addMask(CLI::App& app);
 void addConvert(CLI::App& app);

@@ -48,8 +48,16 @@ StencilSystem::Row equationOf(double k, double vx, double vy, double dt, double 
 /// Whether the solver for constant weights takes these: else a transform would overflow, or has no meaning.
 bool areUsable(double wx, double wy) { return wx >= 0 && wy >= 0 && std::isfinite(16 * (wx + wy)); }
 
-/// False where the Krylov method does not reach a backward error of rounding within its steps. wx and wy are the weights of
-/// the neighbours that the mean diffusion gives.
+/// Leaves u for b in u, with the same weights wx and wy everywhere. False where that solver does not apply.
+bool solveByTransforms(int width, int height, double wx, double wy, std::vector<double>& u) {
+    constexpr double kLargest = 1e290;  // sums of a row must not overflow
+    if (!areUsable(wx, wy) || largestMagnitude(u) > kLargest) return false;
+    ReflectingLaplacian(width, height, wx, wy).solve(u.data());
+    return true;
+}
+
+/// Leaves u for b in u. wx and wy are the weights of the neighbours that the mean diffusion gives. False where the Krylov
+/// method does not reach a backward error of rounding within its steps.
 bool solveIteratively(const StencilSystem& system, int width, int height, double wx, double wy,
                       double normOfA, std::vector<double>& u) {
     constexpr double kBackwardError = 1e-14;
@@ -57,9 +65,7 @@ bool solveIteratively(const StencilSystem& system, int width, int height, double
     constexpr double kWeak = 8;
     constexpr int kSteps = 60, kQuickSteps = 160;
     const auto multiply = [&](const double* v, double* result) { system.multiply(v, result); };
-    std::vector<double> b(system.size());
-    for (std::size_t i = 0; i < b.size(); ++i) b[i] = system[i].rightSide;
-    u = b;
+    const std::vector<double> b = u;
     if (wx + wy <= kWeak) {
         const auto divide = [&](double* v) {
             for (std::size_t i = 0; i < system.size(); ++i) v[i] /= system[i].diagonal;
@@ -82,13 +88,9 @@ void FullLevelSet2D::moveAlongCurvatureImplicit() {
         for (int y = 0; y < height_; ++y)
             for (int x = 0; x < width_; ++x) *value++ = field.get(x, y);
     });
-    // Sums of a row must not overflow.
-    constexpr double kLargest = 1e290;
     if (!areFinite(u)) {
         fillWithNotANumber(u);  // every value depends on every other
-    } else if (areUsable(wx, wy) && largestMagnitude(u) <= kLargest) {
-        ReflectingLaplacian(width_, height_, wx, wy).solve(u.data());
-    } else {
+    } else if (!solveByTransforms(width_, height_, wx, wy, u)) {
         StencilSystem system(width_, height_);
         for (std::size_t i = 0; i < u.size(); ++i)
             system[i] = {(wx + wy) + (wx + wy) + 1.0, -wx, -wx, -wy, -wy, u[i]};
@@ -105,8 +107,8 @@ void FullLevelSet2D::moveWithCurvatureImplicit(
     const double hx = getXSpace(), hy = getYSpace();
     StencilSystem system(width_, height_);
     double k = 0, vx = 0, vy = 0, source = 0;  // one set for all points: a callback must write all four
-    double sumOfK = 0;
-    bool isDiagonal = true;
+    double sumOfK = 0, firstK = 0;
+    bool isWithoutAdvection = true, isUniform = true;
     const double* const values = values_.get();
     std::size_t i = 0;
     for (int y = 0; y < height_; ++y)
@@ -115,21 +117,27 @@ void FullLevelSet2D::moveWithCurvatureImplicit(
             if (values_.get() != values) return;  // the callback has released the grid or made another of it
             system[i] = equationOf(k, vx, vy, dt, hx, hy, width_, height_);
             system[i].rightSide = dt * source + get(x, y);
+            if (i == 0) firstK = k;
             sumOfK += k;
-            isDiagonal = isDiagonal && k == 0 && vx == 0 && vy == 0;
+            isWithoutAdvection = isWithoutAdvection && vx == 0 && vy == 0;
+            isUniform = isUniform && k == firstK;
         }
 
     std::vector<double> u(size());
+    for (i = 0; i < u.size(); ++i) u[i] = system[i].rightSide;
     const double norm = system.norm();
-    const double meanStep = dt * (sumOfK / static_cast<double>(size()));
-    const double wx = meanStep * inverseSquare(hx, width_), wy = meanStep * inverseSquare(hy, height_);
-    if (isDiagonal) {
-        for (i = 0; i < u.size(); ++i) u[i] = system[i].rightSide / system[i].diagonal;
+    const double meanK = isUniform ? firstK : sumOfK / static_cast<double>(size());
+    const double wx = dt * meanK * inverseSquare(hx, width_), wy = dt * meanK * inverseSquare(hy, height_);
+    if (isUniform && isWithoutAdvection && firstK == 0) {
+        for (i = 0; i < u.size(); ++i) u[i] /= system[i].diagonal;
     } else if (!std::isfinite(norm)) {
         fillWithNotANumber(u);
-    } else if (size() <= kSmall || !areUsable(wx, wy) ||
-               !solveIteratively(system, width_, height_, wx, wy, norm, u)) {
-        system.solveDirectly(u.data());
+    } else {
+        const bool isSolved = isUniform && isWithoutAdvection
+                                  ? solveByTransforms(width_, height_, wx, wy, u)
+                                  : size() > kSmall && areUsable(wx, wy) &&
+                                        solveIteratively(system, width_, height_, wx, wy, norm, u);
+        if (!isSolved) system.solveDirectly(u.data());
     }
     std::copy(u.begin(), u.end(), values_.get());
 }

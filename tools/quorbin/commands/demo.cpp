@@ -31,6 +31,7 @@ struct Demo : FieldCommand {
             throw Failure(kNoCrossing, fmt::format("{}: has no outline; choose another --level", name()));
 
         report("{} × {} pixels{}{}", picture.width, picture.height, note.empty() ? "" : ", ", note);
+        if (picturePath.empty()) saveBy(writeGreyPng, "0-picture.png", "the picture", {levelSet, &picture});
         save("1-mask.png", "mask", "white inside, black outside", {levelSet});
         save("2-outline-before.svg", "svg", "its outline", {levelSet});
         save("2-outline-before.png", "png", "the outline over the picture", {levelSet, &picture});
@@ -38,7 +39,7 @@ struct Demo : FieldCommand {
         save("3-distance.fl2d", "fl2d", "distance to the outline, negative inside", {levelSet});
         save("3-distance.png", "png", "the same in colours, with its zero line", {levelSet});
         timed(fmt::format("{} curvature steps", kSteps), [&] {
-            if (smooth(levelSet, kSteps, kReinitEvery, !quiet) >= 0)
+            if (smooth(levelSet, {kSteps}, !quiet) >= 0)
                 throw Failure(kNoCrossing,
                               fmt::format("{}: nothing is left of the outline after {} steps; take a picture "
                                           "with larger shapes, or another --level",
@@ -62,12 +63,17 @@ struct Demo : FieldCommand {
         report("{} in {:.0f} ms", what, time.count());
     }
 
-    void save(const std::string& name, const std::string& fileFormat, const char* what,
+    void save(const std::string& file, const std::string& fileFormat, const char* what,
               const Document& document) const {
+        saveBy(writerFor(file, fileFormat, fileFormat).write, file, what, document);
+    }
+
+    void saveBy(void (*write)(const Document&, OutputFile&), const std::string& name, const char* what,
+                const Document& document) const {
         const auto start = std::chrono::steady_clock::now();
         const std::string path = output + "/" + name;
         OutputFile file(path, force);
-        writerFor(path, fileFormat, fileFormat).write(document, file);
+        write(document, file);
         file.commit();
         const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
         report("  {:<34} {} ({:.0f} ms)", path, what, time.count());

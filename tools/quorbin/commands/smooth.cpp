@@ -1,6 +1,8 @@
 #include "commands/smooth.h"
 
+#include <algorithm>
 #include <memory>
+#include <optional>
 
 #include "contour_tracing.h"
 #include "failure.h"
@@ -8,17 +10,31 @@
 #include "progress.h"
 #include "signed_distance.h"
 
-int smooth(FullLevelSet2D& levelSet, int steps, int reinitEvery, bool showProgress) {
-    Progress progress(steps, showProgress);
+namespace {
+
+void step(FullLevelSet2D& levelSet, double implicitTime) {
+    if (implicitTime == 0) return levelSet.moveAlongCurvature();
+    levelSet.moveWithCurvatureImplicit(
+        [](LevelSet2D*, int, int, double& k, double& vx, double& vy, double& source) {
+            k = 1;
+            vx = vy = source = 0;
+        },
+        implicitTime, 0);
+}
+
+}  // namespace
+
+int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgress) {
+    Progress progress(smoothing.steps, showProgress);
     const DistanceMethod makeDistance = hasEqualSpacings(levelSet) ? distanceBySegments : distanceByMarching;
     makeDistance(levelSet);
-    for (int step = 1; step <= steps; ++step) {
-        levelSet.moveAlongCurvature();
-        if (step % reinitEvery == 0 || step == steps) {
-            if (!hasCrossing(levelSet)) return step;
+    for (int done = 1; done <= smoothing.steps; ++done) {
+        step(levelSet, smoothing.implicitTime);
+        if (done % smoothing.reinitEvery == 0 || done == smoothing.steps) {
+            if (!hasCrossing(levelSet)) return done;
             makeDistance(levelSet);
         }
-        progress.show(step);
+        progress.show(done);
     }
     return -1;
 }
@@ -26,20 +42,34 @@ int smooth(FullLevelSet2D& levelSet, int steps, int reinitEvery, bool showProgre
 namespace {
 
 struct Smooth : FieldCommand {
-    int steps = 0;
-    int reinitEvery = kReinitEvery;
+    Smoothing smoothing;
+    std::optional<int> reinitEvery;
+    std::optional<double> time;
+    bool implicit = false;
 
-    void run() const {
+    void run() {
+        if (time && !implicit)
+            refuse("smooth: --dt goes with --implicit; explicit steps take the stable time");
         Result result(*this, "fl2d");
         FullLevelSet2D levelSet;
         readWithCrossing(levelSet);
-        const int vanished = smooth(levelSet, steps, reinitEvery, !quiet);
+        if (implicit) {
+            const double cell = levelSet.getXSpace() * levelSet.getYSpace();
+            smoothing.implicitTime = time.value_or(cell);
+            smoothing.reinitEvery =
+                std::max(1, static_cast<int>(std::min(kTimeBetween * cell / smoothing.implicitTime, 1e9)));
+        }
+        if (reinitEvery) smoothing.reinitEvery = *reinitEvery;
+        const int vanished = smooth(levelSet, smoothing, !quiet);
         if (vanished >= 0)
             throw Failure(kNoCrossing,
                           fmt::format("{}: nothing is left of the outline after {} steps; give fewer --steps",
                                       input, vanished));
         result.write({levelSet});
     }
+
+ private:
+    static constexpr double kTimeBetween = 5;  // of reinitialisations, over that of a cell
 };
 
 }  // namespace
@@ -55,12 +85,17 @@ void addSmooth(CLI::App& app) {
         [smooth] { smooth->run(); });
     smooth->addInput(command);
     smooth->addOutput(command, true);
-    command.add_option("--steps", smooth->steps, "number of steps")
+    command.add_option("--steps", smooth->smoothing.steps, "number of steps")
         ->required()
         ->check(CLI::Range(0, 1000000000));
     command
         .add_option("--reinit", smooth->reinitEvery,
-                    "make the field a signed distance again every K steps (default 10)")
+                    "make the field a signed distance again every K steps (default 10; implicit: as many as "
+                    "take the time 5 DX DY)")
         ->check(CLI::Range(1, 1000000000))
         ->type_name("[every] K");
+    command.add_flag("--implicit", smooth->implicit, "implicit steps, stable over any time");
+    command.add_option("--dt", smooth->time, "time of an implicit step (default DX x DY)")
+        ->check(CLI::Range(1e-100, 1e100))
+        ->type_name("T");
 }

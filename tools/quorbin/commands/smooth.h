@@ -5,7 +5,13 @@
 /// Steps between reinitialisations: fewer and thin parts last longer, more and the outline drifts less.
 constexpr int kReinitEvery = 10;
 
-/// Moves the outline by its curvature for a number of explicit steps. The field becomes a signed distance
-/// first, every reinitEvery steps, and at the end. Returns the number of steps after which nothing was left
-/// of the outline, or -1.
-int smooth(FullLevelSet2D& levelSet, int steps, int reinitEvery, bool showProgress);
+/// How the outline is smoothed.
+struct Smoothing {
+    int steps = 0;
+    int reinitEvery = kReinitEvery;
+    double implicitTime = 0;  ///< of each implicit step; 0 for explicit ones of the largest stable time
+};
+
+/// Moves the outline by its curvature. The field becomes a signed distance first, every reinitEvery steps, and at the end.
+/// Returns the number of steps after which nothing was left of the outline, or -1.
+int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgress);

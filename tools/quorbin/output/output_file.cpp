@@ -14,11 +14,15 @@
 namespace {
 
 // What a signal handler may look at.
-char halfWritten[PATH_MAX + 32];
-volatile std::sig_atomic_t isHalfWritten = 0;
+struct HalfWritten {
+    char path[PATH_MAX + 32];
+    volatile std::sig_atomic_t isThere;
+};
+HalfWritten halfWritten[OutputFile::kMostAtOnce];
 
 extern "C" void removeAndExit(int signal) {
-    if (isHalfWritten != 0) unlink(halfWritten);
+    for (const HalfWritten& file : halfWritten)
+        if (file.isThere != 0) unlink(file.path);
     _exit(128 + signal);
 }
 
@@ -71,7 +75,7 @@ void OutputFile::openBeside(unsigned mode) {
     char resolved[PATH_MAX];
     if (realpath(path_.c_str(), resolved) != nullptr) path_ = resolved;
     temporaryPath_ = path_.substr(0, path_.find_last_of('/') + 1) + ".quorbin-XXXXXX";
-    if (temporaryPath_.size() >= sizeof halfWritten) refuse("{}: is too long a name", path_);
+    if (temporaryPath_.size() >= sizeof HalfWritten::path) refuse("{}: is too long a name", path_);
     const int descriptor = mkstemp(temporaryPath_.data());
     if (descriptor < 0) {
         const int error = errno;
@@ -79,8 +83,9 @@ void OutputFile::openBeside(unsigned mode) {
         refuse("{}: cannot be written ({}); choose a folder that exists and that you may write to", path_,
                std::strerror(error));
     }
-    std::strcpy(halfWritten, temporaryPath_.c_str());
-    isHalfWritten = 1;
+    while (slot_ + 1 < kMostAtOnce && halfWritten[slot_].isThere != 0) ++slot_;
+    std::strcpy(halfWritten[slot_].path, temporaryPath_.c_str());
+    halfWritten[slot_].isThere = 1;
     fchmod(descriptor, mode);
     file_ = fdopen(descriptor, "wb");
     if (file_ == nullptr) fail(errno);
@@ -88,8 +93,14 @@ void OutputFile::openBeside(unsigned mode) {
 
 OutputFile::~OutputFile() {
     if (file_ != nullptr) std::fclose(file_);
-    if (!temporaryPath_.empty()) unlink(temporaryPath_.c_str());
-    isHalfWritten = 0;
+    if (temporaryPath_.empty()) return;
+    unlink(temporaryPath_.c_str());
+    forget();
+}
+
+void OutputFile::forget() {
+    halfWritten[slot_].isThere = 0;
+    temporaryPath_.clear();
 }
 
 void OutputFile::fail(int error) const {
@@ -119,5 +130,5 @@ void OutputFile::commit() {
     if (failed != 0 && !force_ && (errno == EINVAL || errno == ENOSYS))
         failed = rename(temporaryPath_.c_str(), path_.c_str());
     if (failed != 0) fail(errno);
-    temporaryPath_.clear();
+    forget();
 }

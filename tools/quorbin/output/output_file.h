@@ -6,9 +6,11 @@
 /// A result on its way to a file. It is written beside the file and takes its name at commit, once it is
 /// known to be whole; until then, and whenever the tool is interrupted, nothing is left behind. "-" is
 /// standard output, which from then on is for the result alone: whatever else is printed goes to standard
-/// error. One at a time.
+/// error. A few at a time.
 class OutputFile {
  public:
+    static constexpr int kMostAtOnce = 4;
+
     /// Refuses a path that cannot be written, or that exists, unless force says to replace it.
     OutputFile(std::string path, bool force);
     ~OutputFile();
@@ -22,10 +24,12 @@ class OutputFile {
  private:
     [[noreturn]] void fail(int error) const;
     void openBeside(unsigned mode);
+    void forget();
 
     std::string path_;
     std::string temporaryPath_;  // empty where the result goes straight to its place
     bool force_;
+    int slot_ = 0;  // where interruptions find the temporary path
     std::FILE* file_ = nullptr;
     unsigned long long written_ = 0;
 };

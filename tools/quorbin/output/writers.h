@@ -30,6 +30,8 @@ const Writer& maskWriterFor(const std::string& path, const std::string& format);
 void writeFl2d(const Document& document, OutputFile& out);
 void writeNpy(const Document& document, OutputFile& out);
 void writeMaskPng(const Document& document, OutputFile& out);
+/// The picture alone, which must be there and of 8 bits.
+void writeGreyPng(const Document& document, OutputFile& out);
 void writeSvg(const Document& document, OutputFile& out);
 void writeGeoJson(const Document& document, OutputFile& out);
 void writeCsv(const Document& document, OutputFile& out);
