@@ -8,6 +8,8 @@
 
 #include "quorbin2d/full_level_set_2d.h"
 
+#include "quorbin2d/fast_level_set_2d.h"
+
 #include "quorbin2d/eikonal.h"
 
 #include "quorbin2d/marching_squares.h"

@@ -11,7 +11,7 @@ namespace {
 constexpr double kPi = 3.14159265358979323846;
 
 bool hasSmallFactors(std::size_t n) {
-    for (const std::size_t factor : {2, 3, 5})
+    for (const std::size_t factor : {2U, 3U, 5U})
         while (n % factor == 0) n /= factor;
     return n == 1;
 }

@@ -12,10 +12,11 @@ namespace lset::detail {
 ///     forEachNeighbour(p, visit)     visit(q, from) for each neighbour in the grid; from names p as seen from q
 ///     isFar(q), isTrial(q)
 ///     reach(q, side)                 makes q a trial point; its tentative distance from all known neighbours
-///     reachFrom(q, from)             the same where p is its only known neighbour
+///     reachFrom(q, from, side)       the same where p has just become known
 ///     improve(q, from, side, last)   its next tentative distance, from the last one, once p has become known too
 ///     keepHandle(q, handle), handle(q)
 ///     accept(p, side, distance)
+///     spreads(distance)              whether the neighbours of a point at this distance are looked at
 template <class Grid, class Ids>
 void march(Grid& grid, const Ids& front, State side, MarchQueue& queue) {
     for (const int id : front) {
@@ -30,11 +31,11 @@ void march(Grid& grid, const Ids& front, State side, MarchQueue& queue) {
         const double distance = queue.value(0);
         queue.removeTop();
         grid.accept(p, side, distance);
+        if (!grid.spreads(distance)) continue;
         grid.forEachNeighbour(
             p, [&](auto q, auto from) __attribute__((always_inline)) {
                 if (grid.isFar(q)) {
-                    // Each known neighbour has made all its neighbours trial points, so p is the first.
-                    const double first = grid.reachFrom(q, from);
+                    const double first = grid.reachFrom(q, from, side);
                     grid.keepHandle(q, queue.insert(grid.id(q), first));
                 } else if (grid.isTrial(q)) {
                     const MarchQueue::Handle handle = grid.handle(q);

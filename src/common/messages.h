@@ -15,4 +15,6 @@ constexpr char kLastGoodCheck[] = "prevopis:%s\n";
 constexpr char kHeapEntry[] = "(%d,%2.0f),";
 constexpr char kAssertionFailed[] = "%s:%d: %s: Assertion `%s' failed.\n";
 
+constexpr char kBandMade[] = "initted %d\n";
+
 }  // namespace lset::detail::messages

@@ -51,6 +51,7 @@ class QUORBIN_EXPORT LevelSet2D {
 
  private:
     friend class FullLevelSet2D;
+    friend class FastLevelSet2D;
 
     double xSpace_ = 0.0;
     double ySpace_ = 0.0;

@@ -4,39 +4,32 @@
 
 #include "common/march_queue.h"
 #include "common/states.h"
-#include "quorbin2d/distance/eikonal_quadratic.h"
+#include "quorbin2d/distance/estimate.h"
 
 namespace lset::detail {
 
-struct Estimate {
-    double distance;
-    bool fromPair;
+/// The neighbours of a point on flat arrays; known are those whose state is sign.
+struct DenseNeighbours2D {
+    const double* distances;
+    const signed char* states;
+    int sign, x, y, width, height;
+
+    template <int dx, int dy>
+    bool isKnown() const {
+        const bool isThere = dx > 0 ? x < width - 1 : dx < 0 ? x >= 1 : dy > 0 ? y < height - 1 : y >= 1;
+        return isThere && states[at<dx, dy>()] == sign;
+    }
+    template <int dx, int dy>
+    double distance() const {
+        return distances[at<dx, dy>()];
+    }
+
+ private:
+    template <int dx, int dy>
+    std::ptrdiff_t at() const {
+        return static_cast<std::ptrdiff_t>(y + dy) * width + (x + dx);
+    }
 };
-
-/// Tentative distance of a point from its neighbours whose state is sign. A usable pair of neighbours on
-/// different axes rules out the single ones, however near.
-inline Estimate estimateFromNeighbours(const double* distances, const signed char* states, int sign, int x,
-                                       int y, int width, int height, double hx, double hy,
-                                       const EikonalQuadratic2D& quadratic) {
-    const std::ptrdiff_t stride = width, i = y * stride + x;
-    const bool up = y < height - 1 && states[i + stride] == sign;
-    const bool down = y >= 1 && states[i - stride] == sign;
-    const bool right = x < width - 1 && states[i + 1] == sign;
-    const bool left = x >= 1 && states[i - 1] == sign;
-    const double* d = distances + i;
-
-    RunningMin nearest;
-    if (up && right) nearest.offer(quadratic(d[1], d[stride]));
-    if (up && left) nearest.offer(quadratic(d[-1], d[stride]));
-    if (down && left) nearest.offer(quadratic(d[-1], d[-stride]));
-    if (down && right) nearest.offer(quadratic(d[1], d[-stride]));
-    if (nearest.best < kNoDistance) return {nearest.best, true};
-    if (right) nearest.offer(d[1] + hx);
-    if (up) nearest.offer(d[stride] + hy);
-    if (down) nearest.offer(d[-stride] + hy);
-    if (left) nearest.offer(d[-1] + hx);
-    return {nearest.best, false};
-}
 
 /// A dense grid under a march, on flat arrays of states and distances (see march). While a point is a trial
 /// point its distance is in the queue, and its entry among the distances holds its handle.
@@ -74,16 +67,17 @@ class DenseMarch2D {
     }
 
     double reach(Point q, State side) {
-        const int width = static_cast<int>(stride_);
-        const Estimate estimate =
-            estimateFromNeighbours(distances_, states_, side, q.x, static_cast<int>(q.i / stride_), width,
-                                   height_, hx_, hy_, quadratic_);
+        const DenseNeighbours2D neighbours{
+            distances_, states_, side, q.x, static_cast<int>(q.i / stride_), static_cast<int>(stride_),
+            height_};
+        const Estimate estimate = estimateFrom(neighbours, hx_, hy_, quadratic_);
         states_[q.i] = estimate.fromPair ? kTrialFromPair : static_cast<signed char>(kTrial);
         return estimate.distance;
     }
 
+    /// Each known neighbour has made all its neighbours trial points, so this one is the first.
     template <int dx, int dy>
-    double reachFrom(Point q, From<dx, dy> from) {
+    double reachFrom(Point q, From<dx, dy> from, State) {
         states_[q.i] = kTrial;
         RunningMin nearest;
         nearest.offer(single(q, from));
@@ -123,6 +117,7 @@ class DenseMarch2D {
         states_[p.i] = side;
         distances_[p.i] = distance;
     }
+    static bool spreads(double) { return true; }
 
  private:
     static constexpr signed char kTrialFromPair = 3;

@@ -14,8 +14,8 @@ double FullLevelSet2D::estimateDistance(const double* distances, const char* sta
     const double hx = getXSpace(), hy = getYSpace();
     // States are signed numbers whatever the sign of char.
     const auto* signedStates = reinterpret_cast<const signed char*>(states);
-    return estimateFromNeighbours(distances, signedStates, sign, x, y, width_, height_, hx, hy,
-                                  EikonalQuadratic2D(hx, hy))
+    return estimateFrom(DenseNeighbours2D{distances, signedStates, sign, x, y, width_, height_}, hx, hy,
+                        EikonalQuadratic2D(hx, hy))
         .distance;
 }
 

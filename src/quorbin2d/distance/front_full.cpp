@@ -1,54 +1,32 @@
 #include "quorbin2d/distance/front_full.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "common/states.h"
 #include "quorbin2d/differences/readers.h"
 #include "quorbin2d/differences/sign_rows.h"
+#include "quorbin2d/distance/first_distance.h"
 
 using namespace lset::detail;
 
 namespace {
 
-/// Distance of a point from the interface by the crossings of its four grid edges. A pair of crossings on
-/// different axes gives the distance to the line through both; single crossings are candidates always.
 template <class Reader>
-double firstDistance(const Reader& field, int x, int y) {
-    const int width = field.width(), height = field.height();
-    const double here = field.get(x, y);
-    const double upValue = y < height - 1 ? field.get(x, y + 1) : here;
-    const double leftValue = x > 0 ? field.get(x - 1, y) : here;
-    const double downValue = y > 0 ? field.get(x, y - 1) : here;
-    const double rightValue = x < width - 1 ? field.get(x + 1, y) : here;
-
-    const bool inside = here <= 0;
-    const auto crosses = [&](double neighbour) { return (neighbour <= 0) != inside; };
-    const bool right = crosses(rightValue), up = crosses(upValue);
-    const bool down = crosses(downValue), left = crosses(leftValue);
-    const auto crossing = [&](double neighbour, double h) { return (-here / (neighbour - here)) * h; };
-    const double hx = field.hx(), hy = field.hy();
-    const double r = crossing(rightValue, hx), u = crossing(upValue, hy);
-    const double d = crossing(downValue, hy), l = crossing(leftValue, hx);
-
-    const auto toLine = [](double h, double v) { return 1.0 / std::sqrt(1.0 / (h * h) + 1.0 / (v * v)); };
-    RunningMin nearest;
-    if (up && right) nearest.offer(toLine(r, u));
-    if (up && left) nearest.offer(toLine(l, u));
-    if (down && left) nearest.offer(toLine(l, d));
-    if (down && right) nearest.offer(toLine(r, d));
-    if (right) nearest.offer(r);
-    if (up) nearest.offer(u);
-    if (down) nearest.offer(d);
-    if (left) nearest.offer(l);
-    return nearest.best;
+double firstDistanceOf(const Reader& field, int x, int y) {
+    Cross2D value{};
+    value.here = field.get(x, y);
+    value.up = y < field.height() - 1 ? field.get(x, y + 1) : value.here;
+    value.left = x > 0 ? field.get(x - 1, y) : value.here;
+    value.down = y > 0 ? field.get(x, y - 1) : value.here;
+    value.right = x < field.width() - 1 ? field.get(x + 1, y) : value.here;
+    return firstDistance(value, field.hx(), field.hy());
 }
 
 }  // namespace
 
 double FullLevelSet2D::estimateDistanceInit(int x, int y) const {
-    return withReader(*this, [=](const auto& field) { return firstDistance(field, x, y); });
+    return withReader(*this, [=](const auto& field) { return firstDistanceOf(field, x, y); });
 }
 
 namespace lset::detail {
@@ -87,7 +65,7 @@ class FrontFinder {
         const int i = p.y * width_ + p.x;
         if (states_[i] != kFar) return;
         states_[i] = inside ? kInside : kOutside;
-        distances_[i] = firstDistance(field, p.x, p.y);
+        distances_[i] = firstDistanceOf(field, p.x, p.y);
         (inside ? front_.inside : front_.outside).push_back(i);
     }
 

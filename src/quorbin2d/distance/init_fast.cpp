@@ -1,0 +1,56 @@
+#include <cstdio>
+
+#include "common/messages.h"
+#include "quorbin2d/differences/readers.h"
+#include "quorbin2d/extraction/cells.h"
+#include "quorbin2d/fast_level_set_2d.h"
+
+using namespace lset::detail;
+
+namespace {
+
+int bucketCountFor(const FullLevelSet2D& grid) {
+    constexpr int kPrimes[] = {211,  401,  997,  1097, 1597, 1999, 3001, 3989,
+                               4999, 6007, 7079, 8011, 9001, 9973, 11987};
+    const long long perimeter = 4 * (static_cast<long long>(grid.getWidth()) + grid.getHeight());
+    for (const int prime : kPrimes)
+        if (perimeter < prime) return prime;
+    return kPrimes[std::size(kPrimes) - 1];
+}
+
+/// Stores the corners of the cells that the contour crosses.
+void seed(FullLevelSet2D& grid, const VirtualReader2D&, PointHash<double>& values) {
+    const int width = grid.getWidth(), height = grid.getHeight();
+    for (int y = 0; y < height - 1; ++y)
+        for (int x = 0; x < width - 1; ++x) {
+            const double corners[4] = {grid(x, y), grid(x + 1, y), grid(x + 1, y + 1), grid(x, y + 1)};
+            const int cell = cellCase(corners[0] > 0.0, corners[1] > 0.0, corners[2] > 0.0, corners[3] > 0.0);
+            if (cell == 0 || cell == 15) continue;
+            values(x, y) = corners[0];
+            values(x + 1, y) = corners[1];
+            values(x + 1, y + 1) = corners[2];
+            values(x, y + 1) = corners[3];
+        }
+}
+
+void seed(FullLevelSet2D& grid, const DenseReader2D& field, PointHash<double>& values) {
+    const auto store = [&](int x, int y) { values(x, y) = field.getInGrid(x, y); };
+    const auto visit = [&](int x, int y, int) {
+        store(x, y);
+        store(x + 1, y);
+        store(x + 1, y + 1);
+        store(x, y + 1);
+    };
+    forEachCrossedCell(field, grid.getWidth(), grid.getHeight(), visit, [](int) {});
+}
+
+}  // namespace
+
+void FastLevelSet2D::initTo(FullLevelSet2D& grid, int reinit) {
+    xSpace_ = grid.getXSpace();
+    ySpace_ = grid.getYSpace();
+    values_ = PointHash<double>(bucketCountFor(grid));
+    withReader(grid, [&](const auto& field) { seed(grid, field, values_); });
+    if (reinit != 0) ensureSignedDistanceFMM();
+    std::printf(messages::kBandMade, size());
+}
