@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -189,9 +190,8 @@ TEST_F(Tool, SegmentFindsTheShapesFromCirclesAndFromALevel) {
     ASSERT_EQ(run("demo -o demo -q").status, 0);
     FullLevelSet2D drawn, found;
     fill(drawn, 512, 512, [](int x, int y) { return demoShapes(x, y); });
-    for (const char* how : {"--explicit", "--implicit --init demo/1-mask.png"}) {
-        const std::string start = how == std::string("--explicit") ? " --level otsu " : " ";
-        const Outcome outcome = run("segment demo/0-picture.png -o found.fl2d -f" + start + how);
+    for (const char* how : {"--explicit --level otsu", "--implicit --init demo/1-mask.png", "--band"}) {
+        const Outcome outcome = run("segment demo/0-picture.png -o found.fl2d -f " + std::string(how));
         ASSERT_EQ(outcome.status, 0) << outcome.err;
         EXPECT_NE(outcome.out.find(" still after"), std::string::npos) << outcome.out;
         ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
@@ -226,6 +226,28 @@ TEST_F(Tool, SmoothsAlikeByExplicitAndImplicitSteps) {
         EXPECT_NEAR(r, std::sqrt(185.0), 0.15) << steps;
     }
     EXPECT_EQ(run("smooth disc.fl2d -f -o smooth.fl2d --steps 1 --dt 2").status, 2);
+}
+
+TEST_F(Tool, SmoothsOnABandLikeOnTheDenseGrid) {
+    ASSERT_EQ(run("demo -o demo -q && $Q smooth demo/1-mask.png --steps 200 --band -o band.fl2d").status, 0);
+    FullLevelSet2D dense, band;
+    ASSERT_TRUE(dense.load((folder + "/demo/4-smooth.fl2d").c_str()));
+    ASSERT_TRUE(band.load((folder + "/band.fl2d").c_str()));
+    EXPECT_GT(diceOf(band, dense), 0.995);
+    EXPECT_EQ(run("smooth demo/1-mask.png --steps 20 --band --implicit -o a.svg").status, 2);
+    EXPECT_EQ(run("segment demo/1-mask.png --band --implicit -o a.svg").status, 2);
+    EXPECT_EQ(run("smooth square.pgm --steps 2000 --band -o a.svg").status, 4);
+    // An outline that meets the border stays there: beyond it the picture goes on mirrored.
+    std::string strip = "P5 40 40 1\n";
+    for (int i = 0; i < 40 * 40; ++i) strip += static_cast<char>(i % 40 < 20);
+    write("strip.pgm", strip);
+    ASSERT_EQ(run("smooth strip.pgm --steps 50 --band -o band.fl2d -f").status, 0);
+    ASSERT_TRUE(band.load((folder + "/band.fl2d").c_str()));
+    for (const int y : {0, 20, 39})
+        for (const int x : {0, 18, 21, 39})
+            EXPECT_NEAR(band.get(x, y), std::clamp(x - 19.5, -3.0, 3.0), 1e-9);
+    EXPECT_NE(run("info strip.pgm").out.find("250 points around the outline, 6.4 cells wide"),
+              std::string::npos);
 }
 
 TEST_F(Tool, MeasuresDistancesByThreeMethods) {

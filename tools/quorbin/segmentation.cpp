@@ -7,7 +7,11 @@
 #include "signed_distance.h"
 
 Segmentation::Segmentation(const Raster& picture, double weight, bool implicit)
-    : width_(picture.width), intensity_(picture.samples), weight_(weight), implicit_(implicit) {
+    : width_(picture.width),
+      height_(picture.height),
+      intensity_(picture.samples),
+      weight_(weight),
+      implicit_(implicit) {
     const auto [low, high] = std::minmax_element(intensity_.begin(), intensity_.end());
     const double darkest = *low, span = *high > *low ? *high - *low : 1;
     for (double& value : intensity_) value = (value - darkest) / span;
@@ -66,6 +70,27 @@ void Segmentation::move(FullLevelSet2D& field, int steps) {
         }
         if (step == steps || (implicit_ && step % kImplicitReinit == 0)) makeDistance(field);
     }
+}
+
+bool Segmentation::move(Band& band, const FullLevelSet2D& field, int steps) {
+    constexpr int kReinit = 2;
+    measureMeans(field);
+    FastLevelSet2D& points = band.points();
+    const double hx = points.getXSpace(), hy = points.getYSpace(), h = std::min(hx, hy);
+    const double stiffness = 2 * weight_ * (1 / (hx * hx) + 1 / (hy * hy));
+    const auto inPicture = [](int c, int count) {
+        const int mirrored = c < 0 ? -c : c < count ? c : 2 * count - 1 - c;
+        return std::clamp(mirrored, 0, count - 1);
+    };
+    for (int step = 1; step <= steps; ++step) {
+        points.moveWithCurvature([&](LevelSet2D* levelSet, int x, int y, double* limit) {
+            const double outward = force(inPicture(x, width_), inPicture(y, height_));
+            *limit = 1 / (stiffness + 2 * std::abs(outward) / h);
+            return weight_ * levelSet->getCurvature(x, y) + outward;
+        });
+        if ((step == steps || step % kReinit == 0) && !band.reinitialise()) return false;
+    }
+    return true;
 }
 
 double furthestApart(const FullLevelSet2D& one, const FullLevelSet2D& other) {

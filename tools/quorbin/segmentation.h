@@ -4,6 +4,7 @@
 
 #include <quorbin2d.h>
 
+#include "band.h"
 #include "raster.h"
 
 /// Two regions of constant intensity (Chan and Vese 2001): the outline moves by
@@ -21,6 +22,9 @@ class Segmentation {
     /// Takes the means of the two sides, as every step does.
     void measureMeans(const FullLevelSet2D& field);
 
+    /// The same on a band, explicit; the means are taken once. False where nothing is left of the outline.
+    bool move(Band& band, const FullLevelSet2D& field, int steps);
+
     double meanInside() const { return meanInside_; }
     double meanOutside() const { return meanOutside_; }
 
@@ -29,7 +33,7 @@ class Segmentation {
     double forceOf(double intensity) const;
     double largestForce() const;
 
-    int width_;
+    int width_, height_;
     std::vector<double> intensity_;
     double weight_;
     bool implicit_;

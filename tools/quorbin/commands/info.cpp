@@ -1,9 +1,11 @@
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <numeric>
 
 #include <nlohmann/json.hpp>
 
+#include "band.h"
 #include "contour_tracing.h"
 #include "formats/readers.h"
 #include "options.h"
@@ -24,6 +26,18 @@ struct Info : FieldCommand {
         const auto inside = std::count_if(levelSet.data(), levelSet.data() + raster.samples.size(),
                                           [](double value) { return value <= 0; });
         const Contour contour = outlineOf(levelSet, false);
+        FastLevelSet2D band;
+        initQuietly(band, levelSet, true);
+        std::vector<brin::Vec2<double>> points;
+        std::vector<std::pair<int, int>> segments;
+        levelSet.getLinesUnique(points, segments);
+        double around = 0;
+        for (const auto& [start, end] : segments) {
+            const auto along =
+                points[static_cast<std::size_t>(end)] - points[static_cast<std::size_t>(start)];
+            around += std::hypot(along.x, along.y);
+        }
+        const double bandWidth = around > 0 ? band.size() / around : 0;
         const double part = static_cast<double>(inside) / count;
         const Spacing spacing{levelSet.getXSpace(), levelSet.getYSpace()};
         if (json) {
@@ -38,7 +52,8 @@ struct Info : FieldCommand {
                                                    {"mean", mean},
                                                    {"note", note},
                                                    {"inside", part},
-                                                   {"polygons", contour.polygons.size()}};
+                                                   {"polygons", contour.polygons.size()},
+                                                   {"band", {{"points", band.size()}, {"width", bandWidth}}}};
             // A file's name need not be text.
             fmt::print("{}\n", object.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
             return;
@@ -49,6 +64,8 @@ struct Info : FieldCommand {
         if (!note.empty()) fmt::print("outline  {}\n", note);
         fmt::print("inside   {:.1f} % of the points, {}\n", 100 * part,
                    counted(contour.polygons.size(), "polygon"));
+        fmt::print("band     {} around the outline, {:.1f} cells wide\n",
+                   counted(static_cast<std::size_t>(band.size()), "point"), bandWidth);
     }
 };
 

@@ -1,9 +1,11 @@
 #include "commands/smooth.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <optional>
 
+#include "band.h"
 #include "contour_tracing.h"
 #include "failure.h"
 #include "options.h"
@@ -22,9 +24,26 @@ void step(FullLevelSet2D& levelSet, double implicitTime) {
         implicitTime, 0);
 }
 
+int smoothOnBand(FullLevelSet2D& levelSet, int steps, bool showProgress) {
+    // A step strips a layer of three, so every second one is followed by a reinitialisation. These err inwards, much like
+    // motion by curvature: at equal spacings four steps take the time of five.
+    constexpr int kReinit = 2;
+    const int count = hasEqualSpacings(levelSet) ? static_cast<int>(std::lround(0.8 * steps)) : steps;
+    Band band(levelSet);
+    Progress progress(count, showProgress);
+    for (int done = 1; done <= count; ++done) {
+        band.points().moveAlongCurvature();
+        if ((done % kReinit == 0 || done == count) && !band.reinitialise()) return done;
+        progress.show(done);
+    }
+    band.copyTo(levelSet);
+    return hasCrossing(levelSet) ? -1 : count;
+}
+
 }  // namespace
 
 int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgress) {
+    if (smoothing.onBand) return smoothOnBand(levelSet, smoothing.steps, showProgress);
     Progress progress(smoothing.steps, showProgress);
     const DistanceMethod makeDistance = hasEqualSpacings(levelSet) ? distanceBySegments : distanceByMarching;
     makeDistance(levelSet);
@@ -48,6 +67,11 @@ struct Smooth : FieldCommand {
     bool implicit = false;
 
     void run() {
+        if (smoothing.onBand && implicit)
+            refuse(
+                "smooth: on a --band implicit steps solve another equation; leave out --band or --implicit");
+        if (smoothing.onBand && reinitEvery)
+            refuse("smooth: a --band is reinitialised at every second step; leave out --reinit");
         if (time && !implicit)
             refuse("smooth: --dt goes with --implicit; explicit steps take the stable time");
         Result result(*this, "fl2d");
@@ -98,4 +122,8 @@ void addSmooth(CLI::App& app) {
     command.add_option("--dt", smooth->time, "time of an implicit step (default DX x DY)")
         ->check(CLI::Range(1e-100, 1e100))
         ->type_name("T");
+    command.add_flag(
+        "--band", smooth->smoothing.onBand,
+        "on a narrow band around the outline: faster on large pictures, in fewer steps for the same time; a "
+        "field that is written then ends 3 samples from the outline");
 }
