@@ -15,6 +15,9 @@ constexpr char kLastGoodCheck[] = "prevopis:%s\n";
 constexpr char kHeapEntry[] = "(%d,%2.0f),";
 constexpr char kAssertionFailed[] = "%s:%d: %s: Assertion `%s' failed.\n";
 
+constexpr char kErroneousPoint[] = "erroneous point a=%f, b=%f\n";
+constexpr char kLoadingBinary[] = "loading binary.";
+constexpr char kRunOfNone[] = "%s:%d  error num is zero (i=%d, val=%d, top=%d)\n";
 constexpr char kBandMade[] = "initted %d\n";
 
 }  // namespace lset::detail::messages

@@ -1,19 +1,10 @@
 #pragma once
 
+#include "common/divide.h"
+
 /// Difference formulas on anything that reads a field by get(x, y). A read is a statement: their order is
 /// fixed.
 namespace lset::detail {
-
-/// Division by a number known before the loop. Where its reciprocal is exact, multiplying gives the same
-/// bits.
-struct Divide {
-    double divisor;
-    double operator()(double value) const { return value / divisor; }
-};
-struct MultiplyByExactReciprocal {
-    double reciprocal;
-    double operator()(double value) const { return value * reciprocal; }
-};
 
 /// The five-point Laplacian of a value and its neighbours, given twice the negated value; overX and overY
 /// divide by the squared spacings.

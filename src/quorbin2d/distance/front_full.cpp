@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/sign_rows.h"
 #include "common/states.h"
 #include "quorbin2d/differences/readers.h"
-#include "quorbin2d/differences/sign_rows.h"
 #include "quorbin2d/distance/first_distance.h"
 
 using namespace lset::detail;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "brin/vec.h"
+#include "common/sign_rows.h"
 #include "quorbin2d/differences/readers.h"
-#include "quorbin2d/differences/sign_rows.h"
 #include "quorbin2d/extraction/crossing.h"
 
 namespace lset::detail {

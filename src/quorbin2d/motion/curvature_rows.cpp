@@ -1,7 +1,6 @@
 #include "quorbin2d/motion/curvature_rows.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <utility>
 
@@ -58,21 +57,12 @@ void stepRows(double* values, double* saved, int width, int height, double dt, O
     }
 }
 
-bool hasExactReciprocal(double divisor) {
-    int exponent = 0;
-    return std::frexp(divisor, &exponent) == 0.5 && std::abs(exponent) < 1000;
-}
-
 }  // namespace
 
 void curvatureRows(double* values, double* saved, int width, int height, double hx, double hy, double dt) {
     if (width == 0) return;
-    const double xDivisor = hx * hx, yDivisor = hy * hy;
-    if (hasExactReciprocal(xDivisor) && hasExactReciprocal(yDivisor))
-        stepRows(values, saved, width, height, dt, MultiplyByExactReciprocal{1.0 / xDivisor},
-                 MultiplyByExactReciprocal{1.0 / yDivisor});
-    else
-        stepRows(values, saved, width, height, dt, Divide{xDivisor}, Divide{yDivisor});
+    withDivision([&](auto overX, auto overY) { stepRows(values, saved, width, height, dt, overX, overY); },
+                 hx * hx, hy * hy);
 }
 
 }  // namespace lset::detail

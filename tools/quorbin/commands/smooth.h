@@ -10,7 +10,7 @@ struct Smoothing {
     int steps = 0;
     int reinitEvery = kReinitEvery;
     double implicitTime = 0;  ///< of each implicit step; 0 for explicit ones of the largest stable time
-    bool onBand = false;      ///< reinitialised at every second step, of which there are fewer for the same time
+    bool onBand = false;  ///< reinitialised at every second step, of which there are fewer for the same time
 };
 
 /// Moves the outline by its curvature. The field becomes a signed distance first, every reinitEvery steps, and at the end.

@@ -53,4 +53,21 @@ void forEachMixedCell(const SignRow& lower, const SignRow& upper, int count, Vis
     }
 }
 
+/// The same for the cubes between two layers of two rows.
+template <class Visit>
+void forEachMixedCube(const SignRow& lower, const SignRow& lowerNext, const SignRow& upper,
+                      const SignRow& upperNext, int count, Visit visit) {
+    for (int x = 0; x < count; x += 8) {
+        const std::uint64_t corner = lower.word(x);
+        std::uint64_t mixed = corner ^ lower.word(x + 1);
+        for (const SignRow* row : {&lowerNext, &upper, &upperNext})
+            mixed |= (corner ^ row->word(x)) | (corner ^ row->word(x + 1));
+        for (; mixed != 0; mixed &= mixed - 1) {
+            const int cell = x + __builtin_ctzll(mixed) / 8;
+            if (cell >= count) break;
+            visit(cell);
+        }
+    }
+}
+
 }  // namespace lset::detail

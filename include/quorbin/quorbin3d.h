@@ -1,0 +1,13 @@
+#pragma once
+
+/// Everything three-dimensional, in the order of the data flow.
+
+#include "quorbin_version.h"
+
+#include "quorbin3d/level_set_3d.h"
+
+#include "quorbin3d/full_level_set_3d.h"
+
+#include "quorbin3d/eikonal.h"
+
+#include "quorbin3d/marching_cubes.h"
