@@ -11,3 +11,4 @@
 #include "quorbin3d/eikonal.h"
 
 #include "quorbin3d/marching_cubes.h"
+#include "quorbin3d/mesh.h"

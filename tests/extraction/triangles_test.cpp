@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <set>
@@ -149,6 +150,69 @@ TEST(Triangles, OfABallLieOnItWithNormalsOutwards) {
         EXPECT_NEAR(dot(normals[i], normals[i]), 1, 1e-12);
         EXPECT_GT(dot(out, normals[i]), 7.9);
     }
+}
+
+/// Every side of a triangle is once a side of another, the other way round.
+bool isClosed(const std::vector<gpoint3>& triangles) {
+    std::map<std::pair<int, int>, int> sides;
+    for (const gpoint3& t : triangles)
+        for (const auto& [a, b] : {std::pair{t.first, t.second}, {t.second, t.third}, {t.third, t.first}}) {
+            ++sides[{a, b}];
+            --sides[{b, a}];
+        }
+    return std::all_of(sides.begin(), sides.end(), [](const auto& side) { return side.second == 0; });
+}
+
+TEST(Mesh, IsTheSoupWithSharedVertices) {
+    onVolumePairs([](FullLevelSet3D& dense, SlowVolume& slow) {
+        Vectors vertices, normals, soup, soupNormals, slowVertices, slowNormals;
+        std::vector<gpoint3> triangles, soupTriangles, slowTriangles;
+        dense.getTriangles(soup, soupNormals, soupTriangles);
+        getTrianglesUnique(dense, vertices, normals, triangles);
+        getTrianglesUnique(slow, slowVertices, slowNormals, slowTriangles);
+        ASSERT_EQ(bits(vertices), bits(slowVertices));
+        ASSERT_EQ(bits(normals), bits(slowNormals));
+        ASSERT_EQ(triangles.size(), soupTriangles.size());
+        for (std::size_t t = 0; t < triangles.size(); ++t) {
+            ASSERT_TRUE(triangles[t] == slowTriangles[t]);
+            const int corners[3] = {triangles[t].first, triangles[t].second, triangles[t].third};
+            for (std::size_t k = 0; k < 3; ++k) {
+                const auto apart = vertices[static_cast<std::size_t>(corners[k])] - soup[3 * t + k];
+                ASSERT_LT(dot(apart, apart), 1e-24);
+            }
+        }
+        ASSERT_LE(vertices.size(), soup.size());
+    });
+}
+
+TEST(Mesh, IsClosedWithinTheGridAndWithACapEverywhere) {
+    Vectors vertices, normals;
+    std::vector<gpoint3> triangles;
+    FullLevelSet3D ball;
+    fill(
+        ball, {24, 24, 12},
+        [](int x, int y, int z) { return std::hypot(x - 11.4, y - 11.7, 2 * (z - 5.6)) - 8; }, 1, 1, 2);
+    getTrianglesUnique(ball, vertices, normals, triangles);
+    EXPECT_TRUE(isClosed(triangles));
+    EXPECT_EQ(2 * (vertices.size() - 2), triangles.size());  // Euler's formula for a sphere
+    EXPECT_NEAR(surfaceArea(vertices, triangles, 1, 1, 2), 4 * M_PI * 64, 12);
+    EXPECT_NEAR(enclosedVolume(vertices, triangles, 1, 1, 2), 4 / 3.0 * M_PI * 512, 45);
+
+    onVolumePairs([&](FullLevelSet3D& dense, SlowVolume&) {
+        getTrianglesCapped(dense, vertices, normals, triangles);
+        ASSERT_TRUE(isClosed(triangles));
+        ASSERT_GE(enclosedVolume(vertices, triangles), -1e-12);
+        for (const auto& v : vertices) {
+            ASSERT_TRUE(v.x >= 0 && v.x <= dense.getWidth() - 1 && v.y >= 0 && v.y <= dense.getHeight() - 1);
+            ASSERT_TRUE(v.z >= 0 && v.z <= dense.getDepth() - 1);
+        }
+    });
+    // All inside: the cap is the box of the grid.
+    FullLevelSet3D full;
+    fill(full, {4, 5, 6}, [](int, int, int) { return -1.0; });
+    getTrianglesCapped(full, vertices, normals, triangles);
+    EXPECT_DOUBLE_EQ(enclosedVolume(vertices, triangles), 3 * 4 * 5);
+    EXPECT_DOUBLE_EQ(surfaceArea(vertices, triangles), 2 * (12 + 15 + 20));
 }
 
 TEST(GetPoint, GivesMidpointsAndReportsWhatDoesNotCross) {

@@ -10,18 +10,19 @@
 
 namespace lset::detail {
 
-/// Unit gradients at grid points of any level set, asked for anew each time as a subclass may count on.
-class VirtualGradients {
+/// Unit gradients at grid points, formed anew each time, as a subclass may count on.
+template <class Reader>
+class FreshGradients {
  public:
-    explicit VirtualGradients(const VirtualReader3D& field) : field_(field) {}
+    explicit FreshGradients(const Reader& field) : field_(field) {}
     Vec3 operator()(const GridPoint3D& p) const { return unitGradient(field_, p.x, p.y, p.z); }
     void nextLayer() {}
 
  private:
-    const VirtualReader3D& field_;
+    const Reader& field_;
 };
 
-/// The same for exactly the dense grid, formed once a point: those of the two layers under way are kept.
+/// The same of exactly the dense grid, formed once a point: those of the two layers under way are kept.
 class KeptGradients {
  public:
     explicit KeptGradients(const DenseReader3D& field) : field_(field) {
@@ -63,7 +64,9 @@ class KeptGradients {
     int z_ = 0;
 };
 
-inline VirtualGradients gradientsOf(const VirtualReader3D& field) { return VirtualGradients(field); }
+inline FreshGradients<VirtualReader3D> gradientsOf(const VirtualReader3D& field) {
+    return FreshGradients<VirtualReader3D>(field);
+}
 inline KeptGradients gradientsOf(const DenseReader3D& field) { return KeptGradients(field); }
 
 }  // namespace lset::detail

@@ -1,0 +1,165 @@
+#include "quorbin3d/mesh.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "quorbin3d/extraction/cells.h"
+#include "quorbin3d/extraction/gradients.h"
+#include "quorbin3d/extraction/shared_vertices.h"
+
+using namespace lset::detail;
+
+namespace {
+
+struct Mesh {
+    std::vector<Vec3>& vertices;
+    std::vector<Vec3>& normals;
+    std::vector<gpoint3>& triangles;
+
+    void clear() {
+        vertices.clear();
+        normals.clear();
+        triangles.clear();
+    }
+};
+
+/// Adds the triangles of a cell. makeVertex(p, q, normal) gives the crossing between two corners and its normal, which is not
+/// of unit length yet.
+template <class MakeVertex>
+void addCell(Mesh& mesh, SharedVertices& shared, int x, int y, int z, int cell, MakeVertex makeVertex) {
+    const signed char* edge = MarchingCubes::lut[cell];
+    for (int t = 0; t < MarchingCubes::lut_sizes[cell]; ++t) {
+        int triangle[3];
+        for (int& index : triangle) {
+            int& kept = shared.at(x, y, *edge);
+            if (kept == SharedVertices::kNone) {
+                kept = static_cast<int>(mesh.vertices.size());
+                Vec3 normal(0, 0, 0);
+                mesh.vertices.push_back(makeVertex(corner(x, y, z, MarchingCubes::edges[*edge][0]),
+                                                   corner(x, y, z, MarchingCubes::edges[*edge][1]), normal));
+                mesh.normals.push_back(unit(normal));
+            }
+            index = kept;
+            ++edge;
+        }
+        mesh.triangles.push_back({triangle[0], triangle[1], triangle[2]});
+    }
+}
+
+/// A field with a layer of points around it that are outside; its points are numbered from that layer.
+template <class Reader>
+struct SurroundedField {
+    const Reader& field;
+
+    int width() const { return field.width() + 2; }
+    int height() const { return field.height() + 2; }
+    int depth() const { return field.depth() + 2; }
+    bool isInGrid(const GridPoint3D& p) const {
+        return p.x > 0 && p.x <= field.width() && p.y > 0 && p.y <= field.height() && p.z > 0 &&
+               p.z <= field.depth();
+    }
+    bool isInside(const GridPoint3D& p) const {
+        return isInGrid(p) && field.getInGrid(p.x - 1, p.y - 1, p.z - 1) <= 0;
+    }
+};
+
+template <class Reader>
+void meshSurrounded(const Reader& field, Mesh& mesh) {
+    const SurroundedField<Reader> surrounded{field};
+    const int width = surrounded.width(), height = surrounded.height(), depth = surrounded.depth();
+    SharedVertices shared(width, height);
+    const FreshGradients<Reader> gradientAt(field);
+    const auto inner = [](const GridPoint3D& p) { return GridPoint3D{p.x - 1, p.y - 1, p.z - 1}; };
+    const auto makeVertex = [&](const GridPoint3D& p, const GridPoint3D& q, Vec3& normal) {
+        const GridPoint3D a = inner(p), b = inner(q);
+        if (surrounded.isInGrid(p) && surrounded.isInGrid(q)) {
+            const Vec3 v = zeroCrossing(a, field.getInGrid(a.x, a.y, a.z), b, field.getInGrid(b.x, b.y, b.z),
+                                        &normal, gradientAt);
+            // Rounding must not take it beyond the face.
+            return Vec3(std::clamp(v.x, 0.0, width - 3.0), std::clamp(v.y, 0.0, height - 3.0),
+                        std::clamp(v.z, 0.0, depth - 3.0));
+        }
+        // On the face of the grid, at the end that is in it.
+        const bool isFirst = surrounded.isInGrid(p);
+        const GridPoint3D in = isFirst ? a : b, out = isFirst ? b : a;
+        normal = {double(out.x - in.x), double(out.y - in.y), double(out.z - in.z)};
+        return Vec3(in.x, in.y, in.z);
+    };
+    for (int z = 0; z < depth - 1; ++z) {
+        for (int y = 0; y < height - 1; ++y) {
+            // The upper corners along x of one cell are the lower ones of the next.
+            static constexpr int kLower[4] = {0, 3, 4, 7}, kUpper[4] = {1, 2, 5, 6};
+            int last = 0;
+            for (int x = 0; x < width - 1; ++x) {
+                int cell = 0;
+                for (int k = 0; k < 4; ++k) {
+                    if ((last >> kUpper[k] & 1) != 0) cell |= 1 << kLower[k];
+                    if (surrounded.isInside(corner(x, y, z, kUpper[k]))) cell |= 1 << kUpper[k];
+                }
+                if (cell != 0 && cell != 255) addCell(mesh, shared, x, y, z, cell, makeVertex);
+                last = cell;
+            }
+        }
+        shared.nextLayer();
+    }
+}
+
+}  // namespace
+
+void getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
+                        std::vector<gpoint3>& triangles) {
+    Mesh mesh{vertices, normals, triangles};
+    mesh.clear();
+    withReader(field, [&](const auto& reader) {
+        if (reader.width() < 2 || reader.height() < 2) return;
+        SharedVertices shared(reader.width(), reader.height());
+        auto gradients = gradientsOf(reader);
+        const auto makeVertex = [&](const GridPoint3D& p, const GridPoint3D& q, Vec3& normal) {
+            const double a = reader.getInGrid(p.x, p.y, p.z);
+            const double b = reader.getInGrid(q.x, q.y, q.z);
+            return zeroCrossing(p, a, q, b, &normal, gradients);
+        };
+        forEachCrossedCell(
+            reader, [&](int x, int y, int z, int cell) { addCell(mesh, shared, x, y, z, cell, makeVertex); },
+            [&](int) {
+                shared.nextLayer();
+                gradients.nextLayer();
+            });
+    });
+}
+
+void getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
+                        std::vector<gpoint3>& triangles) {
+    Mesh mesh{vertices, normals, triangles};
+    mesh.clear();
+    withReader(field, [&](const auto& reader) {
+        if (reader.width() > 0 && reader.height() > 0 && reader.depth() > 0) meshSurrounded(reader, mesh);
+    });
+}
+
+double surfaceArea(const std::vector<Vec3>& vertices, const std::vector<gpoint3>& triangles, double xSpace,
+                   double ySpace, double zSpace) {
+    double twice = 0;
+    for (const gpoint3& t : triangles) {
+        const auto at = [&](int i) {
+            const Vec3& v = vertices[static_cast<std::size_t>(i)];
+            return Vec3(v.x * xSpace, v.y * ySpace, v.z * zSpace);
+        };
+        const Vec3 normal = cross(at(t.second) - at(t.first), at(t.third) - at(t.first));
+        twice += std::sqrt(dot(normal, normal));
+    }
+    return twice / 2;
+}
+
+double enclosedVolume(const std::vector<Vec3>& vertices, const std::vector<gpoint3>& triangles, double xSpace,
+                      double ySpace, double zSpace) {
+    if (vertices.empty()) return 0;
+    // Measured from one of its points, so that a small mesh far out loses no digits.
+    const Vec3 origin = vertices.front();
+    double sixfold = 0;
+    for (const gpoint3& t : triangles) {
+        const auto at = [&](int i) { return vertices[static_cast<std::size_t>(i)] - origin; };
+        sixfold += dot(at(t.first), cross(at(t.second), at(t.third)));
+    }
+    return sixfold / 6 * xSpace * ySpace * zSpace;
+}
