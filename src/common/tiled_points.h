@@ -13,7 +13,7 @@ namespace lset::detail {
 /// Numbers for scattered grid points such that neighbours are found without searching: the plane or space is cut into tiles
 /// of 64 points, tiles are made where points are, and each knows the tiles beside it. The number of a point is 64 times that
 /// of its tile and its place within. What belongs to points lies in arrays by their numbers.
-template <int dimensions>
+template <std::size_t dimensions>
 class TiledPoints {
  public:
     using Point = std::array<int, dimensions>;
@@ -46,7 +46,7 @@ class TiledPoints {
     Point point(int number) const {
         const Corner& corner = corners_[static_cast<std::size_t>(number) / kTileSize];
         Point result;
-        for (int axis = 0; axis < dimensions; ++axis) {
+        for (std::size_t axis = 0; axis < dimensions; ++axis) {
             const unsigned inTile = static_cast<unsigned>(number) >> (kBits * axis) & (kSide - 1);
             result[axis] = static_cast<int>(corner[axis] << kBits | inTile);
         }
@@ -56,7 +56,7 @@ class TiledPoints {
     /// The number of the neighbour one step (1 or -1) along an axis; kNone where its tile is missing.
     template <int axis, int step>
     int neighbour(int number) const {
-        constexpr int kStride = 1 << (kBits * axis), kAlong = (kSide - 1) * kStride;
+        constexpr int kStride = 1 << (kBits * axis), kAlong = static_cast<int>(kSide - 1) * kStride;
         if ((number & kAlong) != (step > 0 ? kAlong : 0)) return number + step * kStride;
         const int beside = beside_[static_cast<std::size_t>(number) / kTileSize][direction<axis, step>()];
         if (beside == kNone) return kNone;
@@ -78,8 +78,8 @@ class TiledPoints {
  private:
     // A tile's coordinates are those of its points without their low bits. Like those they wrap around.
     using Corner = std::array<std::uint32_t, dimensions>;
-    static constexpr int kBits = 6 / dimensions;
-    static constexpr int kSide = 1 << kBits;
+    static constexpr unsigned kBits = 6 / dimensions;
+    static constexpr unsigned kSide = 1U << kBits;
 
     template <int axis, int step>
     static constexpr std::size_t direction() {
@@ -88,7 +88,7 @@ class TiledPoints {
 
     static Corner cornerOf(const Point& point) {
         Corner corner;
-        for (int axis = 0; axis < dimensions; ++axis)
+        for (std::size_t axis = 0; axis < dimensions; ++axis)
             corner[axis] = static_cast<std::uint32_t>(point[axis]) >> kBits;
         return corner;
     }
@@ -96,13 +96,13 @@ class TiledPoints {
     /// Written out: the operator of std::array calls for a comparison of memory.
     static bool isSame(const Corner& a, const Corner& b) {
         bool same = true;
-        for (int axis = 0; axis < dimensions; ++axis) same &= a[axis] == b[axis];
+        for (std::size_t axis = 0; axis < dimensions; ++axis) same &= a[axis] == b[axis];
         return same;
     }
 
     static int place(const Point& point) {
         unsigned result = 0;
-        for (int axis = 0; axis < dimensions; ++axis)
+        for (std::size_t axis = 0; axis < dimensions; ++axis)
             result |= (static_cast<unsigned>(point[axis]) & (kSide - 1)) << (kBits * axis);
         return static_cast<int>(result);
     }

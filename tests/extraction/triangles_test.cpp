@@ -20,7 +20,7 @@ constexpr int kFaces[6][4] = {{0, 1, 2, 3}, {4, 5, 6, 7}, {0, 1, 5, 4},
 
 int edgeBetween(int a, int b) {
     for (int e = 0; e < 12; ++e) {
-        const int p = MarchingCubes::edges[e][0], q = MarchingCubes::edges[e][1];
+        const int p = int{MarchingCubes::edges[e][0]}, q = int{MarchingCubes::edges[e][1]};
         if ((p == a && q == b) || (p == b && q == a)) return e;
     }
     return -1;
@@ -51,13 +51,13 @@ EdgePairs linesOnFaces(int cell) {
 TEST(MarchingCubesTables, MeetTheFacesWhereTheRuleSaysAndHave820Triangles) {
     int total = 0;
     for (int cell = 0; cell < 256; ++cell) {
-        const int count = MarchingCubes::lut_sizes[cell];
+        const int count = int{MarchingCubes::lut_sizes[cell]};
         total += count;
         std::map<std::pair<int, int>, int> sides;  // directed, +1 and -1 cancel within the case
         for (int t = 0; t < count; ++t)
             for (int k = 0; k < 3; ++k) {
-                const int a = MarchingCubes::lut[cell][3 * t + k],
-                          b = MarchingCubes::lut[cell][3 * t + (k + 1) % 3];
+                const int a = int{MarchingCubes::lut[cell][3 * t + k]},
+                          b = int{MarchingCubes::lut[cell][3 * t + (k + 1) % 3]};
                 ASSERT_TRUE(a >= 0 && a < 12 && a != b);
                 ++sides[{a, b}];
                 --sides[{b, a}];

@@ -80,7 +80,10 @@ TEST(VolumeMotion, BySpeedTakesTheSmallestLimitAndReturnsIt) {
         });
     };
     EXPECT_EQ(move(1.0, 0.25), 0.25);
-    for (int i = 0; i < 12; ++i) EXPECT_EQ(grid.data()[i], i % 3 + i / 3 % 2 + i / 6 + 0.25);
+    for (int i = 0; i < 12; ++i) {
+        const int sum = i % 3 + i / 3 % 2 + i / 6;
+        EXPECT_EQ(grid.data()[i], sum + 0.25);
+    }
     EXPECT_THROW(grid.moveWithCurvature({}), boost::bad_function_call);
     EXPECT_EQ(FullLevelSet3D().moveWithCurvature({}), 1e11);
 }
