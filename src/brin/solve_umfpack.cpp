@@ -51,14 +51,19 @@ bool solveDirectly(const brin::SparseMatrix& A, const double* b, double* x) {
         const int* start = columns.start.data();
         const int* row = columns.row.data();
         const double* value = columns.value.data();
+        // Minimum degree is faster up to about 512 x 512 grid points, nested dissection beyond.
+        constexpr int kLarge = 1 << 18;
+        double control[UMFPACK_CONTROL];
+        umfpack_di_defaults(control);
+        control[UMFPACK_ORDERING] = n > kLarge ? UMFPACK_ORDERING_METIS : UMFPACK_ORDERING_AMD;
         void* made = nullptr;
-        if (umfpack_di_symbolic(n, n, start, row, value, &made, nullptr, nullptr) != UMFPACK_OK) return false;
+        if (umfpack_di_symbolic(n, n, start, row, value, &made, control, nullptr) != UMFPACK_OK) return false;
         const std::unique_ptr<void, FreeSymbolic> symbolic(made);
         made = nullptr;
-        const int factorised = umfpack_di_numeric(start, row, value, symbolic.get(), &made, nullptr, nullptr);
+        const int factorised = umfpack_di_numeric(start, row, value, symbolic.get(), &made, control, nullptr);
         const std::unique_ptr<void, FreeNumeric> numeric(made);
         return factorised == UMFPACK_OK && umfpack_di_solve(UMFPACK_A, start, row, value, x, b, numeric.get(),
-                                                            nullptr, nullptr) == UMFPACK_OK;
+                                                            control, nullptr) == UMFPACK_OK;
     } catch (const std::bad_alloc&) {
         return false;
     }
