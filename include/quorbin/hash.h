@@ -96,6 +96,16 @@ struct BucketTable {
         buckets.capacity = buckets.count = bucketCount;
     }
 
+    ~BucketTable() = default;
+    BucketTable(const BucketTable&) = default;
+    /// Both or neither: a table whose buckets cannot be had stays as it is.
+    BucketTable& operator=(const BucketTable& other) {
+        BucketTable copy(other);
+        std::swap(bucketCount, copy.bucketCount);
+        buckets.swap(copy.buckets);
+        return *this;
+    }
+
     /// Number of entries.
     int size() const {
         int total = 0;

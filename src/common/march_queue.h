@@ -14,6 +14,14 @@ class MarchQueue {
  public:
     using Handle = int;
 
+    /// Forgets what an interrupted march has left.
+    void clear() {
+        values_.clear();
+        entries_.clear();
+        slots_.clear();
+        free_.clear();
+    }
+
     bool empty() const { return values_.empty(); }
     std::size_t size() const { return values_.size(); }
     int id(std::size_t slot) const { return idOf(entries_[slot]); }

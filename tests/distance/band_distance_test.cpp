@@ -1,6 +1,7 @@
 #include <heap.h>
 
 #include <cmath>
+#include <limits>
 #include <map>
 
 #include "band_support.h"
@@ -119,6 +120,24 @@ TEST(BandMarch, TakesMoreThanThreePointsForEachStoredOne) {
     band.ensureSignedDistanceFMM();
     EXPECT_GT(band.size(), 3 * 200);
     for (int i = 0; i < 100; ++i) EXPECT_EQ(band.get(20 * i + 1, 0), 0.5);
+}
+
+TEST(BandMarch, AndSegmentsWrapAroundWhereCoordinatesEnd) {
+    for (const auto measure :
+         {&FastLevelSet2D::ensureSignedDistanceFMM, &FastLevelSet2D::ensureSignedDistance}) {
+        FastLevelSet2D band;
+        const int end = std::numeric_limits<int>::max();
+        for (const int x : {end - 2, end - 1})
+            for (const int y : {-1, 0, 1, 2}) band(x, y) = x == end - 2 ? -0.5 : 0.5;
+        (band.*measure)();
+        EXPECT_EQ(band.get(end - 1, 0), 0.5);
+        EXPECT_EQ(band.get(end, 0), 1.5);
+        // A segment is not near a point at the other end of the range, a neighbour is.
+        EXPECT_EQ(band.have(std::numeric_limits<int>::min(), 0),
+                  measure == &FastLevelSet2D::ensureSignedDistanceFMM);
+        EXPECT_EQ(band.getDxMinus(std::numeric_limits<int>::min(), 0),
+                  band.get(std::numeric_limits<int>::min(), 0) - 1.5);
+    }
 }
 
 TEST(BandSegments, AreTheSameOnBothPaths) {

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <set>
 
 #include "band_support.h"
 
@@ -77,6 +78,39 @@ TEST(BandMotion, BySpeedMovesInteriorPointsBy95PercentOfTheSmallestLimit) {
         return 1.0;
     });
     EXPECT_LE(band.size(), 4);
+}
+
+TEST(BandMotion, CountsPointsThatACallbackAddsAsNeighboursOnBothPaths) {
+    const Speed reader = [](LevelSet2D* levelSet, int x, int y, double* limit) {
+        *limit = 1;
+        return (*levelSet)(x + 2, y) + (*levelSet)(x, y + 3) + 1;  // adds what is absent
+    };
+    onBandPairs([&](FastLevelSet2D& band, SlowBand& slow) {
+        band.moveWithCurvature(reader);
+        slow.moveWithCurvature(reader);
+        ASSERT_TRUE(contentOf(band.points()) == contentOf(slow.points()));
+    });
+}
+
+/// An override that works on the band while the band is working.
+struct RestlessBand : FastLevelSet2D {
+    mutable int calls = 0;
+    double getCurvature(int x, int y) const override {
+        if (++calls == 3) const_cast<RestlessBand*>(this)->ensureSignedDistance();
+        return FastLevelSet2D::getCurvature(x, y);
+    }
+};
+
+TEST(BandMotion, SurvivesAnOverrideThatComesBackToTheBand) {
+    FullLevelSet2D grid;
+    fill(grid, 30, 30, [](int x, int y) { return std::hypot(x - 15.2, y - 14.7) - 9; });
+    RestlessBand band;
+    initQuietly(band, grid, true);
+    band.moveAlongCurvature();
+    std::set<std::pair<int, int>> points;
+    for (const auto& bucket : band.points().buckets)
+        for (const auto& entry : bucket) EXPECT_TRUE(points.emplace(entry.x, entry.y).second);
+    EXPECT_GT(points.size(), 100U);
 }
 
 TEST(BandMotion, ImplicitStepRelaxesItsOwnEquation) {

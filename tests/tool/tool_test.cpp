@@ -1,5 +1,6 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -67,8 +68,7 @@ class Tool : public testing::Test {
         return static_cast<std::size_t>(std::distance(begin(files), end(files)));
     }
 
-    const std::string folder =
-        testing::TempDir() + "quorbin_tool_" + testing::UnitTest::GetInstance()->current_test_info()->name();
+    const std::string folder = testing::TempDir() + "quorbin_tool_" + std::to_string(getpid());
 };
 
 TEST_F(Tool, HelpBeginsWithAnExampleAndVersionIsEverywhere) {

@@ -23,15 +23,15 @@ Range rangeOf(const std::vector<double>& samples) {
 
 }  // namespace
 
-double otsuLevel(const Raster& picture) {
-    const Range range = rangeOf(picture.samples);
+double otsuLevel(const std::vector<double>& samples) {
+    const Range range = rangeOf(samples);
     const double span = range.highest - range.lowest;
     if (span == 0) return range.lowest;
     constexpr double kMostBins = 65536;
     const auto bins = static_cast<std::size_t>(std::min(span + 1, kMostBins));
     const double binWidth = span / static_cast<double>(bins - 1);
     std::vector<double> count(bins);
-    for (const double v : picture.samples)
+    for (const double v : samples)
         ++count[static_cast<std::size_t>(std::lround((v - range.lowest) / binWidth))];
 
     double total = 0, moment = 0;
@@ -77,7 +77,7 @@ void makeField(const Raster& raster, const FieldOptions& options, FullLevelSet2D
             level = (range.lowest + range.highest) / 2;
             note = fmt::format("a mask of the values {} and {}", range.lowest, range.highest);
         } else {
-            level = otsuLevel(raster);
+            level = otsuLevel(raster.samples);
             note = fmt::format("level {} (Otsu)", level);
         }
     }

@@ -17,7 +17,7 @@ struct FieldOptions {
 
 /// Otsu's threshold (1979): the level that splits the samples into two classes with the largest variance
 /// between them, half way between the greys on its two sides.
-double otsuLevel(const Raster& picture);
+double otsuLevel(const std::vector<double>& samples);
 
 /// Makes the field of a raster: ≤ 0 inside. A field is taken as it is, less the level if one is given. A picture of
 /// two values is a mask. note says which level was taken, or stays empty.

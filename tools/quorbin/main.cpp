@@ -46,7 +46,8 @@ int runTool(int argc, char** argv) {
         "quorbin");
     app.set_version_flag("--version", "quorbin " QUORBIN_VERSION);
     app.require_subcommand(1);
-    for (auto* add : {addInfo, addDistance, addSmooth, addSegment, addContour, addMask, addConvert, addDemo})
+    for (auto* add :
+         {addInfo, addDistance, addSmooth, addSegment, addContour, addMask, addMesh, addConvert, addDemo})
         add(app);
     try {
         if (argc > 1 && argv[1][0] != '-' &&

@@ -63,5 +63,6 @@ void addSmooth(CLI::App& app);
 void addSegment(CLI::App& app);
 void addContour(CLI::App& app);
 void addMask(CLI::App& app);
+void addMesh(CLI::App& app);
 void addConvert(CLI::App& app);
 void addDemo(CLI::App& app);

@@ -4,6 +4,7 @@
 #include <typeinfo>
 #include <vector>
 
+#include "common/steps.h"
 #include "quorbin2d/differences/stencils.h"
 #include "quorbin2d/fast_level_set_2d.h"
 #include "quorbin2d/storage/band_workspace.h"
@@ -35,7 +36,7 @@ class VirtualBandReader2D {
 
     template <int axis, int by>
     Place step(Place p) const {
-        return axis == 0 ? Place{p.x + by, p.y} : Place{p.x, p.y + by};
+        return axis == 0 ? Place{stepped(p.x, by), p.y} : Place{p.x, stepped(p.y, by)};
     }
     bool have(Place p) const { return band_.have(p.x, p.y); }
     double get(Place p) const { return band_.get(p.x, p.y); }
@@ -100,15 +101,18 @@ bool isInterior(const Reader& band, typename Reader::Place p) {
            band.have(band.template step<1, 1>(p)) && band.have(band.template step<1, -1>(p));
 }
 
-/// Calls body with the reader that the exact type of the band allows. Meant once a call, outside the loops.
+/// Calls body with the reader that the exact type of the band allows, and with what to work with: that of the band where
+/// nothing but the library runs, its own where an override may come back to the same band. Meant once a call, outside the
+/// loops.
 template <class Body>
 decltype(auto) withBandReader(FastLevelSet2D& band, BandWorkspace2D& work, Body&& body) {
     if (&typeid(band) == &typeid(FastLevelSet2D)) {
         TiledBandReader2D reader(band, work);
-        return body(reader);
+        return body(reader, work);
     }
+    BandWorkspace2D own;
     VirtualBandReader2D reader(band);
-    return body(reader);
+    return body(reader, own);
 }
 
 }  // namespace lset::detail

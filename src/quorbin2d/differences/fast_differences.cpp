@@ -1,5 +1,8 @@
+#include "common/steps.h"
 #include "quorbin2d/differences/stencils.h"
 #include "quorbin2d/fast_level_set_2d.h"
+
+using namespace lset::detail;
 
 namespace {
 
@@ -11,45 +14,51 @@ double oneSided(const FastLevelSet2D& band, int x1, int y1, int x0, int y0, doub
     return (end - start) / h;
 }
 
-/// What the formulas of the dense grid read a band by.
-struct BandValues {
-    const FastLevelSet2D& band;
-    double get(int x, int y) const { return band.get(x, y); }
-    double hx() const { return band.getXSpace(); }
-    double hy() const { return band.getYSpace(); }
-};
-
 }  // namespace
 
 double FastLevelSet2D::getDxCentral(int x, int y) const {
-    return oneSided(*this, x + 1, y, x - 1, y, 2 * getXSpace());
+    return oneSided(*this, stepped(x, 1), y, stepped(x, -1), y, 2 * getXSpace());
 }
-double FastLevelSet2D::getDxMinus(int x, int y) const { return oneSided(*this, x, y, x - 1, y, getXSpace()); }
-double FastLevelSet2D::getDxPlus(int x, int y) const { return oneSided(*this, x + 1, y, x, y, getXSpace()); }
+double FastLevelSet2D::getDxMinus(int x, int y) const {
+    return oneSided(*this, x, y, stepped(x, -1), y, getXSpace());
+}
+double FastLevelSet2D::getDxPlus(int x, int y) const {
+    return oneSided(*this, stepped(x, 1), y, x, y, getXSpace());
+}
 double FastLevelSet2D::getDxUpwind(int x, int y, double speed) const {
     return speed > 0.0 ? getDxMinus(x, y) : getDxPlus(x, y);
 }
 
 double FastLevelSet2D::getDyCentral(int x, int y) const {
-    return oneSided(*this, x, y + 1, x, y - 1, 2 * getYSpace());
+    return oneSided(*this, x, stepped(y, 1), x, stepped(y, -1), 2 * getYSpace());
 }
-double FastLevelSet2D::getDyMinus(int x, int y) const { return oneSided(*this, x, y, x, y - 1, getYSpace()); }
-double FastLevelSet2D::getDyPlus(int x, int y) const { return oneSided(*this, x, y + 1, x, y, getYSpace()); }
+double FastLevelSet2D::getDyMinus(int x, int y) const {
+    return oneSided(*this, x, y, x, stepped(y, -1), getYSpace());
+}
+double FastLevelSet2D::getDyPlus(int x, int y) const {
+    return oneSided(*this, x, stepped(y, 1), x, y, getYSpace());
+}
 double FastLevelSet2D::getDyUpwind(int x, int y, double speed) const {
     return speed > 0.0 ? getDyMinus(x, y) : getDyPlus(x, y);
 }
 
 double FastLevelSet2D::getCurvature(int x, int y) const {
-    return lset::detail::laplacian(BandValues{*this}, x, y);
+    const double here = get(x, y);
+    const double right = get(stepped(x, 1), y);
+    const double left = get(stepped(x, -1), y);
+    const double above = get(x, stepped(y, 1));
+    const double below = get(x, stepped(y, -1));
+    const double hx = getXSpace(), hy = getYSpace();
+    return fivePoint(here * -2.0, right, left, above, below, Divide{hx * hx}, Divide{hy * hy});
 }
 
 double FastLevelSet2D::getCurvatureAndUpwind(int x, int y, double vx, double vy, double& dx,
                                              double& dy) const {
     const double here = get(x, y);
-    const double right = get(x + 1, y);
-    const double left = get(x - 1, y);
-    const double above = get(x, y + 1);
-    const double below = get(x, y - 1);
+    const double right = get(stepped(x, 1), y);
+    const double left = get(stepped(x, -1), y);
+    const double above = get(x, stepped(y, 1));
+    const double below = get(x, stepped(y, -1));
     const double hx = getXSpace(), hy = getYSpace();
     dx = (vx > 0.0 ? here - left : right - here) / hx;
     dy = (vy > 0.0 ? here - below : above - here) / hy;

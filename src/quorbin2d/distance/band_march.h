@@ -25,6 +25,7 @@ class BandMarch2D {
           hy_(hy),
           limit_(2.1 * std::max(hx, hy)),
           quadratic_(hx, hy) {
+        work.queue.clear();
         states_.clear();
         distances_.clear();
         known_.clear();

@@ -62,12 +62,12 @@ struct HashedNeighbours {
 
     template <int dx, int dy>
     bool isKnown() const {
-        const char* state = states.find(x + dx, y + dy);
+        const char* state = states.find(stepped(x, dx), stepped(y, dy));
         return state != nullptr && static_cast<signed char>(*state) == sign;
     }
     template <int dx, int dy>
     double distance() const {
-        const double* found = distances.find(x + dx, y + dy);
+        const double* found = distances.find(stepped(x, dx), stepped(y, dy));
         return found != nullptr ? *found : 0.0;
     }
 };
@@ -75,12 +75,13 @@ struct HashedNeighbours {
 }  // namespace
 
 double FastLevelSet2D::estimateDistanceInit(int x, int y) {
+    const int left = stepped(x, -1), right = stepped(x, 1), down = stepped(y, -1), up = stepped(y, 1);
     Cross2D value{};
     value.here = get(x, y);
-    value.up = have(x, y + 1) ? get(x, y + 1) : value.here;
-    value.left = have(x - 1, y) ? get(x - 1, y) : value.here;
-    value.down = have(x, y - 1) ? get(x, y - 1) : value.here;
-    value.right = have(x + 1, y) ? get(x + 1, y) : value.here;
+    value.up = have(x, up) ? get(x, up) : value.here;
+    value.left = have(left, y) ? get(left, y) : value.here;
+    value.down = have(x, down) ? get(x, down) : value.here;
+    value.right = have(right, y) ? get(right, y) : value.here;
     return firstDistance(value, getXSpace(), getYSpace());
 }
 
@@ -92,17 +93,16 @@ double FastLevelSet2D::estimateDistance(const PointHash<double>& distances, cons
 }
 
 void FastLevelSet2D::ensureSignedDistanceFMM() {
-    std::vector<PointAnd<double>>& reached = work_->result;
-    reached.clear();
-    withBandReader(*this, *work_, [&](auto& band) {
-        BandMarch2D marched(band.tiles(), *work_, getXSpace(), getYSpace());
+    withBandReader(*this, *work_, [&](auto& band, BandWorkspace2D& work) {
+        BandMarch2D marched(band.tiles(), work, getXSpace(), getYSpace());
         const Front front = findFront(band, marched);
-        march(marched, front.outside, kOutside, work_->queue);
-        march(marched, front.inside, kInside, work_->queue);
+        march(marched, front.outside, kOutside, work.queue);
+        march(marched, front.inside, kInside, work.queue);
+        work.result.clear();
         for (const int number : marched.known()) {
             const auto [x, y] = band.tiles().point(number);
-            reached.push_back({x, y, marched.signedDistance(number)});
+            work.result.push_back({x, y, marched.signedDistance(number)});
         }
+        replacePoints(values_, work.result);
     });
-    replacePoints(values_, reached);
 }

@@ -23,13 +23,14 @@ void seed(FullLevelSet2D& grid, const VirtualReader2D&, PointHash<double>& value
     const int width = grid.getWidth(), height = grid.getHeight();
     for (int y = 0; y < height - 1; ++y)
         for (int x = 0; x < width - 1; ++x) {
-            const double corners[4] = {grid(x, y), grid(x + 1, y), grid(x + 1, y + 1), grid(x, y + 1)};
-            const int cell = cellCase(corners[0] > 0.0, corners[1] > 0.0, corners[2] > 0.0, corners[3] > 0.0);
+            const bool corner0 = grid(x, y) > 0.0;
+            const bool corner1 = grid(x + 1, y) > 0.0;
+            const bool corner2 = grid(x + 1, y + 1) > 0.0;
+            const bool corner3 = grid(x, y + 1) > 0.0;
+            const int cell = cellCase(corner0, corner1, corner2, corner3);
             if (cell == 0 || cell == 15) continue;
-            values(x, y) = corners[0];
-            values(x + 1, y) = corners[1];
-            values(x + 1, y + 1) = corners[2];
-            values(x, y + 1) = corners[3];
+            for (const auto& [cx, cy] : {std::pair{x, y}, {x + 1, y}, {x + 1, y + 1}, {x, y + 1}})
+                values(cx, cy) = grid(cx, cy);
         }
 }
 

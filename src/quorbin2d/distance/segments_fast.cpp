@@ -29,9 +29,9 @@ double signedSquare(const std::vector<MeasuredSegment>& segments, const brin::Ve
 void FastLevelSet2D::ensureSignedDistance() {
     const double hx = getXSpace();
     const double furthest = 9 * hx * hx;
-    std::vector<PointAnd<double>>& reached = work_->result;  // with signed squares
-    reached.clear();
-    withBandReader(*this, *work_, [&](auto& band) {
+    withBandReader(*this, *work_, [&](auto& band, BandWorkspace2D& work) {
+        std::vector<PointAnd<double>>& reached = work.result;  // with signed squares
+        reached.clear();
         constexpr std::size_t kNone = static_cast<std::size_t>(-1);
         TiledPoints<2> tiles;
         std::vector<std::size_t> position;  // among the reached, by number
@@ -55,17 +55,18 @@ void FastLevelSet2D::ensureSignedDistance() {
                     const brin::Vec2<double> end = cell.on(edge[1]);
                     segments.emplace_back(start, end);
                 }
-                for (int y = corner.y - 2; y <= corner.y + 3; ++y)
-                    for (int x = corner.x - 2; x <= corner.x + 3; ++x) {
+                for (int down = -2; down <= 3; ++down)
+                    for (int along = -2; along <= 3; ++along) {
+                        const int x = stepped(corner.x, along), y = stepped(corner.y, down);
                         double square;
                         const double value = signedSquare(segments, {double(x), double(y)}, square);
                         if (square < furthest) reach(x, y, value, square);
                     }
             });
+        for (PointAnd<double>& point : reached) {
+            const double distance = std::sqrt(std::abs(point.value));
+            point.value = point.value < 0 ? -distance : distance;
+        }
+        replacePoints(values_, reached);
     });
-    for (PointAnd<double>& point : reached) {
-        const double distance = std::sqrt(std::abs(point.value));
-        point.value = point.value < 0 ? -distance : distance;
-    }
-    replacePoints(values_, reached);
 }

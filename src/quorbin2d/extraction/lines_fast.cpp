@@ -34,7 +34,7 @@ class PointsByEdge {
 void FastLevelSet2D::getLines(Points& points, Segments& segments) {
     points.clear();
     segments.clear();
-    withBandReader(*this, *work_, [&](auto& band) {
+    withBandReader(*this, *work_, [&](auto& band, BandWorkspace2D&) {
         forEachBandCell<kOrder>(band, [&](const auto&, const auto&, const auto& cell, int caseOfCell) {
             const int* edge = MarchingSquares::lut[caseOfCell];
             for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
@@ -50,7 +50,7 @@ void FastLevelSet2D::getLines(Points& points, Segments& segments) {
 void FastLevelSet2D::getLinesUnique(Points& points, Segments& segments) {
     points.clear();
     segments.clear();
-    withBandReader(*this, *work_, [&](auto& band) {
+    withBandReader(*this, *work_, [&](auto& band, BandWorkspace2D&) {
         PointsByEdge shared;
         forEachBandCell<kOrder>(
             band, [&](const auto&, const auto& corners, const auto& cell, int caseOfCell) {

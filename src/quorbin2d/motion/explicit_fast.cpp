@@ -15,15 +15,15 @@ constexpr double kPartOfLimit = 0.95;
 void FastLevelSet2D::moveAlongCurvature() {
     const double hx = getXSpace(), hy = getYSpace();
     const double dt = (1.0 / (2.0 / (hx * hx) + 2.0 / (hy * hy))) * kPartOfLimit;
-    std::vector<PointAnd<double>>& moved = work_->result;
-    moved.clear();
-    withBandReader(*this, *work_, [&](const auto& band) {
+    withBandReader(*this, *work_, [&](const auto& band, BandWorkspace2D& work) {
+        std::vector<PointAnd<double>>& moved = work.result;
+        moved.clear();
         band.forEach([&](const PointAnd<double>& point, auto place) {
             if (isInterior(band, place))
                 moved.push_back({point.x, point.y, dt * band.curvature(place) + point.value});
         });
+        replacePoints(values_, moved);
     });
-    replacePoints(values_, moved);
 }
 
 void FastLevelSet2D::moveWithCurvature(const boost::function<double(LevelSet2D*, int, int, double*)>& f) {
@@ -34,18 +34,16 @@ void FastLevelSet2D::moveWithCurvature(const boost::function<double(LevelSet2D*,
     };
     std::vector<Move> moves;
     double smallestLimit = kNoDistance;
-    BandWorkspace2D ownWork;  // the callback may use that of the band
-    withBandReader(*this, ownWork, [&](const auto& band) {
-        moves.reserve(band.size());
-        band.forEach([&](const PointAnd<double>& point, auto place) {
-            if (!isInterior(band, place)) return;
-            double limit = 0.0;
-            const double rate = f(this, point.x, point.y, &limit);
-            if (limit < smallestLimit) smallestLimit = limit;
-            double* const value = &(*this)(point.x, point.y);
-            moves.push_back(
-                {point.x, point.y, value == values_.find(point.x, point.y) ? nullptr : value, rate});
-        });
+    // Whatever the type, neighbours are asked for one by one: the callback may add points.
+    const VirtualBandReader2D band(*this);
+    moves.reserve(band.size());
+    band.forEach([&](const PointAnd<double>& point, VirtualBandReader2D::Place place) {
+        if (!isInterior(band, place)) return;
+        double limit = 0.0;
+        const double rate = f(this, point.x, point.y, &limit);
+        if (limit < smallestLimit) smallestLimit = limit;
+        double* const value = &(*this)(point.x, point.y);
+        moves.push_back({point.x, point.y, value == values_.find(point.x, point.y) ? nullptr : value, rate});
     });
     const double dt = smallestLimit * kPartOfLimit;
     for (const Move& move : moves) {

@@ -49,10 +49,12 @@ void FullLevelSet2D::moveWithCurvature(const boost::function<double(LevelSet2D*,
         0.0;  // one slot for all points: a callback that does not write leaves the last one standing
     double* const rates = scratch_.get();
     double* rate = rates;
-    for (int y = 0; y < height_; ++y)
-        for (int x = 0; x < width_; ++x) {
+    const int width = width_, height = height_;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
             const double rateHere = f(this, x, y, &limit);
-            if (scratch_.get() != rates) return;  // the callback has released the grid or made another of it
+            // The callback may have released the grid or made another of it.
+            if (scratch_.get() != rates || width_ != width || height_ != height) return;
             *rate++ = rateHere;
             if (limit < smallestLimit) smallestLimit = limit;
         }

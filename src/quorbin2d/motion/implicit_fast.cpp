@@ -58,7 +58,8 @@ void FastLevelSet2D::moveWithCurvatureImplicit(
     int maxIterations) {
     constexpr double kTolerance = 0.0001;
     const double hx = getXSpace(), hy = getYSpace();
-    Iterate iterate = withBandReader(*this, *work_, [](auto& band) { return makeIterate(band); });
+    Iterate iterate =
+        withBandReader(*this, *work_, [](auto& band, BandWorkspace2D&) { return makeIterate(band); });
     const auto value = [&](std::size_t i) -> double& { return iterate.points[i].value; };
     const double diagonal = (1 / (hx * hx) + 1 / (hy * hy)) * (2 * dt) + 1;
     double k = 0, vx = 0, vy = 0, s = 0;  // one set for all points: a callback must write all four

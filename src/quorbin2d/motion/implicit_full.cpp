@@ -110,12 +110,14 @@ void FullLevelSet2D::moveWithCurvatureImplicit(
     double sumOfK = 0, firstK = 0;
     bool isWithoutAdvection = true, isUniform = true;
     const double* const values = values_.get();
+    const int width = width_, height = height_;
     std::size_t i = 0;
-    for (int y = 0; y < height_; ++y)
-        for (int x = 0; x < width_; ++x, ++i) {
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x, ++i) {
             f(this, x, y, k, vx, vy, source);
-            if (values_.get() != values) return;  // the callback has released the grid or made another of it
-            system[i] = equationOf(k, vx, vy, dt, hx, hy, width_, height_);
+            // The callback may have released the grid or made another of it.
+            if (values_.get() != values || width_ != width || height_ != height) return;
+            system[i] = equationOf(k, vx, vy, dt, hx, hy, width, height);
             system[i].rightSide = dt * source + get(x, y);
             if (i == 0) firstK = k;
             sumOfK += k;

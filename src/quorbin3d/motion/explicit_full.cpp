@@ -44,11 +44,14 @@ double FullLevelSet3D::moveWithCurvature(
     double limit = 0.0;  // one slot for all points, as on the dense 2D grid
     double* const rates = scratch_.get();
     double* rate = rates;
-    for (int z = 0; z < depth_; ++z)
-        for (int y = 0; y < height_; ++y)
-            for (int x = 0; x < width_; ++x) {
+    const int width = width_, height = height_, depth = depth_;
+    for (int z = 0; z < depth; ++z)
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x) {
                 const double rateHere = f(this, x, y, z, &limit);
-                if (scratch_.get() != rates) return smallestLimit;  // the callback has released the grid
+                // The callback may have released the grid or made another of it.
+                if (scratch_.get() != rates || width_ != width || height_ != height || depth_ != depth)
+                    return smallestLimit;
                 *rate++ = rateHere;
                 if (limit < smallestLimit) smallestLimit = limit;
             }

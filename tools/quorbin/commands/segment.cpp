@@ -68,7 +68,7 @@ struct Segment : FieldCommand {
                 for (int x = 0; x < picture.width; ++x, ++i)
                     source.samples[static_cast<std::size_t>(i)] = circleGrid(picture, x, y);
         } else {
-            field.level = startLevel == "otsu" ? otsuLevel(picture) : std::stod(startLevel);
+            field.level = startLevel == "otsu" ? otsuLevel(picture.samples) : std::stod(startLevel);
             note = fmt::format("level {}", *field.level);
         }
         FieldOptions options;

@@ -1,46 +1,27 @@
+#include "formats/npy.h"
+
 #include <algorithm>
+#include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <regex>
 
 #include "failure.h"
-#include "formats/readers.h"
 
 namespace {
 
-struct Header {
-    char kind;
-    std::size_t itemSize;
-    bool isBigEndian, isFortran;
-    long long rows, columns;
-    std::size_t dataStart;
-};
-
-Header parseHeader(const Bytes& bytes) {
-    if (bytes.size() < 12) refuse("ends within its NPY header; give the whole file");
-    const bool isVersion1 = bytes[6] == 1;
-    const std::size_t lengthBytes = isVersion1 ? 2 : 4;
-    std::size_t length = 0;
-    for (std::size_t i = lengthBytes; i-- > 0;) length = length << 8 | bytes[8 + i];
-    const std::size_t start = 8 + lengthBytes;
-    if (length > bytes.size() - start) refuse("ends within its NPY header; give the whole file");
-    const std::string text(
-        bytes.begin() + static_cast<std::ptrdiff_t>(start),
-        bytes.begin() + static_cast<std::ptrdiff_t>(start + std::min<std::size_t>(length, 10000)));
-
-    std::smatch descr, order, shape;
-    if (!std::regex_search(text, descr, std::regex("'descr'\\s*:\\s*'([<>|=])([a-zA-Z])(\\d{1,3})'")) ||
-        !std::regex_search(text, order, std::regex("'fortran_order'\\s*:\\s*(True|False)")) ||
-        !std::regex_search(text, shape, std::regex("'shape'\\s*:\\s*\\(([^)]*)\\)")))
-        refuse("has an NPY header that cannot be read; give an array of plain numbers");
-    std::smatch sizes;
-    const std::string shapeText = shape[1];
-    if (!std::regex_match(shapeText, sizes, std::regex("\\s*(\\d{1,10})\\s*,\\s*(\\d{1,10})\\s*,?\\s*")))
-        refuse("has the shape ({}); give an array of two dimensions", shapeText);
-    return {descr[2].str()[0],    static_cast<std::size_t>(std::stoi(descr[3])),
-            descr[1] == ">",      order[1] == "True",
-            std::stoll(sizes[1]), std::stoll(sizes[2]),
-            start + length};
+std::vector<long long> parseShape(const std::string& text) {
+    std::vector<long long> shape;
+    const std::regex size("\\s*(\\d{1,10})\\s*,?");
+    auto at = text.cbegin();
+    std::smatch found;
+    while (std::regex_search(at, text.cend(), found, size, std::regex_constants::match_continuous)) {
+        shape.push_back(std::stoll(found[1]));
+        at = found[0].second;
+    }
+    if (!std::all_of(at, text.cend(), [](unsigned char c) { return std::isspace(c) != 0; }) || shape.empty())
+        refuse("has the shape ({}); give an array of two dimensions, or three for a volume", text);
+    return shape;
 }
 
 template <class T>
@@ -77,30 +58,67 @@ Decode decoderOf(char kind, std::size_t size) {
 
 }  // namespace
 
+NpyArray parseNpy(const Bytes& bytes) {
+    if (bytes.size() < 12) refuse("ends within its NPY header; give the whole file");
+    const bool isVersion1 = bytes[6] == 1;
+    const std::size_t lengthBytes = isVersion1 ? 2 : 4;
+    std::size_t length = 0;
+    for (std::size_t i = lengthBytes; i-- > 0;) length = length << 8 | bytes[8 + i];
+    const std::size_t start = 8 + lengthBytes;
+    if (length > bytes.size() - start) refuse("ends within its NPY header; give the whole file");
+    const std::string text(
+        bytes.begin() + static_cast<std::ptrdiff_t>(start),
+        bytes.begin() + static_cast<std::ptrdiff_t>(start + std::min<std::size_t>(length, 10000)));
+
+    std::smatch descr, order, shape;
+    if (!std::regex_search(text, descr, std::regex("'descr'\\s*:\\s*'([<>|=])([a-zA-Z])(\\d{1,3})'")) ||
+        !std::regex_search(text, order, std::regex("'fortran_order'\\s*:\\s*(True|False)")) ||
+        !std::regex_search(text, shape, std::regex("'shape'\\s*:\\s*\\(([^)]*)\\)")))
+        refuse("has an NPY header that cannot be read; give an array of plain numbers");
+    return {parseShape(shape[1]),
+            bytes,
+            start + length,
+            descr[2].str()[0],
+            static_cast<std::size_t>(std::stoi(descr[3])),
+            descr[1] == ">",
+            order[1] == "True"};
+}
+
+std::vector<double> NpyArray::values() const {
+    const Decode decode = decoderOf(kind, itemSize);
+    if (decode == nullptr)
+        refuse("holds numbers of type {}{}; give bool, integers, float32 or float64", kind, itemSize);
+    std::size_t points = 1;
+    for (const long long size : shape) points *= static_cast<std::size_t>(size);
+    if ((bytes.size() - dataStart) / itemSize < points) refuse("ends within its values; give the whole file");
+    std::vector<double> result(points);
+    unsigned char item[8];
+    std::vector<std::size_t> index(shape.size());  // of the item in the file, in Fortran's order
+    for (std::size_t i = 0; i < points; ++i) {
+        std::copy_n(bytes.data() + dataStart + i * itemSize, itemSize, item);
+        if (isBigEndian) std::reverse(item, item + itemSize);
+        std::size_t to = i;
+        if (isFortran) {
+            to = 0;
+            for (std::size_t d = 0; d < shape.size(); ++d)
+                to = to * static_cast<std::size_t>(shape[d]) + index[d];
+            for (std::size_t d = 0; d < shape.size() && ++index[d] == static_cast<std::size_t>(shape[d]); ++d)
+                index[d] = 0;
+        }
+        result[to] = decode(item);
+    }
+    return result;
+}
+
 bool isNpy(const Bytes& bytes) { return startsWith(bytes, "\x93NUMPY"); }
 
 Raster readNpy(const Bytes& bytes, const std::string&) {
-    const Header header = parseHeader(bytes);
-    const Decode decode = decoderOf(header.kind, header.itemSize);
-    if (decode == nullptr)
-        refuse("holds numbers of type {}{}; give bool, integers, float32 or float64", header.kind,
-               header.itemSize);
+    const NpyArray array = parseNpy(bytes);
+    if (array.shape.size() == 3) refuse("is a volume; quorbin mesh takes those");
+    if (array.shape.size() != 2) refuse("has {} dimensions; give an array of two", array.shape.size());
     Raster raster;
-    setSize(raster, header.columns, header.rows);
-    const std::size_t points =
-        static_cast<std::size_t>(header.rows) * static_cast<std::size_t>(header.columns);
-    if ((bytes.size() - header.dataStart) / header.itemSize < points)
-        refuse("ends within its {} × {} values; give the whole file", header.columns, header.rows);
-    raster.isField = header.kind == 'f';
-    raster.samples.resize(points);
-    unsigned char item[8];
-    for (std::size_t i = 0; i < points; ++i) {
-        const unsigned char* at = bytes.data() + header.dataStart + i * header.itemSize;
-        std::copy_n(at, header.itemSize, item);
-        if (header.isBigEndian) std::reverse(item, item + header.itemSize);
-        const auto rows = static_cast<std::size_t>(header.rows),
-                   columns = static_cast<std::size_t>(header.columns);
-        raster.samples[header.isFortran ? i % rows * columns + i / rows : i] = decode(item);
-    }
+    setSize(raster, array.shape[1], array.shape[0]);
+    raster.isField = array.isFloatingPoint();
+    raster.samples = array.values();
     return raster;
 }

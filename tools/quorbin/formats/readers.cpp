@@ -15,6 +15,28 @@ namespace {
 constexpr Reader kReaders[] = {
     {"PNG", isPng, readPng}, {"PGM", isPgm, readPgm}, {"NPY", isNpy, readNpy}, {"FL2D", isFl2d, readFl2d}};
 
+struct Close {
+    void operator()(std::FILE* file) const {
+        if (file != stdin) std::fclose(file);
+    }
+};
+
+/// Reads a file block by block for as long as wantsMore(bytes so far).
+template <class WantsMore>
+Bytes readWhile(const std::string& path, WantsMore wantsMore) {
+    const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
+    if (!file) refuse("{}: cannot be opened ({}); give a file that is there", path, std::strerror(errno));
+    Bytes bytes;
+    unsigned char block[1 << 16];
+    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
+        bytes.insert(bytes.end(), block, block + count);
+        if (!wantsMore(bytes)) return bytes;
+    }
+    if (std::ferror(file.get())) refuse("{}: cannot be read ({}); give a file", path, std::strerror(errno));
+    if (bytes.empty()) refuse("{}: is empty; give the whole file", path);
+    return bytes;
+}
+
 /// A file and which reader is for it, told before all of it is read.
 struct Input {
     Bytes bytes;
@@ -22,31 +44,27 @@ struct Input {
 };
 
 Input readInput(const std::string& path) {
-    struct Close {
-        void operator()(std::FILE* file) const {
-            if (file != stdin) std::fclose(file);
-        }
-    };
-    const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
-    if (!file)
-        refuse("{}: cannot be opened ({}); give a PNG, PGM, NPY or FL2D file", path, std::strerror(errno));
-    Input input{{}, nullptr};
-    Bytes& bytes = input.bytes;
-    unsigned char block[1 << 16];
-    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
-        bytes.insert(bytes.end(), block, block + count);
-        if (input.reader == nullptr)
-            input.reader = std::find_if(std::begin(kReaders), std::end(kReaders),
-                                        [&](const Reader& r) { return r.matches(bytes); });
-        if (input.reader == std::end(kReaders))
+    const Reader* reader = nullptr;
+    Bytes bytes = readWhile(path, [&](const Bytes& soFar) {
+        if (reader == nullptr)
+            reader = std::find_if(std::begin(kReaders), std::end(kReaders),
+                                  [&](const Reader& r) { return r.matches(soFar); });
+        if (reader == std::end(kReaders))
             refuse("{}: is of no known format; give a PNG, PGM, 2D NPY or FL2D file", path);
-    }
-    if (std::ferror(file.get())) refuse("{}: cannot be read ({}); give a file", path, std::strerror(errno));
-    if (bytes.empty()) refuse("{}: is empty; give a PNG, PGM, NPY or FL2D file", path);
-    return input;
+        return true;
+    });
+    return {std::move(bytes), reader};
 }
 
 }  // namespace
+
+Bytes readBytes(const std::string& path) {
+    return readWhile(path, [](const Bytes&) { return true; });
+}
+
+Bytes readStart(const std::string& path) {
+    return readWhile(path, [](const Bytes&) { return false; });
+}
 
 bool startsWith(const Bytes& bytes, const char* magic) {
     const std::size_t length = std::strlen(magic);

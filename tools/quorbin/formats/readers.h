@@ -11,6 +11,10 @@ using Bytes = std::vector<unsigned char>;
 /// picture in colour; empty, only a grey one will do. Whatever is wrong is a Failure that names the file.
 Raster readRaster(const std::string& path, const std::string& channel);
 
+/// The bytes of a file, or the first few of them.
+Bytes readBytes(const std::string& path);
+Bytes readStart(const std::string& path);
+
 /// An input format. read throws Failure with what is wrong, to which the caller adds the file's name.
 struct Reader {
     const char* name;
