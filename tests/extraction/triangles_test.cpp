@@ -93,7 +93,7 @@ TEST(MarchingCubesTables, MeetTheFacesWhereTheRuleSaysAndHave820Triangles) {
     EXPECT_EQ(total, 820);
 }
 
-/// The loops of the text, with nothing left out.
+/// Cell by cell through the slots, with nothing kept or left out.
 void plainTriangles(const LevelSet3D& field, Vectors& vertices, Vectors& normals) {
     for (int z = 0; z + 1 < field.getDepth(); ++z)
         for (int y = 0; y + 1 < field.getHeight(); ++y)

@@ -14,6 +14,19 @@ double oneSided(const FastLevelSet2D& band, int x1, int y1, int x0, int y0, doub
     return (end - start) / h;
 }
 
+struct Cross {
+    double here, right, left, above, below;
+};
+
+Cross readCross(const FastLevelSet2D& band, int x, int y) {
+    const double here = band.get(x, y);
+    const double right = band.get(stepped(x, 1), y);
+    const double left = band.get(stepped(x, -1), y);
+    const double above = band.get(x, stepped(y, 1));
+    const double below = band.get(x, stepped(y, -1));
+    return {here, right, left, above, below};
+}
+
 }  // namespace
 
 double FastLevelSet2D::getDxCentral(int x, int y) const {
@@ -43,26 +56,20 @@ double FastLevelSet2D::getDyUpwind(int x, int y, double speed) const {
 }
 
 double FastLevelSet2D::getCurvature(int x, int y) const {
-    const double here = get(x, y);
-    const double right = get(stepped(x, 1), y);
-    const double left = get(stepped(x, -1), y);
-    const double above = get(x, stepped(y, 1));
-    const double below = get(x, stepped(y, -1));
+    const Cross value = readCross(*this, x, y);
     const double hx = getXSpace(), hy = getYSpace();
-    return fivePoint(here * -2.0, right, left, above, below, Divide{hx * hx}, Divide{hy * hy});
+    return fivePoint(value.here * -2.0, value.right, value.left, value.above, value.below, Divide{hx * hx},
+                     Divide{hy * hy});
 }
 
 double FastLevelSet2D::getCurvatureAndUpwind(int x, int y, double vx, double vy, double& dx,
                                              double& dy) const {
-    const double here = get(x, y);
-    const double right = get(stepped(x, 1), y);
-    const double left = get(stepped(x, -1), y);
-    const double above = get(x, stepped(y, 1));
-    const double below = get(x, stepped(y, -1));
+    const Cross value = readCross(*this, x, y);
     const double hx = getXSpace(), hy = getYSpace();
-    dx = (vx > 0.0 ? here - left : right - here) / hx;
-    dy = (vy > 0.0 ? here - below : above - here) / hy;
+    dx = (vx > 0.0 ? value.here - value.left : value.right - value.here) / hx;
+    dy = (vy > 0.0 ? value.here - value.below : value.above - value.here) / hy;
     // From the left, where getCurvature begins on the right: the last bit may differ.
-    const double minusTwice = here * -2.0;
-    return ((left + minusTwice) + right) / (hx * hx) + ((above + minusTwice) + below) / (hy * hy);
+    const double minusTwice = value.here * -2.0;
+    return ((value.left + minusTwice) + value.right) / (hx * hx) +
+           ((value.above + minusTwice) + value.below) / (hy * hy);
 }
