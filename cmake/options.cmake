@@ -8,6 +8,7 @@ target_compile_options(quorbin_options INTERFACE
 if(QUORBIN_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     # What the sanitizers add makes g++ see uninitialised values in the standard library where there are none.
-    target_compile_options(quorbin_options INTERFACE ${sanitizers} -Wno-maybe-uninitialized)
+    target_compile_options(quorbin_options INTERFACE ${sanitizers}
+                           $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(quorbin_options INTERFACE ${sanitizers})
 endif()

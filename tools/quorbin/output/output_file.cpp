@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr int kInterruptions[] = {SIGINT, SIGTERM, SIGHUP};
+
 // What a signal handler may look at.
 struct HalfWritten {
     char path[PATH_MAX + 32];
@@ -35,7 +37,7 @@ mode_t usualMode() {
 }  // namespace
 
 void cleanUpWhenInterrupted() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : kInterruptions) {
         struct sigaction action = {};
         sigaction(signal, nullptr, &action);
         if (signal == SIGHUP && action.sa_handler == SIG_IGN) continue;  // under nohup
@@ -76,16 +78,24 @@ void OutputFile::openBeside(unsigned mode) {
     if (realpath(path_.c_str(), resolved) != nullptr) path_ = resolved;
     temporaryPath_ = path_.substr(0, path_.find_last_of('/') + 1) + ".quorbin-XXXXXX";
     if (temporaryPath_.size() >= sizeof HalfWritten::path) refuse("{}: is too long a name", path_);
+    // An interruption waits until the file that is made is known to it.
+    sigset_t interruptions, before;
+    sigemptyset(&interruptions);
+    for (const int signal : kInterruptions) sigaddset(&interruptions, signal);
+    sigprocmask(SIG_BLOCK, &interruptions, &before);
     const int descriptor = mkstemp(temporaryPath_.data());
+    const int error = errno;
+    if (descriptor >= 0) {
+        while (slot_ + 1 < kMostAtOnce && halfWritten[slot_].isThere != 0) ++slot_;
+        std::strcpy(halfWritten[slot_].path, temporaryPath_.c_str());
+        halfWritten[slot_].isThere = 1;
+    }
+    sigprocmask(SIG_SETMASK, &before, nullptr);
     if (descriptor < 0) {
-        const int error = errno;
         temporaryPath_.clear();
         refuse("{}: cannot be written ({}); choose a folder that exists and that you may write to", path_,
                std::strerror(error));
     }
-    while (slot_ + 1 < kMostAtOnce && halfWritten[slot_].isThere != 0) ++slot_;
-    std::strcpy(halfWritten[slot_].path, temporaryPath_.c_str());
-    halfWritten[slot_].isThere = 1;
     fchmod(descriptor, mode);
     file_ = fdopen(descriptor, "wb");
     if (file_ == nullptr) fail(errno);
