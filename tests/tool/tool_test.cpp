@@ -209,6 +209,9 @@ TEST_F(Tool, SegmentFindsTheShapesFromCirclesAndFromALevel) {
     EXPECT_TRUE(std::filesystem::exists(folder + "/over.png"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/frames/000010.png"));
     EXPECT_EQ(run("segment dark.pgm -o found.fl2d").status, 2);
+    for (const char* every : {"00", "0", "15", "99999999990"})
+        EXPECT_EQ(run("segment dark.pgm -o a.svg --every " + std::string(every)).status, 2) << every;
+    EXPECT_EQ(run("segment dark.pgm -o a.svg --max-steps 0").status, 2);
     EXPECT_EQ(run("segment dark.pgm -o a.svg --init square.pgm").status, 2);
     EXPECT_EQ(run("segment dark.pgm -o a.svg --level 200").status, 4);
 }

@@ -159,7 +159,7 @@ void addSegment(CLI::App& app) {
         ->check(CLI::Range(1e-6, 1e6))
         ->type_name("W");
     command.add_option("--max-steps", segment->maxSteps, "stop after so many steps (default 5000)")
-        ->check(CLI::Range(0, 1000000000))
+        ->check(CLI::Range(1, 1000000000))
         ->type_name("N");
     auto* isExplicit =
         command.add_flag("--explicit", "explicit steps, each within the stable time (default)");
@@ -192,7 +192,7 @@ void addSegment(CLI::App& app) {
         ->type_name("DIR");
     command.add_option("--every", segment->frameEvery, "steps between frames, in tens (default 10)")
         ->check([](const std::string& text) {
-            return text.size() > 1 && text.back() == '0' &&
+            return text.size() > 1 && text.back() == '0' && text.size() < 10 && text.front() != '0' &&
                            text.find_first_not_of("0123456789") == std::string::npos
                        ? ""
                        : "give a multiple of 10";
