@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "failure.h"
-#include "field_from_picture.h"
+#include "field_from_samples.h"
 
 namespace {
 

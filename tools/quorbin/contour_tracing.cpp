@@ -30,6 +30,11 @@ std::vector<std::vector<int>> openChains(const Segments& segments) {
     return chains;
 }
 
+bool isOnBothSides(const double* begin, const double* end) {
+    const auto isInside = [](double value) { return value <= 0; };
+    return std::any_of(begin, end, isInside) && !std::all_of(begin, end, isInside);
+}
+
 }  // namespace
 
 Contour traceClosed(const FullLevelSet2D& field) {
@@ -83,7 +88,11 @@ Contour outlineOf(const FullLevelSet2D& field, bool open) {
 
 bool hasCrossing(const FullLevelSet2D& field) {
     const double* begin = field.data();
-    const double* end = begin + static_cast<std::ptrdiff_t>(field.getWidth()) * field.getHeight();
-    const auto isInside = [](double value) { return value <= 0; };
-    return std::any_of(begin, end, isInside) && !std::all_of(begin, end, isInside);
+    return isOnBothSides(begin, begin + static_cast<std::ptrdiff_t>(field.getWidth()) * field.getHeight());
+}
+
+bool hasCrossing(const FullLevelSet3D& field) {
+    const double* begin = field.data();
+    return isOnBothSides(
+        begin, begin + static_cast<std::ptrdiff_t>(field.getWidth()) * field.getHeight() * field.getDepth());
 }

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <quorbin2d.h>
+#include <quorbin3d.h>
 
 /// The zero contour of a field, in grid-index units.
 struct Contour {
@@ -24,3 +25,4 @@ Contour outlineOf(const FullLevelSet2D& field, bool open);
 
 /// Whether the field has values on both sides of zero.
 bool hasCrossing(const FullLevelSet2D& field);
+bool hasCrossing(const FullLevelSet3D& field);

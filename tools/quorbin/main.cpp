@@ -46,8 +46,8 @@ int runTool(int argc, char** argv) {
         "quorbin");
     app.set_version_flag("--version", "quorbin " QUORBIN_VERSION);
     app.require_subcommand(1);
-    for (auto* add :
-         {addInfo, addDistance, addSmooth, addSegment, addContour, addMask, addMesh, addConvert, addDemo})
+    for (auto* add : {addInfo, addDistance, addSmooth, addSegment, addContour, addMask, addMesh, addSlice,
+                      addConvert, addDemo})
         add(app);
     try {
         if (argc > 1 && argv[1][0] != '-' &&
@@ -65,7 +65,7 @@ int runTool(int argc, char** argv) {
     } catch (const Failure& failure) {
         return complain(failure.status, failure.what());
     } catch (const std::bad_alloc&) {
-        return complain(kFailed, "there is not enough memory for this; take a smaller picture");
+        return complain(kFailed, "there is not enough memory for this; take a smaller picture or volume");
     } catch (const std::exception& error) {
         return complain(kFailed, error.what());
     }

@@ -1,22 +1,78 @@
 #include "options.h"
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
+#include <type_traits>
 
 #include "contour_tracing.h"
 #include "failure.h"
 #include "formats/readers.h"
+#include "output/format_name.h"
 
 namespace {
 
 Spacing parseSpacing(const std::string& text) {
     Spacing spacing;
+    double z = 0;
+    char rest = 0;
+    const int read = std::sscanf(text.c_str(), "%lf,%lf,%lf%c", &spacing.x, &spacing.y, &z,
+                                 &rest);  // NOLINT(cert-err34-c)
+    if (read == 3) spacing.z = z;
+    const auto isUsable = [](double h) { return h > 1e-100 && h < 1e100; };
+    const bool isWhole = read == 3 || (read == 2 && std::count(text.begin(), text.end(), ',') == 1);
+    if (!isWhole || !isUsable(spacing.x) || !isUsable(spacing.y) || !isUsable(spacing.z.value_or(1)))
+        refuse(
+            "--spacing {}: is no spacing; give two numbers from 1e-100 to 1e100, as in 0.5,0.5, and three "
+            "for a volume",
+            text);
+    return spacing;
+}
+
+std::array<long long, 3> parseSize(const std::string& text) {
+    std::array<long long, 3> size{};
     char rest = 0;
     const int read =
-        std::sscanf(text.c_str(), "%lf,%lf%c", &spacing.x, &spacing.y, &rest);  // NOLINT(cert-err34-c)
-    const auto isUsable = [](double h) { return h > 1e-100 && h < 1e100; };
-    if (read != 2 || !isUsable(spacing.x) || !isUsable(spacing.y))
-        refuse("--spacing {}: is no spacing; give two numbers from 1e-100 to 1e100, as in 0.5,0.5", text);
-    return spacing;
+        std::sscanf(text.c_str(), "%lld,%lld,%lld%c", &size[0], &size[1], &size[2],  // NOLINT(cert-err34-c)
+                    &rest);
+    if (read != 3 ||
+        !std::all_of(size.begin(), size.end(), [](long long n) { return n >= 1 && n <= kMostAlongAnAxis; }))
+        refuse("--size {}: is no size; give three whole numbers, as in 128,128,64", text);
+    return size;
+}
+
+/// For a picture and a volume alike.
+template <class Grid>
+auto readInput(const FieldCommand& command, Grid& levelSet) {
+    auto samples = [&] {
+        if constexpr (std::is_same_v<Grid, FullLevelSet3D>)
+            return readVolume(command.input, command.raw);
+        else
+            return readRaster(command.input, command.channel);
+    }();
+    std::string note;
+    try {
+        makeField(samples, command.field, levelSet, note);
+    } catch (const Failure& failure) {
+        throw Failure(failure.status, fmt::format("{}: {}", command.input, failure.what()));
+    }
+    if (!note.empty()) command.report("{}: {}", command.input, note);
+    return samples;
+}
+
+template <class Grid>
+auto readInputWithCrossing(const FieldCommand& command, Grid& levelSet) {
+    auto samples = readInput(command, levelSet);
+    if (!hasCrossing(levelSet))
+        throw Failure(
+            kNoCrossing,
+            fmt::format("{}: has no {}, all of it is {}; {}", command.input,
+                        std::is_same_v<Grid, FullLevelSet3D> ? "surface" : "outline",
+                        levelSet.data()[0] <= 0 ? "inside" : "outside",
+                        samples.isField
+                            ? "floating-point values are a field, inside where ≤ 0, unless you give --level"
+                            : "choose another --level or another input"));
+    return samples;
 }
 
 }  // namespace
@@ -39,51 +95,74 @@ void FieldCommand::addInput(CLI::App& command) {
 }
 
 void FieldCommand::addPicture(CLI::App& command) {
-    command.add_option("INPUT", input, "PNG, PGM, NPY (2D) or FL2D file; - for standard input")->required();
+    command.add_option("INPUT", input, "PNG, PGM, TIFF, 2D NPY or FL2D file; - for standard input")
+        ->required();
     command.add_option("--channel", channel, "what to read of a picture in colour")
         ->check(CLI::IsMember({"r", "g", "b", "luma"}))
         ->type_name("r|g|b|luma");
     command
         .add_option_function<std::string>(
             "--spacing", [this](const std::string& text) { field.spacing = parseSpacing(text); },
-            "units between samples along x and y (default: the file's own, else 1,1)")
-        ->type_name("DX,DY");
+            "units between samples along x and y, and z of a volume (default: the file's own, else 1,1)")
+        ->type_name("DX,DY[,DZ]");
     command.add_flag("--quiet,-q", quiet, "print nothing but errors");
 }
 
+void FieldCommand::addVolume(CLI::App& command) {
+    auto layout = std::make_shared<RawLayout>();
+    auto* type =
+        command
+            .add_option("--type", layout->type,
+                        "of the samples of a file without a header, little-endian: uint8, int16, float32 ...")
+            ->check(CLI::IsMember({"int8", "int16", "int32", "int64", "uint8", "uint16", "uint32", "uint64",
+                                   "float32", "float64"}))
+            ->type_name("TYPE");
+    // Defined after the type, so that this is known when its callback runs.
+    auto* size = command
+                     .add_option_function<std::string>(
+                         "--size",
+                         [this, layout](const std::string& text) {
+                             layout->size = parseSize(text);
+                             raw = *layout;
+                         },
+                         "of the volume in such a file, x fastest")
+                     ->type_name("W,H,D")
+                     ->needs(type);
+    type->needs(size);
+    CLI::Option& inputOption = *command.get_option("INPUT");
+    inputOption.description(
+        "PNG, PGM, TIFF, 2D NPY or FL2D file, or a volume: NIfTI, FL3D, FR3D, 3D NPY, TIFF stack, raw; - for "
+        "standard "
+        "input");
+}
+
 void FieldCommand::addOutput(CLI::App& command, bool required) {
+    addOutput(command, required, "fl2d, npy, svg, geojson, csv, png, pdf or mask");
+}
+
+void FieldCommand::addOutput(CLI::App& command, bool required, const char* formats) {
     command
         .add_option("-o,--output", output,
                     "file to write; its ending tells the format (none: the usual one); - for standard output")
         ->required(required);
-    command.add_option("--format", format,
-                       "instead of the ending: fl2d, npy, svg, geojson, csv, png, pdf or mask");
+    command.add_option("--format", format, fmt::format("instead of the ending: {}", formats));
     command.add_flag("--force,-f", force, "overwrite an existing file");
 }
 
-Raster FieldCommand::read(FullLevelSet2D& levelSet) const {
-    Raster raster = readRaster(input, channel);
-    std::string note;
-    try {
-        makeField(raster, field, levelSet, note);
-    } catch (const Failure& failure) {
-        throw Failure(failure.status, fmt::format("{}: {}", input, failure.what()));
-    }
-    if (!note.empty()) report("{}: {}", input, note);
-    return raster;
+bool FieldCommand::isGivenVolume() const {
+    if (!raw && formatName(input, "", "") == "raw")
+        refuse("{}: has no header; say by --size and --type what its samples are", input);
+    return raw || isVolume(input);
 }
 
+Raster FieldCommand::read(FullLevelSet2D& levelSet) const { return readInput(*this, levelSet); }
+Volume FieldCommand::read(FullLevelSet3D& levelSet) const { return readInput(*this, levelSet); }
+
 Raster FieldCommand::readWithCrossing(FullLevelSet2D& levelSet) const {
-    Raster raster = read(levelSet);
-    if (!hasCrossing(levelSet))
-        throw Failure(
-            kNoCrossing,
-            fmt::format("{}: has no outline, all of it is {}; {}", input,
-                        levelSet.data()[0] <= 0 ? "inside" : "outside",
-                        raster.isField
-                            ? "floating-point values are a field, inside where ≤ 0, unless you give --level"
-                            : "choose another --level or another picture"));
-    return raster;
+    return readInputWithCrossing(*this, levelSet);
+}
+Volume FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
+    return readInputWithCrossing(*this, levelSet);
 }
 
 Result::Result(const FieldCommand& command, const std::string& usualFormat)
@@ -93,6 +172,14 @@ Result::Result(const FieldCommand& command, const Writer& writer)
     : writer_(writer), file_(command.output, command.force) {}
 
 void Result::write(const Document& document) {
+    writer_.write(document, file_);
+    file_.commit();
+}
+
+VolumeResult::VolumeResult(const FieldCommand& command)
+    : writer_(volumeWriterFor(command.output, command.format)), file_(command.output, command.force) {}
+
+void VolumeResult::write(const VolumeDocument& document) {
     writer_.write(document, file_);
     file_.commit();
 }

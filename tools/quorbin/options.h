@@ -6,8 +6,15 @@
 #include <fmt/core.h>
 #include <CLI/CLI.hpp>
 
-#include "field_from_picture.h"
+#include "field_from_samples.h"
+#include "formats/volume.h"
+#include "output/volume_writers.h"
 #include "output/writers.h"
+
+/// The names of the formats of commands that take pictures and volumes, for texts.
+inline constexpr char kFieldFormats[] =
+    "fl2d, npy, svg, geojson, csv, png, pdf or mask; of a volume fl3d, fr3d, nii, nii.gz, npy, tif, vti or "
+    "raw";
 
 /// What most commands are given: a file to read, how it becomes a field, and where the result goes.
 struct FieldCommand {
@@ -16,19 +23,29 @@ struct FieldCommand {
     std::string format;
     std::string channel;
     FieldOptions field;
+    std::optional<RawLayout> raw;
     bool force = false;
     bool quiet = false;
 
     void addInput(CLI::App& command);
     /// The same without what makes a field of the picture.
     void addPicture(CLI::App& command);
+    /// What a command that takes volumes too is given besides.
+    void addVolume(CLI::App& command);
     void addOutput(CLI::App& command, bool required);
+    /// The same for a command with formats of its own.
+    void addOutput(CLI::App& command, bool required, const char* formats);
+
+    /// Whether the input is a volume; refuses raw samples of which no more is said.
+    bool isGivenVolume() const;
 
     /// Reads the input and makes its field; says which level was taken.
     Raster read(FullLevelSet2D& levelSet) const;
+    Volume read(FullLevelSet3D& levelSet) const;
 
     /// The same for a command that needs an outline: ends with status 4 where there is none.
     Raster readWithCrossing(FullLevelSet2D& levelSet) const;
+    Volume readWithCrossing(FullLevelSet3D& levelSet) const;
 
     /// Prints a line unless the user wants quiet.
     template <class... Args>
@@ -49,6 +66,16 @@ class Result {
     OutputFile file_;
 };
 
+class VolumeResult {
+ public:
+    explicit VolumeResult(const FieldCommand& command);
+    void write(const VolumeDocument& document);
+
+ private:
+    const VolumeWriter& writer_;
+    OutputFile file_;
+};
+
 /// "1 polygon", "2 polygons".
 std::string counted(std::size_t count, const std::string& noun);
 
@@ -64,5 +91,6 @@ void addSegment(CLI::App& app);
 void addContour(CLI::App& app);
 void addMask(CLI::App& app);
 void addMesh(CLI::App& app);
+void addSlice(CLI::App& app);
 void addConvert(CLI::App& app);
 void addDemo(CLI::App& app);

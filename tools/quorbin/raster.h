@@ -6,6 +6,7 @@
 
 struct Spacing {
     double x = 1.0, y = 1.0;
+    std::optional<double> z = std::nullopt;  ///< of a volume
 };
 
 /// The content of an input file, rows from the top of the file. A picture's samples are grey values, a

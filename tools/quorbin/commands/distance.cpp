@@ -14,6 +14,7 @@ struct Distance : FieldCommand {
     std::string method = "fmm";
 
     void run() const {
+        if (isGivenVolume()) return runOnVolume();
         Result result(*this, "fl2d");
         FullLevelSet2D levelSet;
         readWithCrossing(levelSet);
@@ -23,18 +24,30 @@ struct Distance : FieldCommand {
         kMethods.at(method)(levelSet);
         result.write({levelSet});
     }
+
+ private:
+    void runOnVolume() const {
+        if (method != "fmm") refuse("{}: is a volume, whose distances are by --method fmm", input);
+        VolumeResult result(*this);
+        FullLevelSet3D levelSet;
+        const Volume volume = readWithCrossing(levelSet);
+        levelSet.ensureSignedDistanceFMM();
+        result.write({levelSet, volume});
+    }
 };
 
 }  // namespace
 
 void addDistance(CLI::App& app) {
     auto distance = std::make_shared<Distance>();
-    CLI::App& command =
-        addCommand(app, "distance", "distance mask.png -o distance.npy",
-                   "Writes the signed distance to the outline, negative inside, in units of the spacing.",
-                   [distance] { distance->run(); });
+    CLI::App& command = addCommand(app, "distance", "distance mask.png -o distance.npy",
+                                   "Writes the signed distance to the outline, or to the surface in a "
+                                   "volume, negative inside, in units\n"
+                                   "of the spacing.",
+                                   [distance] { distance->run(); });
     distance->addInput(command);
-    distance->addOutput(command, true);
+    distance->addVolume(command);
+    distance->addOutput(command, true, kFieldFormats);
     command
         .add_option(
             "--method", distance->method,

@@ -12,60 +12,126 @@
 
 namespace {
 
+/// What is known of the samples of a file.
+struct Statistics {
+    double lowest, highest, mean, insidePart;
+};
+
+Statistics statisticsOf(const std::vector<double>& samples, const double* field) {
+    const auto [low, high] = std::minmax_element(samples.begin(), samples.end());
+    const auto count = static_cast<double>(samples.size());
+    const auto inside = std::count_if(field, field + samples.size(), [](double value) { return value <= 0; });
+    return {*low, *high, std::accumulate(samples.begin(), samples.end(), 0.0) / count,
+            static_cast<double>(inside) / count};
+}
+
+struct BandSize {
+    int points;
+    double width;  ///< in cells
+};
+
+BandSize bandAround(FullLevelSet2D& levelSet) {
+    FastLevelSet2D band;
+    initQuietly(band, levelSet, true);
+    std::vector<brin::Vec2<double>> points;
+    std::vector<std::pair<int, int>> segments;
+    levelSet.getLinesUnique(points, segments);
+    double around = 0;
+    for (const auto& [start, end] : segments) {
+        const auto along = points[static_cast<std::size_t>(end)] - points[static_cast<std::size_t>(start)];
+        around += std::hypot(along.x, along.y);
+    }
+    return {band.size(), around > 0 ? band.size() / around : 0};
+}
+
+using Json = nlohmann::ordered_json;
+
 struct Info : FieldCommand {
     bool json = false;
 
-    void run() const {
+    void run() const { isGivenVolume() ? ofVolume() : ofPicture(); }
+
+ private:
+    void ofPicture() const {
         const Raster raster = readRaster(input, channel);
         FullLevelSet2D levelSet;
         std::string note;
         makeField(raster, field, levelSet, note);
-        const auto [low, high] = std::minmax_element(raster.samples.begin(), raster.samples.end());
-        const auto count = static_cast<double>(raster.samples.size());
-        const double mean = std::accumulate(raster.samples.begin(), raster.samples.end(), 0.0) / count;
-        const auto inside = std::count_if(levelSet.data(), levelSet.data() + raster.samples.size(),
-                                          [](double value) { return value <= 0; });
+        const Statistics known = statisticsOf(raster.samples, levelSet.data());
         const Contour contour = outlineOf(levelSet, false);
-        FastLevelSet2D band;
-        initQuietly(band, levelSet, true);
-        std::vector<brin::Vec2<double>> points;
-        std::vector<std::pair<int, int>> segments;
-        levelSet.getLinesUnique(points, segments);
-        double around = 0;
-        for (const auto& [start, end] : segments) {
-            const auto along =
-                points[static_cast<std::size_t>(end)] - points[static_cast<std::size_t>(start)];
-            around += std::hypot(along.x, along.y);
-        }
-        const double bandWidth = around > 0 ? band.size() / around : 0;
-        const double part = static_cast<double>(inside) / count;
-        const Spacing spacing{levelSet.getXSpace(), levelSet.getYSpace()};
+        const BandSize band = bandAround(levelSet);
+        const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace();
         if (json) {
-            const nlohmann::ordered_json object = {{"file", input},
-                                                   {"format", raster.format},
-                                                   {"kind", raster.isField ? "field" : "picture"},
-                                                   {"width", raster.width},
-                                                   {"height", raster.height},
-                                                   {"spacing", {spacing.x, spacing.y}},
-                                                   {"lowest", *low},
-                                                   {"highest", *high},
-                                                   {"mean", mean},
-                                                   {"note", note},
-                                                   {"inside", part},
-                                                   {"polygons", contour.polygons.size()},
-                                                   {"band", {{"points", band.size()}, {"width", bandWidth}}}};
-            // A file's name need not be text.
-            fmt::print("{}\n", object.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
-            return;
+            Json object = {{"file", input},
+                           {"format", raster.format},
+                           {"kind", raster.isField ? "field" : "picture"},
+                           {"width", raster.width},
+                           {"height", raster.height},
+                           {"spacing", {hx, hy}}};
+            addStatistics(known, note, object);
+            object["polygons"] = contour.polygons.size();
+            object["band"] = {{"points", band.points}, {"width", band.width}};
+            return print(object);
         }
         fmt::print("{}: {} {}, {} × {} points, spacing {} × {}\n", input, raster.format,
-                   raster.isField ? "field" : "picture", raster.width, raster.height, spacing.x, spacing.y);
-        fmt::print("values   {} to {}, mean {:.6g}\n", *low, *high, mean);
-        if (!note.empty()) fmt::print("outline  {}\n", note);
-        fmt::print("inside   {:.1f} % of the points, {}\n", 100 * part,
+                   raster.isField ? "field" : "picture", raster.width, raster.height, hx, hy);
+        printStatistics(known, note, "outline");
+        fmt::print("inside   {:.1f} % of the points, {}\n", 100 * known.insidePart,
                    counted(contour.polygons.size(), "polygon"));
         fmt::print("band     {} around the outline, {:.1f} cells wide\n",
-                   counted(static_cast<std::size_t>(band.size()), "point"), bandWidth);
+                   counted(static_cast<std::size_t>(band.points), "point"), band.width);
+    }
+
+    void ofVolume() const {
+        const Volume volume = readVolume(input, raw);
+        FullLevelSet3D levelSet;
+        std::string note;
+        makeField(volume, field, levelSet, note);
+        const Statistics known = statisticsOf(volume.samples, levelSet.data());
+        std::vector<brin::Vec3<double>> vertices, normals;
+        std::vector<gpoint3> triangles;
+        getTrianglesCapped(levelSet, vertices, normals, triangles);
+        const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace(), hz = levelSet.getZSpace();
+        const double area = surfaceArea(vertices, triangles, hx, hy, hz);
+        const double enclosed = enclosedVolume(vertices, triangles, hx, hy, hz);
+        if (json) {
+            Json object = {{"file", input},
+                           {"format", volume.format},
+                           {"kind", volume.isField ? "field" : "volume"},
+                           {"width", volume.width},
+                           {"height", volume.height},
+                           {"depth", volume.depth},
+                           {"spacing", {hx, hy, hz}},
+                           {"affine", volume.affine ? Json(*volume.affine) : Json(nullptr)}};
+            addStatistics(known, note, object);
+            object["surface"] = {{"triangles", triangles.size()}, {"area", area}, {"volume", enclosed}};
+            return print(object);
+        }
+        fmt::print("{}: {} {}, {} × {} × {} points, spacing {} × {} × {}{}\n", input, volume.format,
+                   volume.isField ? "field" : "volume", volume.width, volume.height, volume.depth, hx, hy, hz,
+                   volume.affine ? ", placed by a matrix" : "");
+        printStatistics(known, note, "surface");
+        fmt::print("inside   {:.1f} % of the points\n", 100 * known.insidePart);
+        fmt::print("closed   {}, area {:.7g}, volume {:.7g} in units of the spacing\n",
+                   counted(triangles.size(), "triangle"), area, enclosed);
+    }
+
+    static void addStatistics(const Statistics& known, const std::string& note, Json& object) {
+        object.update({{"lowest", known.lowest},
+                       {"highest", known.highest},
+                       {"mean", known.mean},
+                       {"note", note},
+                       {"inside", known.insidePart}});
+    }
+
+    static void printStatistics(const Statistics& known, const std::string& note, const char* what) {
+        fmt::print("values   {} to {}, mean {:.6g}\n", known.lowest, known.highest, known.mean);
+        if (!note.empty()) fmt::print("{}  {}\n", what, note);
+    }
+
+    static void print(const Json& object) {
+        // A file's name need not be text.
+        fmt::print("{}\n", object.dump(2, ' ', false, Json::error_handler_t::replace));
     }
 };
 
@@ -74,8 +140,10 @@ struct Info : FieldCommand {
 void addInfo(CLI::App& app) {
     auto info = std::make_shared<Info>();
     CLI::App& command =
-        addCommand(app, "info", "info photo.png", "Says what a file holds and what its outline would be.",
+        addCommand(app, "info", "info photo.png",
+                   "Says what a file holds and what its outline, or the surface in a volume, would be.",
                    [info] { info->run(); });
     info->addInput(command);
+    info->addVolume(command);
     command.add_flag("--json", info->json, "print a JSON object");
 }

@@ -1,70 +1,56 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <memory>
+#include <optional>
 
 #include <quorbin3d.h>
 
 #include "failure.h"
-#include "field_from_picture.h"
-#include "formats/volume.h"
 #include "options.h"
 #include "output/mesh_files.h"
+#include "output/mesh_picture.h"
 
 namespace {
 
-struct MeshCommand {
-    std::string input, output, format;
-    std::optional<double> level;
-    std::optional<bool> insideAbove;
-    bool isInIndexUnits = false, byAffine = false, soup = false, cap = false, force = false, quiet = false;
+struct MeshCommand : FieldCommand {
+    std::string picture;
+    View view;
+    bool isInIndexUnits = false, byAffine = false, soup = false, cap = false;
 
     void run() const {
+        if (!isGivenVolume()) refuse("{}: is no volume, or of no known format", input);
         const MeshWriter& writer = meshWriterFor(output, format);
         OutputFile file(output, force);
-        const Volume volume = readVolume(input);
+        std::optional<OutputFile> pictureFile;
+        if (!picture.empty()) pictureFile.emplace(picture, force);
+        FullLevelSet3D levelSet;
+        const Volume volume = readWithCrossing(levelSet);
         if (byAffine && !volume.affine) refuse("{}: places its voxels nowhere; leave out --affine", input);
-        FullLevelSet3D field;
-        makeField(volume, field);
         MeshDocument mesh;
         if (soup)
-            field.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
+            levelSet.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
         else
-            (cap ? getTrianglesCapped : getTrianglesUnique)(field, mesh.vertices, mesh.normals,
+            (cap ? getTrianglesCapped : getTrianglesUnique)(levelSet, mesh.vertices, mesh.normals,
                                                             mesh.triangles);
         if (mesh.triangles.empty())
             throw Failure(kNoCrossing, fmt::format("{}: has no surface; choose another --level", input));
-        reportMesh(volume, mesh);
-        place(volume, mesh);
+        const Spacings spacings = {levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()};
+        reportMesh(spacings, mesh);
+        place(volume, spacings, mesh);
         writer.write(mesh, file);
+        if (pictureFile) writeMeshPicture(mesh, view, *pictureFile);
         file.commit();
+        if (pictureFile) pictureFile->commit();
     }
 
  private:
-    template <class... Args>
-    void report(fmt::format_string<Args...> line, Args&&... args) const {
-        if (!quiet) fmt::print("{}: {}\n", input, fmt::format(line, std::forward<Args>(args)...));
-    }
+    using Spacings = std::array<double, 3>;
 
-    void makeField(const Volume& volume, FullLevelSet3D& field) const {
-        const auto [hx, hy, hz] = volume.spacing;
-        field.init(volume.width, volume.height, volume.depth, hx, hy, hz);
-        if (field.getWidth() != volume.width)
-            throw Failure(kFailed, fmt::format("{}: does not fit into memory", input));
-        double threshold = 0;
-        if (level) {
-            threshold = *level;
-        } else if (!volume.isField) {
-            threshold = otsuLevel(volume.samples);
-            report("level {} (Otsu)", threshold);
-        }
-        const bool above = insideAbove.value_or(!volume.isField);
-        std::transform(volume.samples.begin(), volume.samples.end(), field.data(),
-                       [=](double value) { return above ? threshold - value : value - threshold; });
-    }
-
-    void reportMesh(const Volume& volume, const MeshDocument& mesh) const {
-        const auto [hx, hy, hz] = volume.spacing;
-        report("{}, {} vertices, area {:.7g}{} in units of the spacing",
+    void reportMesh(const Spacings& spacings, const MeshDocument& mesh) const {
+        const auto [hx, hy, hz] = spacings;
+        report("{}: {}, {} vertices, area {:.7g}{} in units of the spacing", input,
                counted(mesh.triangles.size(), "triangle"), mesh.vertices.size(),
                surfaceArea(mesh.vertices, mesh.triangles, hx, hy, hz),
                soup ? ""
@@ -74,8 +60,7 @@ struct MeshCommand {
 
     /// Takes vertices from index to world units. Normals are gradients there already: with a matrix A they go by its inverse
     /// transpose.
-    void place(const Volume& volume, MeshDocument& mesh) const {
-        const auto& h = volume.spacing;
+    void place(const Volume& volume, const Spacings& h, MeshDocument& mesh) const {
         const auto normalised = [](const brin::Vec3<double>& n) {
             const double length = std::sqrt(dot(n, n));
             return length > 0 ? n / length : n;
@@ -116,30 +101,14 @@ struct MeshCommand {
 
 void addMesh(CLI::App& app) {
     auto mesh = std::make_shared<MeshCommand>();
-    CLI::App& command =
-        addCommand(app, "mesh", "mesh head.nii.gz -o head.ply --cap",
-                   "Writes the surface in a volume (NIfTI, FL3D, FR3D, 3D NPY) as a mesh of triangles, "
-                   "counterclockwise seen from\n"
-                   "outside, with normals (PLY, OBJ) and shared vertices, in units of the spacing.",
-                   [mesh] { mesh->run(); });
-    command.add_option("INPUT", mesh->input, "NIfTI (.nii, .nii.gz), FL3D, FR3D or 3D NPY file")->required();
-    command
-        .add_option("-o,--output", mesh->output, "file to write: .ply, .stl or .obj; - for standard output")
-        ->required();
-    command.add_option("--format", mesh->format, "instead of the ending: ply, stl or obj");
-    command.add_option_function<double>(
-        "--level",
-        [mesh](double level) {
-            if (!std::isfinite(level)) refuse("--level: give a number");
-            mesh->level = level;
-        },
-        "intensity at the surface (default: Otsu's threshold), or value of a field");
-    command
-        .add_option_function<std::string>(
-            "--inside", [mesh](const std::string& side) { mesh->insideAbove = side == "above"; },
-            "what is inside: above (an image's default) or below the level (a field's)")
-        ->check(CLI::IsMember({"above", "below"}))
-        ->type_name("above|below");
+    CLI::App& command = addCommand(
+        app, "mesh", "mesh head.nii.gz -o head.ply --cap --picture head.png",
+        "Writes the surface in a volume as a mesh of triangles, counterclockwise seen from outside, with "
+        "normals\n(PLY, OBJ, VTP) and shared vertices, in units of the spacing.",
+        [mesh] { mesh->run(); });
+    mesh->addInput(command);
+    mesh->addVolume(command);
+    mesh->addOutput(command, true, "ply, stl, obj or vtp");
     auto* units =
         command
             .add_option_function<std::string>(
@@ -151,6 +120,20 @@ void addMesh(CLI::App& app) {
         ->excludes(units);
     auto* soup = command.add_flag("--soup", mesh->soup, "three vertices of its own for each triangle");
     command.add_flag("--cap", mesh->cap, "close the surface where it leaves the volume")->excludes(soup);
-    command.add_flag("--force,-f", mesh->force, "overwrite an existing file");
-    command.add_flag("--quiet,-q", mesh->quiet, "print nothing but errors");
+    auto* picture = command.add_option("--picture", mesh->picture, "draw the mesh into a PNG file, too")
+                        ->type_name("FILE");
+    command
+        .add_option_function<std::string>(
+            "--view",
+            [mesh](const std::string& text) {
+                char rest = 0;
+                if (std::sscanf(text.c_str(), "%lf,%lf%c", &mesh->view.azimuth,
+                                &mesh->view.elevation,  // NOLINT(cert-err34-c)
+                                &rest) != 2 ||
+                    !(std::abs(mesh->view.azimuth) <= 360 && std::abs(mesh->view.elevation) <= 90))
+                    refuse("--view {}: is no view; give two angles in degrees, as in 30,20", text);
+            },
+            "where the picture is seen from, in degrees: 0,0 from +y with z up, 90,0 from +x (default 30,20)")
+        ->type_name("AZIMUTH,ELEVATION")
+        ->needs(picture);
 }

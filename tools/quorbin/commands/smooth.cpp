@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 #include <optional>
+#include <type_traits>
 
 #include "band.h"
 #include "contour_tracing.h"
@@ -40,12 +41,13 @@ int smoothOnBand(FullLevelSet2D& levelSet, int steps, bool showProgress) {
     return hasCrossing(levelSet) ? -1 : count;
 }
 
-}  // namespace
+void step(FullLevelSet3D& levelSet, double implicitTime) {
+    implicitTime == 0 ? levelSet.moveAlongCurvature() : levelSet.moveAlongCurvatureImplicit();
+}
 
-int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgress) {
-    if (smoothing.onBand) return smoothOnBand(levelSet, smoothing.steps, showProgress);
+template <class Grid, class MakeDistance>
+int smoothGrid(Grid& levelSet, const Smoothing& smoothing, bool showProgress, MakeDistance makeDistance) {
     Progress progress(smoothing.steps, showProgress);
-    const DistanceMethod makeDistance = hasEqualSpacings(levelSet) ? distanceBySegments : distanceByMarching;
     makeDistance(levelSet);
     for (int done = 1; done <= smoothing.steps; ++done) {
         step(levelSet, smoothing.implicitTime);
@@ -56,6 +58,19 @@ int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgre
         progress.show(done);
     }
     return -1;
+}
+
+}  // namespace
+
+int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgress) {
+    if (smoothing.onBand) return smoothOnBand(levelSet, smoothing.steps, showProgress);
+    return smoothGrid(levelSet, smoothing, showProgress,
+                      hasEqualSpacings(levelSet) ? distanceBySegments : distanceByMarching);
+}
+
+int smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing, bool showProgress) {
+    return smoothGrid(levelSet, smoothing, showProgress,
+                      [](FullLevelSet3D& field) { field.ensureSignedDistanceFMM(); });
 }
 
 namespace {
@@ -74,25 +89,48 @@ struct Smooth : FieldCommand {
             refuse("smooth: a --band is reinitialised at every second step; leave out --reinit");
         if (time && !implicit)
             refuse("smooth: --dt goes with --implicit; explicit steps take the stable time");
+        if (isGivenVolume()) return runOnVolume();
         Result result(*this, "fl2d");
         FullLevelSet2D levelSet;
         readWithCrossing(levelSet);
-        if (implicit) {
-            const double cell = levelSet.getXSpace() * levelSet.getYSpace();
-            smoothing.implicitTime = time.value_or(cell);
-            smoothing.reinitEvery =
-                std::max(1, static_cast<int>(std::min(kTimeBetween * cell / smoothing.implicitTime, 1e9)));
-        }
-        if (reinitEvery) smoothing.reinitEvery = *reinitEvery;
-        const int vanished = smooth(levelSet, smoothing, !quiet);
-        if (vanished >= 0)
-            throw Failure(kNoCrossing,
-                          fmt::format("{}: nothing is left of the outline after {} steps; give fewer --steps",
-                                      input, vanished));
+        const double cell = levelSet.getXSpace() * levelSet.getYSpace();
+        smoothField(levelSet, time.value_or(cell), cell);
         result.write({levelSet});
     }
 
  private:
+    void runOnVolume() {
+        if (smoothing.onBand) refuse("{}: is a volume; --band is for pictures", input);
+        if (time) refuse("{}: is a volume, whose implicit steps take the time 1; leave out --dt", input);
+        VolumeResult result(*this);
+        FullLevelSet3D levelSet;
+        const Volume volume = readWithCrossing(levelSet);
+        const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace(), hz = levelSet.getZSpace();
+        if (implicit && hy != hz)
+            refuse(
+                "{}: its spacings along y and z are {} and {}; implicit steps want equal ones, so leave out "
+                "--implicit",
+                input, hy, hz);
+        smoothField(levelSet, 1, hx * hy);
+        result.write({levelSet, volume});
+    }
+
+    template <class Grid>
+    void smoothField(Grid& levelSet, double implicitTime, double cell) {
+        if (implicit) {
+            smoothing.implicitTime = implicitTime;
+            smoothing.reinitEvery =
+                std::max(1, static_cast<int>(std::min(kTimeBetween * cell / implicitTime, 1e9)));
+        }
+        if (reinitEvery) smoothing.reinitEvery = *reinitEvery;
+        const int vanished = smooth(levelSet, smoothing, !quiet);
+        if (vanished >= 0)
+            throw Failure(
+                kNoCrossing,
+                fmt::format("{}: nothing is left of the {} after {} steps; give fewer --steps", input,
+                            std::is_same_v<Grid, FullLevelSet3D> ? "surface" : "outline", vanished));
+    }
+
     static constexpr double kTimeBetween = 5;  // of reinitialisations, over that of a cell
 };
 
@@ -108,7 +146,8 @@ void addSmooth(CLI::App& app) {
         "spacings, by 14 % at others, where it is by fast marching.",
         [smooth] { smooth->run(); });
     smooth->addInput(command);
-    smooth->addOutput(command, true);
+    smooth->addVolume(command);
+    smooth->addOutput(command, true, kFieldFormats);
     command.add_option("--steps", smooth->smoothing.steps, "number of steps")
         ->required()
         ->check(CLI::Range(0, 1000000000));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quorbin2d.h>
+#include <quorbin3d.h>
 
 /// Steps between reinitialisations: fewer and thin parts last longer, more and the outline drifts less.
 constexpr int kReinitEvery = 10;
@@ -9,10 +10,12 @@ constexpr int kReinitEvery = 10;
 struct Smoothing {
     int steps = 0;
     int reinitEvery = kReinitEvery;
-    double implicitTime = 0;  ///< of each implicit step; 0 for explicit ones of the largest stable time
+    double implicitTime =
+        0;  ///< of each implicit step, 1 in a volume; 0 for explicit ones of the largest stable time
     bool onBand = false;  ///< reinitialised at every second step, of which there are fewer for the same time
 };
 
-/// Moves the outline by its curvature. The field becomes a signed distance first, every reinitEvery steps, and at the end.
+/// Moves the outline, or the surface in a volume, by its curvature. The field becomes a signed distance first, every reinitEvery steps, and at the end.
 /// Returns the number of steps after which nothing was left of the outline, or -1.
 int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgress);
+int smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing, bool showProgress);

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdint>
-#include <cstring>
 #include <regex>
 
 #include "failure.h"
@@ -22,38 +20,6 @@ std::vector<long long> parseShape(const std::string& text) {
     if (!std::all_of(at, text.cend(), [](unsigned char c) { return std::isspace(c) != 0; }) || shape.empty())
         refuse("has the shape ({}); give an array of two dimensions, or three for a volume", text);
     return shape;
-}
-
-template <class T>
-double valueAt(const unsigned char* item) {
-    T value;
-    std::memcpy(&value, item, sizeof value);
-    return static_cast<double>(value);
-}
-
-using Decode = double (*)(const unsigned char*);
-
-Decode decoderOf(char kind, std::size_t size) {
-    switch (kind) {
-        case 'f':
-            return size == 8 ? valueAt<double> : size == 4 ? valueAt<float> : nullptr;
-        case 'b':
-            return size == 1 ? valueAt<std::uint8_t> : nullptr;
-        case 'u':
-            return size == 1   ? valueAt<std::uint8_t>
-                   : size == 2 ? valueAt<std::uint16_t>
-                   : size == 4 ? valueAt<std::uint32_t>
-                   : size == 8 ? valueAt<std::uint64_t>
-                               : nullptr;
-        case 'i':
-            return size == 1   ? valueAt<std::int8_t>
-                   : size == 2 ? valueAt<std::int16_t>
-                   : size == 4 ? valueAt<std::int32_t>
-                   : size == 8 ? valueAt<std::int64_t>
-                               : nullptr;
-        default:
-            return nullptr;
-    }
 }
 
 }  // namespace
@@ -75,37 +41,37 @@ NpyArray parseNpy(const Bytes& bytes) {
         !std::regex_search(text, order, std::regex("'fortran_order'\\s*:\\s*(True|False)")) ||
         !std::regex_search(text, shape, std::regex("'shape'\\s*:\\s*\\(([^)]*)\\)")))
         refuse("has an NPY header that cannot be read; give an array of plain numbers");
-    return {parseShape(shape[1]),
-            bytes,
-            start + length,
-            descr[2].str()[0],
-            static_cast<std::size_t>(std::stoi(descr[3])),
-            descr[1] == ">",
-            order[1] == "True"};
+    return {parseShape(shape[1]), bytes,
+            start + length,       {descr[2].str()[0], static_cast<std::size_t>(std::stoi(descr[3]))},
+            descr[1] == ">",      order[1] == "True"};
 }
 
 std::vector<double> NpyArray::values() const {
-    const Decode decode = decoderOf(kind, itemSize);
-    if (decode == nullptr)
-        refuse("holds numbers of type {}{}; give bool, integers, float32 or float64", kind, itemSize);
+    if (!withSampleType(type, [](auto) {}))
+        refuse("holds numbers of type {}{}; give bool, integers, float32 or float64", type.kind, type.size);
     std::size_t points = 1;
     for (const long long size : shape) points *= static_cast<std::size_t>(size);
-    if ((bytes.size() - dataStart) / itemSize < points) refuse("ends within its values; give the whole file");
+    if ((bytes.size() - dataStart) / type.size < points)
+        refuse("ends within its values; give the whole file");
+    std::vector<double> inFile(points);
+    if (isBigEndian) {
+        Bytes swapped(bytes.begin() + static_cast<std::ptrdiff_t>(dataStart), bytes.end());
+        for (std::size_t i = 0; i < points; ++i)
+            std::reverse(swapped.data() + i * type.size, swapped.data() + (i + 1) * type.size);
+        decodeSamples(type, swapped.data(), points, inFile.data());
+    } else {
+        decodeSamples(type, bytes.data() + dataStart, points, inFile.data());
+    }
+    if (!isFortran) return inFile;
     std::vector<double> result(points);
-    unsigned char item[8];
-    std::vector<std::size_t> index(shape.size());  // of the item in the file, in Fortran's order
-    for (std::size_t i = 0; i < points; ++i) {
-        std::copy_n(bytes.data() + dataStart + i * itemSize, itemSize, item);
-        if (isBigEndian) std::reverse(item, item + itemSize);
-        std::size_t to = i;
-        if (isFortran) {
-            to = 0;
-            for (std::size_t d = 0; d < shape.size(); ++d)
-                to = to * static_cast<std::size_t>(shape[d]) + index[d];
-            for (std::size_t d = 0; d < shape.size() && ++index[d] == static_cast<std::size_t>(shape[d]); ++d)
-                index[d] = 0;
-        }
-        result[to] = decode(item);
+    std::vector<std::size_t> index(shape.size());
+    for (const double value : inFile) {
+        std::size_t to = 0;
+        for (std::size_t d = 0; d < shape.size(); ++d)
+            to = to * static_cast<std::size_t>(shape[d]) + index[d];
+        for (std::size_t d = 0; d < shape.size() && ++index[d] == static_cast<std::size_t>(shape[d]); ++d)
+            index[d] = 0;
+        result[to] = value;
     }
     return result;
 }
@@ -114,11 +80,11 @@ bool isNpy(const Bytes& bytes) { return startsWith(bytes, "\x93NUMPY"); }
 
 Raster readNpy(const Bytes& bytes, const std::string&) {
     const NpyArray array = parseNpy(bytes);
-    if (array.shape.size() == 3) refuse("is a volume; quorbin mesh takes those");
+    if (array.shape.size() == 3) refuse("is a volume; quorbin slice takes a plane of it");
     if (array.shape.size() != 2) refuse("has {} dimensions; give an array of two", array.shape.size());
     Raster raster;
     setSize(raster, array.shape[1], array.shape[0]);
-    raster.isField = array.isFloatingPoint();
+    raster.isField = array.type.isFloatingPoint();
     raster.samples = array.values();
     return raster;
 }

@@ -4,19 +4,17 @@
 #include <vector>
 
 #include "formats/readers.h"
+#include "formats/samples.h"
 
 /// The array of an NPY file, of any number of dimensions, the last of which is the one along which neighbours lie.
 struct NpyArray {
     std::vector<long long> shape;
-    bool isFloatingPoint() const { return kind == 'f'; }
-
     /// The values in that order. Refuses what ends early.
     std::vector<double> values() const;
 
     const Bytes& bytes;
     std::size_t dataStart;
-    char kind;
-    std::size_t itemSize;
+    SampleType type;
     bool isBigEndian, isFortran;
 };
 

@@ -9,11 +9,15 @@
 #include <memory>
 
 #include "failure.h"
+#include "formats/volume.h"
 
 namespace {
 
-constexpr Reader kReaders[] = {
-    {"PNG", isPng, readPng}, {"PGM", isPgm, readPgm}, {"NPY", isNpy, readNpy}, {"FL2D", isFl2d, readFl2d}};
+constexpr Reader kReaders[] = {{"PNG", isPng, readPng},
+                               {"PGM", isPgm, readPgm},
+                               {"TIFF", isTiff, readTiffPicture},
+                               {"NPY", isNpy, readNpy},
+                               {"FL2D", isFl2d, readFl2d}};
 
 struct Close {
     void operator()(std::FILE* file) const {
@@ -21,17 +25,25 @@ struct Close {
     }
 };
 
+/// What has been read of standard input, which cannot be read twice.
+Bytes takenFromStandardInput;  // NOLINT(cert-err58-cpp)
+
 /// Reads a file block by block for as long as wantsMore(bytes so far).
 template <class WantsMore>
 Bytes readWhile(const std::string& path, WantsMore wantsMore) {
-    const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
+    const bool isStandardInput = path == "-";
+    const std::unique_ptr<std::FILE, Close> file(isStandardInput ? stdin : std::fopen(path.c_str(), "rb"));
     if (!file) refuse("{}: cannot be opened ({}); give a file that is there", path, std::strerror(errno));
     Bytes bytes;
+    if (isStandardInput) bytes = takenFromStandardInput;
+    bool more = bytes.empty() || wantsMore(bytes);
     unsigned char block[1 << 16];
-    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
+    while (more) {
+        const std::size_t count = std::fread(block, 1, sizeof block, file.get());
         bytes.insert(bytes.end(), block, block + count);
-        if (!wantsMore(bytes)) return bytes;
+        more = count > 0 && wantsMore(bytes);
     }
+    if (isStandardInput) takenFromStandardInput = bytes;
     if (std::ferror(file.get())) refuse("{}: cannot be read ({}); give a file", path, std::strerror(errno));
     if (bytes.empty()) refuse("{}: is empty; give the whole file", path);
     return bytes;
@@ -50,7 +62,7 @@ Input readInput(const std::string& path) {
             reader = std::find_if(std::begin(kReaders), std::end(kReaders),
                                   [&](const Reader& r) { return r.matches(soFar); });
         if (reader == std::end(kReaders))
-            refuse("{}: is of no known format; give a PNG, PGM, 2D NPY or FL2D file", path);
+            refuse("{}: is of no known format; give a PNG, PGM, TIFF, 2D NPY or FL2D file", path);
         return true;
     });
     return {std::move(bytes), reader};
@@ -80,6 +92,7 @@ void setSize(Raster& raster, long long width, long long height) {
 }
 
 Raster readRaster(const std::string& path, const std::string& channel) {
+    if (isVolume(path)) refuse("{}: is a volume; quorbin slice takes a plane of it", path);
     const auto [bytes, reader] = readInput(path);
     try {
         Raster raster = reader->read(bytes, channel);

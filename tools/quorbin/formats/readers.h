@@ -32,6 +32,7 @@ Raster readPng(const Bytes& bytes, const std::string& channel);
 Raster readPgm(const Bytes& bytes, const std::string& channel);
 Raster readNpy(const Bytes& bytes, const std::string& channel);
 Raster readFl2d(const Bytes& bytes, const std::string& channel);
+Raster readTiffPicture(const Bytes& bytes, const std::string& channel);
 
 /// Sizes of a picture as the library takes them; anything else is refused.
 void setSize(Raster& raster, long long width, long long height);

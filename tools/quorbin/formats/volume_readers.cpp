@@ -1,31 +1,18 @@
-#include <nifti2_io.h>
-
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <cstdio>
-#include <cstring>
-#include <memory>
 
 #include <quorbin3d.h>
 
 #include "failure.h"
 #include "formats/npy.h"
 #include "formats/readers.h"
+#include "formats/samples.h"
 #include "formats/volume.h"
+#include "memory_file.h"
 #include "quiet_output.h"
 
 namespace {
-
-void setSize(Volume& volume, long long width, long long height, long long depth) {
-    const auto isUsable = [](long long n) { return n >= 1 && n <= (1 << 20); };
-    if (!isUsable(width) || !isUsable(height) || !isUsable(depth) || width * height > INT_MAX / depth)
-        refuse("has {} × {} × {} points; a volume has from 1 point to 2147483647", width, height, depth);
-    volume.width = static_cast<int>(width);
-    volume.height = static_cast<int>(height);
-    volume.depth = static_cast<int>(depth);
-    volume.samples.resize(static_cast<std::size_t>(width * height * depth));
-}
 
 void checkSpacing(const Volume& volume) {
     for (const double h : volume.spacing)
@@ -33,6 +20,8 @@ void checkSpacing(const Volume& volume) {
             refuse("has the spacings {}, {} and {}; they should be positive", volume.spacing[0],
                    volume.spacing[1], volume.spacing[2]);
 }
+
+bool isFl3d(const Bytes& start) { return startsWith(start, "FL3D") || startsWith(start, "FR3D"); }
 
 Volume readFl3d(const std::string& path) {
     FullLevelSet3D field;
@@ -49,6 +38,13 @@ Volume readFl3d(const std::string& path) {
     return volume;
 }
 
+Volume readFl3dFromStandardInput() {
+    const Bytes bytes = readBytes("-");
+    const MemoryFile file;
+    file.write(bytes.data(), bytes.size());
+    return readFl3d(file.path());
+}
+
 Volume readNpyVolume(const Bytes& bytes) {
     const NpyArray array = parseNpy(bytes);
     if (array.shape.size() != 3) refuse("has {} dimensions; a volume has three", array.shape.size());
@@ -56,89 +52,74 @@ Volume readNpyVolume(const Bytes& bytes) {
     volume.format = "NPY";
     setSize(volume, array.shape[2], array.shape[1], array.shape[0]);
     volume.samples = array.values();
-    volume.isField = array.isFloatingPoint();
+    volume.isField = array.type.isFloatingPoint();
     return volume;
 }
 
-struct FreeNifti {
-    void operator()(nifti_image* image) const { nifti_image_free(image); }
-};
-
-template <class T>
-void convertSamples(const void* data, double slope, double intercept, std::vector<double>& samples) {
-    const T* values = static_cast<const T*>(data);
-    std::transform(values, values + samples.size(), samples.begin(),
-                   [=](T value) { return slope * static_cast<double>(value) + intercept; });
-}
-
-Volume readNifti(const std::string& path) {
-    nifti_set_debug_level(0);
-    const std::unique_ptr<nifti_image, FreeNifti> image(nifti_image_read(path.c_str(), 1));
-    if (!image || image->data == nullptr) refuse("is no whole NIfTI file; give all of it");
-    for (int axis = 4; axis <= image->ndim && axis < 8; ++axis)
-        if (image->dim[axis] > 1) refuse("has {} dimensions; give a volume of three", image->ndim);
+Volume readRaw(const Bytes& bytes, const RawLayout& layout) {
+    const auto digits = std::min(layout.type.find_first_of("0123456789"), layout.type.size());
+    const SampleType type{layout.type.front(), std::stoul("0" + layout.type.substr(digits)) / 8};
+    const auto points = static_cast<std::size_t>(layout.size[0] * layout.size[1] * layout.size[2]);
+    if (bytes.size() != points * type.size)
+        refuse("has {} bytes; {} × {} × {} samples of type {} have {}", bytes.size(), layout.size[0],
+               layout.size[1], layout.size[2], layout.type, points * type.size);
     Volume volume;
-    volume.format = "NIfTI";
-    setSize(volume, image->nx, std::max<long long>(image->ny, 1), std::max<long long>(image->nz, 1));
-    const auto usable = [](double h) { return h > 0 ? h : 1.0; };
-    volume.spacing = {usable(image->dx), usable(image->dy), usable(image->dz)};
-    const bool isScaled = image->scl_slope != 0;
-    const double slope = isScaled ? image->scl_slope : 1, intercept = isScaled ? image->scl_inter : 0;
-    const auto convert = [&](auto sample) {
-        convertSamples<decltype(sample)>(image->data, slope, intercept, volume.samples);
-    };
-    switch (image->datatype) {
-        case NIFTI_TYPE_UINT8:
-            convert(std::uint8_t());
-            break;
-        case NIFTI_TYPE_INT8:
-            convert(std::int8_t());
-            break;
-        case NIFTI_TYPE_UINT16:
-            convert(std::uint16_t());
-            break;
-        case NIFTI_TYPE_INT16:
-            convert(std::int16_t());
-            break;
-        case NIFTI_TYPE_UINT32:
-            convert(std::uint32_t());
-            break;
-        case NIFTI_TYPE_INT32:
-            convert(std::int32_t());
-            break;
-        case NIFTI_TYPE_FLOAT32:
-            convert(float());
-            break;
-        case NIFTI_TYPE_FLOAT64:
-            convert(double());
-            break;
-        default:
-            refuse("holds samples of type {}; give integers or floating-point numbers",
-                   nifti_datatype_string(image->datatype));
-    }
-    const nifti_dmat44& place = image->sform_code > 0 ? image->sto_xyz : image->qto_xyz;
-    if (image->sform_code > 0 || image->qform_code > 0) {
-        auto& affine = volume.affine.emplace();
-        for (std::size_t row = 0; row < 3; ++row)
-            for (std::size_t column = 0; column < 4; ++column) affine[row][column] = place.m[row][column];
-    }
+    volume.format = "raw";
+    setSize(volume, layout.size[0], layout.size[1], layout.size[2]);
+    decodeSamples(type, bytes.data(), volume.samples.size(), volume.samples.data());
+    volume.isField = type.isFloatingPoint();
     return volume;
 }
 
-Volume readAny(const std::string& path, const Bytes& start) {
-    if (startsWith(start, "FL3D") || startsWith(start, "FR3D")) return readFl3d(path);
-    if (startsWith(start, "\x93NUMPY")) return readNpyVolume(readBytes(path));
-    nifti_set_debug_level(0);
-    if (is_nifti_file(path.c_str()) > 0) return readNifti(path);
-    refuse("is of no known volume format; give NIfTI, FL3D, FR3D or a 3D NPY file");
+Volume readAny(const std::string& path, const std::optional<RawLayout>& raw) {
+    if (raw) return readRaw(readBytes(path), *raw);
+    const Bytes start = readStart(path);
+    if (isFl3d(start)) return path == "-" ? readFl3dFromStandardInput() : readFl3d(path);
+    if (isNpy(start)) return readNpyVolume(readBytes(path));
+    if (isTiff(start)) return readTiff(readBytes(path));
+    return readNifti(path);
+}
+
+/// By the first bytes, plain or compressed; a compressed file is NIfTI by its name.
+bool isNifti(const std::string& path, const Bytes& start) {
+    const auto has = [&](std::size_t at, const char* magic) {
+        return start.size() > at + 4 &&
+               std::equal(magic, magic + 2, start.begin() + static_cast<std::ptrdiff_t>(at));
+    };
+    const auto endsIn = [&](const std::string& ending) {
+        return path.size() >= ending.size() &&
+               path.compare(path.size() - ending.size(), ending.size(), ending) == 0;
+    };
+    return has(344, "n+") || has(344, "ni") || has(4, "n+") || endsIn(".nii") || endsIn(".nii.gz") ||
+           endsIn(".hdr");
 }
 
 }  // namespace
 
-Volume readVolume(const std::string& path) {
+void setSize(Volume& volume, long long width, long long height, long long depth) {
+    const auto isUsable = [](long long n) { return n >= 1 && n <= kMostAlongAnAxis; };
+    if (!isUsable(width) || !isUsable(height) || !isUsable(depth) || width * height > INT_MAX / depth)
+        refuse("has {} × {} × {} points; a volume has from 1 point to 2147483647", width, height, depth);
+    volume.width = static_cast<int>(width);
+    volume.height = static_cast<int>(height);
+    volume.depth = static_cast<int>(depth);
+    volume.samples.resize(static_cast<std::size_t>(width * height * depth));
+}
+
+bool isVolume(const std::string& path) {
     const Bytes start = readStart(path);
+    if (isFl3d(start) || isNifti(path, start)) return true;
     try {
-        Volume volume = readAny(path, start);
+        if (isNpy(start)) return parseNpy(start).shape.size() == 3;
+        return isTiff(start) && tiffPages(readBytes(path)) > 1;
+    } catch (const Failure& failure) {
+        throw Failure(failure.status, fmt::format("{}: {}", path, failure.what()));
+    }
+}
+
+Volume readVolume(const std::string& path, const std::optional<RawLayout>& raw) {
+    try {
+        Volume volume = readAny(path, raw);
         checkSpacing(volume);
         if (!std::all_of(volume.samples.begin(), volume.samples.end(),
                          [](double v) { return std::isfinite(v); }))

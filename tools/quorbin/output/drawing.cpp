@@ -124,6 +124,7 @@ void draw(cairo_t* to, const Document& document, int scale) {
 }  // namespace
 
 void writePicturePng(const Document& document, OutputFile& out) {
+    if (document.pictureAlone && document.picture != nullptr) return writeGreyPng(document, out);
     const int scale = enlargement(document.field);
     const Surface picture(cairo_image_surface_create(CAIRO_FORMAT_RGB24, document.field.getWidth() * scale,
                                                      document.field.getHeight() * scale));

@@ -1,7 +1,6 @@
 #include "output/mesh_files.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -10,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "failure.h"
+#include "output/format_name.h"
 
 namespace {
 
@@ -93,20 +93,19 @@ void writeObj(const MeshDocument& mesh, OutputFile& out) {
     out.write(text);
 }
 
-constexpr MeshWriter kWriters[] = {{"ply", writePly}, {"stl", writeStl}, {"obj", writeObj}};
+constexpr MeshWriter kWriters[] = {
+    {"ply", writePly}, {"stl", writeStl}, {"obj", writeObj}, {"vtp", writeVtp}};
 
 }  // namespace
 
 const MeshWriter& meshWriterFor(const std::string& path, const std::string& format) {
-    std::string name = format;
-    if (name.empty())
-        name = path == "-" ? "ply" : path.substr(std::min(path.find_last_of("./") + 1, path.size()));
-    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
+    const std::string name = formatName(path, format, "ply");
     const auto* writer = std::find_if(std::begin(kWriters), std::end(kWriters),
                                       [&](const MeshWriter& w) { return name == w.name; });
     if (writer == std::end(kWriters))
         refuse(
-            "{}: a mesh is written as PLY, STL or OBJ; end the name in .ply, .stl or .obj, or add --format",
+            "{}: a mesh is written as PLY, STL, OBJ or VTP; end the name in .ply, .stl, .obj or .vtp, or add "
+            "--format",
             path);
     return *writer;
 }

@@ -20,3 +20,5 @@ struct MeshWriter {
 
 /// Refuses what it does not know.
 const MeshWriter& meshWriterFor(const std::string& path, const std::string& format);
+
+void writeVtp(const MeshDocument& mesh, OutputFile& out);

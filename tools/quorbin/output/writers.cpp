@@ -1,13 +1,14 @@
 #include "output/writers.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdint>
 #include <string>
 
 #include <fmt/format.h>
 
 #include "failure.h"
+#include "output/format_name.h"
+#include "output/npy_header.h"
 
 namespace {
 
@@ -15,8 +16,7 @@ constexpr Writer kWriters[] = {{"fl2d", writeFl2d},       {"npy", writeNpy},    
                                {"geojson", writeGeoJson}, {"json", writeGeoJson},   {"csv", writeCsv},
                                {"png", writePicturePng},  {"pdf", writePicturePdf}, {"mask", writeMaskPng}};
 
-const Writer* find(std::string name) {
-    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
+const Writer* find(const std::string& name) {
     const auto* writer = std::find_if(std::begin(kWriters), std::end(kWriters),
                                       [&](const Writer& w) { return w.name == name; });
     return writer == std::end(kWriters) ? nullptr : writer;
@@ -33,17 +33,10 @@ void writeValues(const FullLevelSet2D& field, OutputFile& out) {
 }  // namespace
 
 const Writer& writerFor(const std::string& path, const std::string& format, const std::string& usual) {
-    if (!format.empty()) {
-        if (const Writer* writer = find(format)) return *writer;
-        refuse("--format {}: is not known; give {}", format, kNames);
-    }
-    if (path == "-") return *find(usual);
-    const std::string file = path.substr(path.find_last_of('/') + 1);
-    const std::size_t dot = file.find_last_of('.');
-    if (dot != std::string::npos)
-        if (const Writer* writer = find(file.substr(dot + 1))) return *writer;
-    // A file without an ending of ours, a device say, gets the usual format only if it has no ending at all.
-    if (dot == std::string::npos) return *find(usual);
+    const std::string name = formatName(path, format, usual);
+    // A file without an ending, a device say, gets the usual format.
+    if (const Writer* writer = find(name.empty() ? usual : name)) return *writer;
+    if (!format.empty()) refuse("--format {}: is not known; give {}", format, kNames);
     refuse(
         "{}: its ending tells no format; end it in one of fl2d, npy, svg, geojson, csv, png or pdf, or add "
         "--format",
@@ -68,13 +61,6 @@ void writeFl2d(const Document& document, OutputFile& out) {
 
 void writeNpy(const Document& document, OutputFile& out) {
     const FullLevelSet2D& field = document.field;
-    std::string header = fmt::format("{{'descr': '<f8', 'fortran_order': False, 'shape': ({}, {}), }}",
-                                     field.getHeight(), field.getWidth());
-    constexpr std::size_t kPreamble = 10, kAlignment = 64;
-    header.append(kAlignment - (kPreamble + header.size() + 1) % kAlignment, ' ').append("\n");
-    out.write("\x93NUMPY\x01\x00", 8);
-    const auto length = static_cast<std::uint16_t>(header.size());
-    out.write(&length, sizeof length);
-    out.write(header);
+    out.write(npyHeader(fmt::format("{}, {}", field.getHeight(), field.getWidth())));
     writeValues(field, out);
 }

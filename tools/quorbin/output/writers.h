@@ -12,6 +12,7 @@ struct Document {
     const FullLevelSet2D& field;
     const Raster* picture = nullptr;  ///< drawn under the contour, where there is one
     bool open = false;                ///< leave outlines open at the border
+    bool pictureAlone = false;        ///< PNG is the picture without the contour over it, if there is one
 };
 
 /// An output format.

@@ -1,4 +1,4 @@
-#include "field_from_picture.h"
+#include "field_from_samples.h"
 
 #include <algorithm>
 #include <cmath>
@@ -57,31 +57,58 @@ double otsuLevel(const std::vector<double>& samples) {
     return range.lowest + (static_cast<double>(first + last) / 2 + 0.5) * binWidth;
 }
 
+namespace {
+
+double chooseLevel(const std::vector<double>& samples, bool isField, std::string& note) {
+    if (isField) return 0;
+    const Range range = rangeOf(samples);
+    if (range.lowest == range.highest) {
+        // A mask all of one kind: black is outside.
+        note = fmt::format("one value only, {}", range.lowest);
+        return range.highest > 0 ? range.highest / 2 : range.highest + 0.5;
+    }
+    if (!range.hasOthers) {
+        note = fmt::format("a mask of the values {} and {}", range.lowest, range.highest);
+        return (range.lowest + range.highest) / 2;
+    }
+    const double level = otsuLevel(samples);
+    note = fmt::format("level {} (Otsu)", level);
+    return level;
+}
+
+void fillField(const std::vector<double>& samples, bool isField, const FieldOptions& options, double* field,
+               std::string& note) {
+    note.clear();
+    const double level = options.level ? *options.level : chooseLevel(samples, isField, note);
+    const bool insideAbove = options.insideAbove.value_or(!isField);
+    std::transform(samples.begin(), samples.end(), field,
+                   [=](double grey) { return insideAbove ? level - grey : grey - level; });
+}
+
+}  // namespace
+
 void makeField(const Raster& raster, const FieldOptions& options, FullLevelSet2D& field, std::string& note) {
     const Spacing spacing = options.spacing.value_or(raster.spacing.value_or(Spacing{}));
+    if (spacing.z) refuse("is a picture; its --spacing is two numbers");
     field.init(raster.width, raster.height, spacing.x, spacing.y);
     if (field.getWidth() != raster.width || field.getHeight() != raster.height)
         throw Failure(kFailed, fmt::format("a field of {} × {} points does not fit into memory", raster.width,
                                            raster.height));
-    note.clear();
-    double level = 0;
-    if (options.level) {
-        level = *options.level;
-    } else if (!raster.isField) {
-        const Range range = rangeOf(raster.samples);
-        if (range.lowest == range.highest) {
-            // A mask all of one kind: black is outside.
-            level = range.highest > 0 ? range.highest / 2 : range.highest + 0.5;
-            note = fmt::format("one value only, {}", range.lowest);
-        } else if (!range.hasOthers) {
-            level = (range.lowest + range.highest) / 2;
-            note = fmt::format("a mask of the values {} and {}", range.lowest, range.highest);
-        } else {
-            level = otsuLevel(raster.samples);
-            note = fmt::format("level {} (Otsu)", level);
-        }
+    fillField(raster.samples, raster.isField, options, field.data(), note);
+}
+
+void makeField(const Volume& volume, const FieldOptions& options, FullLevelSet3D& field, std::string& note) {
+    auto [hx, hy, hz] = volume.spacing;
+    if (options.spacing) {
+        if (!options.spacing->z) refuse("is a volume; its --spacing is three numbers");
+        hx = options.spacing->x;
+        hy = options.spacing->y;
+        hz = *options.spacing->z;
     }
-    const bool insideAbove = options.insideAbove.value_or(!raster.isField);
-    std::transform(raster.samples.begin(), raster.samples.end(), field.data(),
-                   [&](double grey) { return insideAbove ? level - grey : grey - level; });
+    field.init(volume.width, volume.height, volume.depth, hx, hy, hz);
+    if (field.getWidth() != volume.width || field.getHeight() != volume.height ||
+        field.getDepth() != volume.depth)
+        throw Failure(kFailed, fmt::format("a field of {} × {} × {} points does not fit into memory",
+                                           volume.width, volume.height, volume.depth));
+    fillField(volume.samples, volume.isField, options, field.data(), note);
 }

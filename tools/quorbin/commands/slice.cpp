@@ -1,0 +1,78 @@
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <optional>
+
+#include "failure.h"
+#include "options.h"
+#include "output/png_image.h"
+
+namespace {
+
+struct Slice : FieldCommand {
+    std::string axis = "z";
+    std::optional<int> at;
+
+    void run() const {
+        if (!isGivenVolume()) refuse("{}: is no volume, or of no known format", input);
+        Result result(*this, "png");
+        FullLevelSet3D levelSet;
+        const Volume volume = read(levelSet);
+        const int count = axis == "x" ? volume.width : axis == "y" ? volume.height : volume.depth;
+        const int index = at.value_or(count / 2);
+        if (index < 0 || index >= count)
+            refuse("{}: has planes 0 to {} along {}; there is none at {}", input, count - 1, axis, index);
+        FullLevelSet2D plane;
+        cut(levelSet, index, plane);
+        const std::optional<Raster> picture = pictureOf(volume, levelSet, index);
+        report("{}: plane {} of {} along {}, {} × {} points", input, index, count, axis, plane.getWidth(),
+               plane.getHeight());
+        result.write({plane, picture ? &*picture : nullptr, false, true});
+    }
+
+ private:
+    void cut(const FullLevelSet3D& levelSet, int index, FullLevelSet2D& plane) const {
+        const auto getPlane = axis == "x"   ? &FullLevelSet3D::getXPlane
+                              : axis == "y" ? &FullLevelSet3D::getYPlane
+                                            : &FullLevelSet3D::getZPlane;
+        if (!(levelSet.*getPlane)(index, plane, false)) throw std::bad_alloc();
+    }
+
+    /// The intensities of the plane as greys, black to white over the range of the whole volume. A field has none.
+    std::optional<Raster> pictureOf(const Volume& volume, FullLevelSet3D& scratch, int index) const {
+        if (volume.isField) return std::nullopt;
+        std::copy(volume.samples.begin(), volume.samples.end(), scratch.data());
+        FullLevelSet2D plane;
+        cut(scratch, index, plane);
+        Raster picture;
+        picture.width = plane.getWidth();
+        picture.height = plane.getHeight();
+        const auto [low, high] = std::minmax_element(volume.samples.begin(), volume.samples.end());
+        const double darkest = *low, span = *high > *low ? *high - *low : 1;
+        const std::size_t points =
+            static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+        picture.samples.resize(points);
+        std::transform(plane.data(), plane.data() + points, picture.samples.begin(),
+                       [=](double sample) { return std::round(255 * (sample - darkest) / span); });
+        return picture;
+    }
+};
+
+}  // namespace
+
+void addSlice(CLI::App& app) {
+    auto slice = std::make_shared<Slice>();
+    CLI::App& command = addCommand(
+        app, "slice", "slice head.nii.gz --axis y -o slice.png",
+        "Writes a plane of a volume: as a picture in grey (PNG), or as the field that it is (FL2D, NPY, or "
+        "the "
+        "outline,\nSVG ...). Its x and y are the two other axes in their order. A field is drawn in colours.",
+        [slice] { slice->run(); });
+    slice->addInput(command);
+    slice->addVolume(command);
+    slice->addOutput(command, true);
+    command.add_option("--axis", slice->axis, "across which the plane lies (default z)")
+        ->check(CLI::IsMember({"x", "y", "z"}))
+        ->type_name("x|y|z");
+    command.add_option("--at", slice->at, "index of the plane (default: the middle)")->type_name("I");
+}
