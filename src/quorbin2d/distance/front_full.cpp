@@ -89,11 +89,10 @@ void findFrontOf(FullLevelSet2D& grid, const VirtualReader2D& field, int width, 
 
 void findFrontOf(FullLevelSet2D&, const DenseReader2D& field, int width, int height, FrontFinder& finder) {
     SignRow here(width), above(width);
-    const auto isInside = [](double value) { return value <= 0; };
-    here.assign(field.row(0), isInside);
+    here.flagNotPositive(field.row(0));
     for (int y = 0; y < height; ++y) {
         const int y1 = std::min(y + 1, height - 1);
-        above.assign(field.row(y1), isInside);
+        above.flagNotPositive(field.row(y1));
         forEachMixedCell(here, above, width, [&](int x) {
             const int x1 = std::min(x + 1, width - 1);
             finder.look(field, {x, y}, {x1, y}, {x, y1}, here[x], here[x1], above[x]);

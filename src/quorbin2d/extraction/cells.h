@@ -33,11 +33,10 @@ void forEachCrossedCell(const VirtualReader2D& field, int width, int height, Vis
 template <class Visit, class EndRow>
 void forEachCrossedCell(const DenseReader2D& field, int width, int height, Visit visit, EndRow endRow) {
     if (width < 2 || height < 2) return;
-    const auto isSet = [](double value) { return value > 0.0; };
     SignRow lower(width), upper(width);
-    lower.assign(field.row(0), isSet);
+    lower.flagPositive(field.row(0));
     for (int y = 0; y < height - 1; ++y) {
-        upper.assign(field.row(y + 1), isSet);
+        upper.flagPositive(field.row(y + 1));
         forEachMixedCell(lower, upper, width - 1, [&](int x) {
             visit(x, y, cellCase(lower[x], lower[x + 1], upper[x + 1], upper[x]));
         });

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "common/append_buffer.h"
 #include "common/assertion.h"
-#include "quorbin2d/extraction/append_buffer.h"
 #include "quorbin2d/extraction/cells.h"
 #include "quorbin2d/marching_squares.h"
 

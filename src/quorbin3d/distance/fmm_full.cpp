@@ -72,14 +72,13 @@ void findFrontOf(FullLevelSet3D& grid, const VirtualReader3D&, int width, int he
 
 void findFrontOf(FullLevelSet3D&, const DenseReader3D& field, int width, int height, int depth,
                  FrontFinder& finder) {
-    const auto isInside = [](double value) { return value <= 0; };
     SignRow here(width), next(width), above(width);
     for (int z = 0; z < depth; ++z) {
-        here.assign(field.row(0, z), isInside);
+        here.flagNotPositive(field.row(0, z));
         for (int y = 0; y < height; ++y) {
             const int y1 = std::min(y + 1, height - 1), z1 = std::min(z + 1, depth - 1);
-            next.assign(field.row(y1, z), isInside);
-            above.assign(field.row(y, z1), isInside);
+            next.flagNotPositive(field.row(y1, z));
+            above.flagNotPositive(field.row(y, z1));
             const auto visit = [&](int x) {
                 const int x1 = std::min(x + 1, width - 1);
                 finder.look({x, y, z, here[x]}, {x1, y, z, here[x1]});

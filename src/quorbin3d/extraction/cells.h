@@ -1,5 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
 #include "common/sign_rows.h"
 #include "quorbin3d/differences/readers.h"
 #include "quorbin3d/extraction/crossing.h"
@@ -29,30 +33,30 @@ void forEachCrossedCell(const VirtualReader3D& field, Visit visit, EndLayer endL
     }
 }
 
-/// The same for exactly the dense grid: one look at each value a row of cells, eight cells at a time.
+/// The same for exactly the dense grid: one look at each value, eight cells at a time.
 template <class Visit, class EndLayer>
 void forEachCrossedCell(const DenseReader3D& field, Visit visit, EndLayer endLayer) {
     const int depth = field.depth(), height = field.height(), width = field.width();
     if (width < 2) return;
-    const auto isInside = [](double value) { return value <= 0; };
-    SignRow lower(width), lowerNext(width), upper(width), upperNext(width);
+    const auto rows = static_cast<std::size_t>(std::max(height, 0));
+    std::vector<SignRow> lower(rows, SignRow(width)), upper(lower);
+    const auto look = [&](int z, std::vector<SignRow>& layer) {
+        for (int y = 0; y < height; ++y) layer[static_cast<std::size_t>(y)].flagNotPositive(field.row(y, z));
+    };
+    if (depth > 1) look(0, lower);
     for (int z = 0; z < depth - 1; ++z) {
-        if (height > 0) {
-            lower.assign(field.row(0, z), isInside);
-            upper.assign(field.row(0, z + 1), isInside);
-        }
+        look(z + 1, upper);
         for (int y = 0; y < height - 1; ++y) {
-            lowerNext.assign(field.row(y + 1, z), isInside);
-            upperNext.assign(field.row(y + 1, z + 1), isInside);
-            forEachMixedCube(lower, lowerNext, upper, upperNext, width - 1, [&](int x) {
-                const int cell = int{lower[x]} | int{lower[x + 1]} << 1 | int{lowerNext[x + 1]} << 2 |
-                                 int{lowerNext[x]} << 3 | int{upper[x]} << 4 | int{upper[x + 1]} << 5 |
-                                 int{upperNext[x + 1]} << 6 | int{upperNext[x]} << 7;
+            const auto i = static_cast<std::size_t>(y);
+            forEachMixedCube(lower[i], lower[i + 1], upper[i], upper[i + 1], width - 1, [&](int x) {
+                const int cell = int{lower[i][x]} | int{lower[i][x + 1]} << 1 |
+                                 int{lower[i + 1][x + 1]} << 2 | int{lower[i + 1][x]} << 3 |
+                                 int{upper[i][x]} << 4 | int{upper[i][x + 1]} << 5 |
+                                 int{upper[i + 1][x + 1]} << 6 | int{upper[i + 1][x]} << 7;
                 visit(x, y, z, cell);
             });
-            lower.swap(lowerNext);
-            upper.swap(upperNext);
         }
+        lower.swap(upper);
         endLayer(z);
     }
 }
