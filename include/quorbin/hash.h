@@ -81,6 +81,17 @@ template <class T>
 struct PointAnd {
     std::int32_t x, y;
     T value;
+
+    bool isAtSamePoint(const PointAnd& other) const { return x == other.x && y == other.y; }
+};
+template <class T>
+struct Point3And {
+    std::int32_t x, y, z;
+    T value;
+
+    bool isAtSamePoint(const Point3And& other) const {
+        return x == other.x && y == other.y && z == other.z;
+    }
 };
 
 /// A fixed number of buckets of entries. Visiting bucket by bucket, and in each its entries in the order in which they came,
@@ -119,9 +130,21 @@ struct BucketTable {
     }
 
  protected:
-    GrowArray<Entry>& bucketOf(std::uint32_t sum) {
-        return buckets.data[sum % static_cast<std::uint32_t>(bucketCount)];
+    /// Entries are found by the sum of their coordinates, each weighed, and their point.
+    const Entry* findEntry(std::uint32_t sum, const Entry& key) const {
+        for (const Entry& entry : bucketOf(sum))
+            if (entry.isAtSamePoint(key)) return &entry;
+        return nullptr;
     }
+    Entry& findOrAdd(std::uint32_t sum, const Entry& key) {
+        const Entry* entry = findEntry(sum, key);
+        return entry != nullptr ? const_cast<Entry&>(*entry) : addEntry(sum, key);
+    }
+    Entry& addEntry(std::uint32_t sum, const Entry& key) {
+        return const_cast<GrowArray<Entry>&>(bucketOf(sum)).append() = key;
+    }
+
+ private:
     const GrowArray<Entry>& bucketOf(std::uint32_t sum) const {
         return buckets.data[sum % static_cast<std::uint32_t>(bucketCount)];
     }
@@ -137,31 +160,46 @@ struct PointHash : BucketTable<PointAnd<T>> {
 
     /// The value of a point, which is added with 0 where it is absent.
     T& operator()(int x, int y) {
-        GrowArray<Entry>& bucket = this->bucketOf(sumOf(x, y));
-        for (Entry& entry : bucket)
-            if (entry.x == x && entry.y == y) return entry.value;
-        return added(bucket, x, y);
+        return this->findOrAdd(sumOf(x, y), {x, y, T()}).value;
     }
 
     /// The value of a point, or null where it is absent.
     const T* find(int x, int y) const {
-        for (const Entry& entry : this->bucketOf(sumOf(x, y)))
-            if (entry.x == x && entry.y == y) return &entry.value;
-        return nullptr;
+        const Entry* entry = this->findEntry(sumOf(x, y), {x, y, T()});
+        return entry != nullptr ? &entry->value : nullptr;
     }
     T* find(int x, int y) { return const_cast<T*>(static_cast<const PointHash&>(*this).find(x, y)); }
 
     /// Adds a point that is known to be absent.
-    T& add(int x, int y) { return added(this->bucketOf(sumOf(x, y)), x, y); }
+    T& add(int x, int y) { return this->addEntry(sumOf(x, y), {x, y, T()}).value; }
 
  private:
     static std::uint32_t sumOf(int x, int y) {
         return (static_cast<std::uint32_t>(y) << 10) + static_cast<std::uint32_t>(x);
     }
-    static T& added(GrowArray<Entry>& bucket, int x, int y) {
-        Entry& entry = bucket.append();
-        entry.x = x;
-        entry.y = y;
-        return entry.value;
+};
+
+/// The same for grid points of a volume.
+template <class T>
+struct Point3Hash : BucketTable<Point3And<T>> {
+    using Entry = Point3And<T>;
+    using BucketTable<Entry>::BucketTable;
+
+    T& operator()(int x, int y, int z) { return this->findOrAdd(sumOf(x, y, z), {x, y, z, T()}).value; }
+
+    const T* find(int x, int y, int z) const {
+        const Entry* entry = this->findEntry(sumOf(x, y, z), {x, y, z, T()});
+        return entry != nullptr ? &entry->value : nullptr;
+    }
+    T* find(int x, int y, int z) {
+        return const_cast<T*>(static_cast<const Point3Hash&>(*this).find(x, y, z));
+    }
+
+    T& add(int x, int y, int z) { return this->addEntry(sumOf(x, y, z), {x, y, z, T()}).value; }
+
+ private:
+    static std::uint32_t sumOf(int x, int y, int z) {
+        return (((static_cast<std::uint32_t>(z) << 6) + static_cast<std::uint32_t>(y)) << 6) +
+               static_cast<std::uint32_t>(x);
     }
 };

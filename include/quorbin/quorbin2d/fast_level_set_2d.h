@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -12,7 +13,8 @@
 class FullLevelSet2D;
 
 namespace lset::detail {
-struct BandWorkspace2D;
+template <std::size_t dimensions>
+struct BandWorkspace;
 }
 
 /// A level set on a narrow band: values are stored at the grid points around the zero crossing only, in a hash table, so that
@@ -117,5 +119,5 @@ class QUORBIN_EXPORT FastLevelSet2D : public LevelSet2D {
 
  private:
     PointHash<double> values_;
-    std::unique_ptr<lset::detail::BandWorkspace2D> work_;
+    std::unique_ptr<lset::detail::BandWorkspace<2>> work_;
 };

@@ -1,9 +1,8 @@
-#include <cstddef>
-#include <vector>
+#include <array>
 
-#include "common/march.h"
+#include "common/band/march.h"
 #include "quorbin2d/differences/band_readers.h"
-#include "quorbin2d/distance/band_march.h"
+#include "quorbin2d/distance/estimate.h"
 #include "quorbin2d/distance/first_distance.h"
 
 using namespace lset::detail;
@@ -11,7 +10,7 @@ using namespace lset::detail;
 namespace {
 
 double firstDistanceOf(const VirtualBandReader2D& reader, VirtualBandReader2D::Place p) {
-    return reader.band().estimateDistanceInit(p.x, p.y);
+    return reader.band().estimateDistanceInit(p[0], p[1]);
 }
 
 double firstDistanceOf(const TiledBandReader2D& band, TiledBandReader2D::Place p) {
@@ -19,40 +18,37 @@ double firstDistanceOf(const TiledBandReader2D& band, TiledBandReader2D::Place p
     const auto valueOf = [&](int q) { return band.have(q) ? band.get(q) : here; };
     return firstDistance({here, valueOf(band.step<1, 1>(p)), valueOf(band.step<0, -1>(p)),
                           valueOf(band.step<1, -1>(p)), valueOf(band.step<0, 1>(p))},
-                         band.hx(), band.hy());
+                         band.spacings()[0], band.spacings()[1]);
 }
 
-struct Front {
-    std::vector<int> outside, inside;
+/// Neighbours of a point under a march.
+template <class March>
+struct MarchedNeighbours {
+    const March& march;
+    int point;
+    State side;
+
+    template <int dx, int dy>
+    bool isKnown() const {
+        return march.template knownNeighbour<dx == 0, dx + dy>(point, side) != March::kNone;
+    }
+    template <int dx, int dy>
+    double distance() const {
+        return march.distance(march.template knownNeighbour<dx == 0, dx + dy>(point, side));
+    }
 };
 
-/// The points next to a sign change, with their first distances.
-template <class Reader>
-Front findFront(Reader& band, BandMarch2D& march) {
-    Front front;
-    const auto add = [&](auto place, bool inside) {
-        const int number = band.number(place);
-        if (march.isKnown(number)) return;
-        march.accept(number, inside ? kInside : kOutside, firstDistanceOf(band, place));
-        (inside ? front.inside : front.outside).push_back(number);
-    };
-    band.forEach([&](const PointAnd<double>&, auto here) {
-        const auto right = band.template step<0, 1>(here), up = band.template step<1, 1>(here);
-        const double value = band.getToWrite(here);
-        const double rightValue = band.have(right) ? band.getToWrite(right) : value;
-        const double upValue = band.have(up) ? band.getToWrite(up) : value;
-        const bool inside = value <= 0, rightInside = rightValue <= 0, upInside = upValue <= 0;
-        if (rightInside != inside) {
-            add(here, inside);
-            add(right, rightInside);
-        }
-        if (upInside != inside) {
-            add(here, inside);
-            add(up, upInside);
-        }
-    });
-    return front;
-}
+struct Estimator {
+    double hx, hy;
+    EikonalQuadratic2D quadratic;
+
+    explicit Estimator(const std::array<double, 2>& h) : hx(h[0]), hy(h[1]), quadratic(hx, hy) {}
+
+    template <class March>
+    double operator()(const March& march, int point, State side) const {
+        return estimateFrom(MarchedNeighbours<March>{march, point, side}, hx, hy, quadratic).distance;
+    }
+};
 
 /// Neighbours by look-ups in hashes of states and distances.
 struct HashedNeighbours {
@@ -93,16 +89,9 @@ double FastLevelSet2D::estimateDistance(const PointHash<double>& distances, cons
 }
 
 void FastLevelSet2D::ensureSignedDistanceFMM() {
+    const std::array<double, 2> h = {getXSpace(), getYSpace()};
     withBandReader(*this, *work_, [&](auto& band, BandWorkspace2D& work) {
-        BandMarch2D marched(band.tiles(), work, getXSpace(), getYSpace());
-        const Front front = findFront(band, marched);
-        march(marched, front.outside, kOutside, work.queue);
-        march(marched, front.inside, kInside, work.queue);
-        work.result.clear();
-        for (const int number : marched.known()) {
-            const auto [x, y] = band.tiles().point(number);
-            work.result.push_back({x, y, marched.signedDistance(number)});
-        }
-        replacePoints(values_, work.result);
+        const auto first = [](const auto& reader, auto place) { return firstDistanceOf(reader, place); };
+        marchBand<Estimator>(band, work, h, first, values_);
     });
 }

@@ -1,6 +1,6 @@
 #include "quorbin2d/fast_level_set_2d.h"
 
-#include "quorbin2d/storage/band_workspace.h"
+#include "common/band/workspace.h"
 
 namespace {
 
@@ -10,7 +10,7 @@ constexpr int kFewBuckets = 211;
 }  // namespace
 
 FastLevelSet2D::FastLevelSet2D()
-    : values_(kFewBuckets), work_(std::make_unique<lset::detail::BandWorkspace2D>()) {
+    : values_(kFewBuckets), work_(std::make_unique<lset::detail::BandWorkspace<2>>()) {
     xSpace_ = 1.0;
     ySpace_ = 1.0;
 }
@@ -18,7 +18,7 @@ FastLevelSet2D::FastLevelSet2D()
 FastLevelSet2D::~FastLevelSet2D() = default;
 
 FastLevelSet2D::FastLevelSet2D(const FastLevelSet2D& other)
-    : LevelSet2D(other), values_(other.values_), work_(std::make_unique<lset::detail::BandWorkspace2D>()) {}
+    : LevelSet2D(other), values_(other.values_), work_(std::make_unique<lset::detail::BandWorkspace<2>>()) {}
 
 FastLevelSet2D& FastLevelSet2D::operator=(const FastLevelSet2D& other) {
     LevelSet2D::operator=(other);

@@ -1,0 +1,184 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <vector>
+
+#include "common/band/readers.h"
+#include "common/march.h"
+
+namespace lset::detail {
+
+/// A band under a march (see march): states and distances by the numbers of points, which come into being as they are
+/// reached. As on the dense grid the distance entry of a trial point holds its handle. Estimator makes the tentative distance
+/// of a point: estimate(march, point, side), made from the spacings.
+template <std::size_t dimensions, class Estimator>
+class BandMarch {
+ public:
+    using Point = int;
+    struct From {};
+
+    BandMarch(TiledPoints<dimensions>& tiles, BandWorkspace<dimensions>& work,
+              const std::array<double, dimensions>& h)
+        : tiles_(tiles),
+          states_(work.states),
+          distances_(work.distances),
+          known_(work.known),
+          limit_(2.1 * *std::max_element(h.begin(), h.end())),
+          estimate_(h) {
+        work.queue.clear();
+        states_.clear();
+        distances_.clear();
+        known_.clear();
+        makeRoom();
+    }
+
+    int id(Point p) const { return p; }
+    Point point(int id) const { return id; }
+    bool isFar(Point p) const { return states_[at(p)] == kFar; }
+    bool isTrial(Point p) const { return states_[at(p)] == kTrial; }
+
+    template <std::size_t axis = 0, class Visit>
+    void forEachNeighbour(Point p, Visit visit) {
+        visit(neighbourMade<axis, 1>(p), From());
+        visit(neighbourMade<axis, -1>(p), From());
+        if constexpr (axis + 1 < dimensions) forEachNeighbour<axis + 1>(p, visit);
+    }
+
+    double reach(Point q, State side) {
+        states_[at(q)] = kTrial;
+        return estimate_(*this, q, side);
+    }
+    // Points beyond the limit become known without a look at their neighbours, so that any of these may be new.
+    double reachFrom(Point q, From, State side) { return reach(q, side); }
+    double improve(Point q, From, State side, double) const { return estimate_(*this, q, side); }
+
+    void keepHandle(Point q, MarchQueue::Handle handle) { distances_[at(q)] = handle; }
+    MarchQueue::Handle handle(Point q) const { return static_cast<MarchQueue::Handle>(distances_[at(q)]); }
+
+    void accept(Point p, State side, double distance) {
+        states_[at(p)] = side;
+        distances_[at(p)] = distance;
+        known_.push_back(p);
+    }
+    bool spreads(double distance) const { return !(distance > limit_); }
+
+    /// Whether a point has a state; makes room for it.
+    bool isReached(Point p) {
+        makeRoom();
+        return states_[at(p)] != kFar;
+    }
+
+    /// The points that have a distance, in the order in which they got it, and their signed distances.
+    const std::vector<Point>& known() const { return known_; }
+    double signedDistance(Point p) const { return states_[at(p)] * distances_[at(p)]; }
+
+    /// The neighbour one step (1 or -1) along an axis if it is known on a side, else kNone.
+    template <int axis, int step>
+    Point knownNeighbour(Point p, State side) const {
+        const Point q = tiles_.template neighbour<axis, step>(p);
+        return q != kNone && states_[at(q)] == side ? q : kNone;
+    }
+    double distance(Point known) const { return distances_[at(known)]; }
+
+    static constexpr Point kNone = TiledPoints<dimensions>::kNone;
+
+ private:
+    static std::size_t at(Point p) { return static_cast<std::size_t>(p); }
+
+    void makeRoom() {
+        if (states_.size() == tiles_.size()) return;
+        states_.resize(tiles_.size(), kFar);
+        distances_.resize(tiles_.size());
+    }
+
+    template <int axis, int step>
+    Point neighbourMade(Point p) {
+        const Point q = tiles_.template neighbourMade<axis, step>(p);
+        makeRoom();
+        return q;
+    }
+
+    TiledPoints<dimensions>& tiles_;
+    std::vector<signed char>& states_;
+    std::vector<double>& distances_;
+    std::vector<Point>& known_;
+    double limit_;
+    Estimator estimate_;
+};
+
+/// The ids of the points next to a sign change.
+struct BandFront {
+    std::vector<int> outside, inside;
+};
+
+/// Finds them, and gives them their first distances: firstDistance(reader, place).
+template <class Reader, class March, class FirstDistance>
+class BandFrontFinder {
+ public:
+    BandFrontFinder(Reader& band, March& march, FirstDistance firstDistance)
+        : band_(band), march_(march), firstDistance_(firstDistance) {}
+
+    BandFront find() {
+        band_.forEach([&](const auto&, const auto& here) { look(here); });
+        return front_;
+    }
+
+ private:
+    static constexpr std::size_t dimensions = Reader::dimensions;
+    using Place = typename Reader::Place;
+
+    /// All values are read before any point is added.
+    void look(const Place& here) {
+        const double value = band_.getToWrite(here);
+        std::array<Place, dimensions> next;
+        std::array<bool, dimensions> nextInside;
+        read<0>(here, value, next, nextInside);
+        const bool inside = value <= 0;
+        for (std::size_t axis = 0; axis < dimensions; ++axis)
+            if (nextInside[axis] != inside) {
+                add(here, inside);
+                add(next[axis], nextInside[axis]);
+            }
+    }
+
+    template <std::size_t axis>
+    void read(const Place& here, double value, std::array<Place, dimensions>& next,
+              std::array<bool, dimensions>& nextInside) {
+        next[axis] = band_.template step<axis, 1>(here);
+        nextInside[axis] = (band_.have(next[axis]) ? band_.getToWrite(next[axis]) : value) <= 0;
+        if constexpr (axis + 1 < dimensions) read<axis + 1>(here, value, next, nextInside);
+    }
+
+    void add(const Place& place, bool inside) {
+        const int number = band_.number(place);
+        if (march_.isReached(number)) return;
+        march_.accept(number, inside ? kInside : kOutside, firstDistance_(band_, place));
+        (inside ? front_.inside : front_.outside).push_back(number);
+    }
+
+    Reader& band_;
+    March& march_;
+    FirstDistance firstDistance_;
+    BandFront front_;
+};
+
+/// Replaces the points of a band by those that a march from its zero crossing reaches, with their signed distances.
+template <class Estimator, class Reader, std::size_t dimensions, class FirstDistance>
+void marchBand(Reader& band, BandWorkspace<dimensions>& work, const std::array<double, dimensions>& h,
+               FirstDistance firstDistance, typename BandStorage<dimensions>::Hash& points) {
+    BandMarch<dimensions, Estimator> marched(band.tiles(), work, h);
+    const BandFront front =
+        BandFrontFinder<Reader, BandMarch<dimensions, Estimator>, FirstDistance>(band, marched, firstDistance)
+            .find();
+    march(marched, front.outside, kOutside, work.queue);
+    march(marched, front.inside, kInside, work.queue);
+    work.result.clear();
+    for (const int number : marched.known())
+        work.result.push_back(
+            BandStorage<dimensions>::entryOf(band.tiles().point(number), marched.signedDistance(number)));
+    replacePoints<dimensions>(points, work.result);
+}
+
+}  // namespace lset::detail
