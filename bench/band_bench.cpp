@@ -1,10 +1,8 @@
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 #include "fields.h"
+#include "quiet.h"
 
 namespace {
 
@@ -23,15 +21,8 @@ void fillShapes(FullLevelSet2D& grid, int size) {
     });
 }
 
-/// The line that the library prints would stand between those of the benchmark.
 void initQuietly(FastLevelSet2D& band, FullLevelSet2D& grid) {
-    std::fflush(stdout);
-    const int saved = dup(STDOUT_FILENO);
-    dup2(STDERR_FILENO, STDOUT_FILENO);
-    band.initTo(grid, 1);
-    std::fflush(stdout);
-    dup2(saved, STDOUT_FILENO);
-    close(saved);
+    quietly([&] { band.initTo(grid, 1); });
 }
 
 template <class LevelSet>

@@ -8,6 +8,8 @@
 
 #include "quorbin3d/full_level_set_3d.h"
 
+#include "quorbin3d/fast_level_set_3d.h"
+
 #include "quorbin3d/eikonal.h"
 
 #include "quorbin3d/marching_cubes.h"

@@ -75,6 +75,7 @@ class QUORBIN_EXPORT LevelSet3D {
     double estimateDistanceInit(int x, int y, int z) const;
 
  private:
+    friend class FastLevelSet3D;
     friend class FullLevelSet3D;
 
     double xSpace_ = 0.0;

@@ -4,6 +4,7 @@
 
 #include "../brin/vec.h"
 #include "../quorbin_export.h"
+#include "fast_level_set_3d.h"
 #include "gpoint3.h"
 #include "level_set_3d.h"
 
@@ -14,7 +15,12 @@ QUORBIN_EXPORT void getTrianglesUnique(const LevelSet3D& field, std::vector<brin
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles);
 
-/// The same, closed along the faces of the grid too: what is inside ends there, and the faces get triangles whose normals are
+/// The same of a band: the triangles of its getTriangles in their order.
+QUORBIN_EXPORT void getTrianglesUnique(const FastLevelSet3D& band, std::vector<brin::Vec3<double>>& vertices,
+                                       std::vector<brin::Vec3<double>>& normals,
+                                       std::vector<gpoint3>& triangles);
+
+/// The same of a dense grid, closed along the faces of the grid too: what is inside ends there, and the faces get triangles whose normals are
 /// theirs. Triangles that lie in no cell of the grid come in the order in which a layer of cells around it would be visited.
 QUORBIN_EXPORT void getTrianglesCapped(const LevelSet3D& field, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 #include <tuple>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "common/band/readers.h"
@@ -90,7 +92,9 @@ class BandIterateMaker {
 
     explicit BandIterateMaker(Reader& band) : band_(band) {}
 
-    Iterate make() {
+    /// Calls onInterior(point) for each interior point, once it is known.
+    template <class OnInterior>
+    Iterate make(OnInterior onInterior) {
         iterate_.points.reserve(band_.size());
         band_.forEach([&](const auto& entry, const auto& place) { indexOf(place, entry.value); });
         band_.forEach([&](const auto& entry, const auto& place) {
@@ -101,6 +105,7 @@ class BandIterateMaker {
             point.here = indexOf(place, 0);
             findBeside<0>(place, point.beside);
             iterate_.interior.push_back(point);
+            onInterior(point);
         });
         return std::move(iterate_);
     }
@@ -133,12 +138,18 @@ class BandIterateMaker {
     std::vector<std::size_t> index_;  // among the points, by number
 };
 
-template <class Band>
+template <class Band, class OnInterior>
 BandIterate<BandTraits<Band>::dimensions> makeBandIterate(Band& band,
-                                                          BandWorkspace<BandTraits<Band>::dimensions>& work) {
-    return withBandReader(band, work, [](auto& reader, auto&) {
-        return BandIterateMaker<std::decay_t<decltype(reader)>>(reader).make();
+                                                          BandWorkspace<BandTraits<Band>::dimensions>& work,
+                                                          OnInterior onInterior) {
+    // The callback may come back to the band, whose workspace is then needed elsewhere.
+    BandWorkspace<BandTraits<Band>::dimensions> taken;
+    std::swap(taken, work);
+    auto iterate = withBandReader(band, taken, [&](auto& reader, auto&) {
+        return BandIterateMaker<std::decay_t<decltype(reader)>>(reader).make(onInterior);
     });
+    std::swap(taken, work);
+    return iterate;
 }
 
 }  // namespace lset::detail

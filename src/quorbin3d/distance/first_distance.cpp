@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "common/states.h"
+#include "common/steps.h"
 #include "quorbin3d/distance/estimate.h"
 #include "quorbin3d/distance/first_distance.h"
 
@@ -36,11 +37,11 @@ double LevelSet3D::estimateDistanceInit(int x, int y, int z) const {
     const double here = get(x, y, z);
     const auto valueOf = [&](int nx, int ny, int nz) { return have(nx, ny, nz) ? get(nx, ny, nz) : here; };
     double beside[6];
-    beside[kYPlus] = valueOf(x, y + 1, z);
-    beside[kXMinus] = valueOf(x - 1, y, z);
-    beside[kYMinus] = valueOf(x, y - 1, z);
-    beside[kXPlus] = valueOf(x + 1, y, z);
-    beside[kZPlus] = valueOf(x, y, z + 1);
-    beside[kZMinus] = valueOf(x, y, z - 1);
+    beside[kYPlus] = valueOf(x, stepped(y, 1), z);
+    beside[kXMinus] = valueOf(stepped(x, -1), y, z);
+    beside[kYMinus] = valueOf(x, stepped(y, -1), z);
+    beside[kXPlus] = valueOf(stepped(x, 1), y, z);
+    beside[kZPlus] = valueOf(x, y, stepped(z, 1));
+    beside[kZMinus] = valueOf(x, y, stepped(z, -1));
     return firstDistance(here, beside, {getXSpace(), getYSpace(), getZSpace()});
 }

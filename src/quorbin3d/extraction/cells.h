@@ -33,15 +33,17 @@ void forEachCrossedCell(const VirtualReader3D& field, Visit visit, EndLayer endL
     }
 }
 
-/// The same for exactly the dense grid: one look at each value, eight cells at a time.
+/// Visits the cells of exactly the dense grid whose corners have different flags: one look at each value, eight cells at a time.
+/// Bit k of the case is the flag of corner k.
 template <class Visit, class EndLayer>
-void forEachCrossedCell(const DenseReader3D& field, Visit visit, EndLayer endLayer) {
+void forEachMixedCell(const DenseReader3D& field, void (SignRow::*flag)(const double*), Visit visit,
+                      EndLayer endLayer) {
     const int depth = field.depth(), height = field.height(), width = field.width();
     if (width < 2) return;
     const auto rows = static_cast<std::size_t>(std::max(height, 0));
     std::vector<SignRow> lower(rows, SignRow(width)), upper(lower);
     const auto look = [&](int z, std::vector<SignRow>& layer) {
-        for (int y = 0; y < height; ++y) layer[static_cast<std::size_t>(y)].flagNotPositive(field.row(y, z));
+        for (int y = 0; y < height; ++y) (layer[static_cast<std::size_t>(y)].*flag)(field.row(y, z));
     };
     if (depth > 1) look(0, lower);
     for (int z = 0; z < depth - 1; ++z) {
@@ -59,6 +61,12 @@ void forEachCrossedCell(const DenseReader3D& field, Visit visit, EndLayer endLay
         lower.swap(upper);
         endLayer(z);
     }
+}
+
+/// forEachCrossedCell for exactly the dense grid.
+template <class Visit, class EndLayer>
+void forEachCrossedCell(const DenseReader3D& field, Visit visit, EndLayer endLayer) {
+    forEachMixedCell(field, &SignRow::flagNotPositive, visit, endLayer);
 }
 
 /// The grid point at a corner of cell (x, y, z).

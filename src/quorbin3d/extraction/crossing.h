@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 
 #include "brin/vec.h"
@@ -47,5 +49,31 @@ Vec3 zeroCrossing(const GridPoint3D& p, double a, const GridPoint3D& q, double b
     }
     return {(1 - t) * p.x + t * q.x, (1 - t) * p.y + t * q.y, (1 - t) * p.z + t * q.z};
 }
+
+/// A vertex of the surface with its unit normal.
+struct Crossing {
+    Vec3 vertex, normal;
+};
+
+/// The crossings of the edges of one cell, each formed when it is first asked for.
+class CellCrossings3D {
+ public:
+    void clear() { known_ = 0; }
+
+    /// make(edge) forms one.
+    template <class Make>
+    const Crossing& at(int edge, Make make) {
+        Crossing& crossing = crossings_[static_cast<std::size_t>(edge)];
+        if ((known_ >> edge & 1U) == 0) {
+            known_ |= 1U << edge;
+            crossing = make(edge);
+        }
+        return crossing;
+    }
+
+ private:
+    unsigned known_ = 0;
+    std::array<Crossing, 12> crossings_;
+};
 
 }  // namespace lset::detail

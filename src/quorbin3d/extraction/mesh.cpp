@@ -1,49 +1,28 @@
 #include "quorbin3d/mesh.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "quorbin3d/extraction/cells.h"
 #include "quorbin3d/extraction/gradients.h"
+#include "quorbin3d/extraction/indexed_mesh.h"
 #include "quorbin3d/extraction/shared_vertices.h"
 
 using namespace lset::detail;
 
 namespace {
 
-struct Mesh {
-    std::vector<Vec3>& vertices;
-    std::vector<Vec3>& normals;
-    std::vector<gpoint3>& triangles;
-
-    void clear() {
-        vertices.clear();
-        normals.clear();
-        triangles.clear();
-    }
-};
-
 /// Adds the triangles of a cell. makeVertex(p, q, normal) gives the crossing between two corners and its normal, which is not
 /// of unit length yet.
 template <class MakeVertex>
-void addCell(Mesh& mesh, SharedVertices& shared, int x, int y, int z, int cell, MakeVertex makeVertex) {
-    const signed char* edge = MarchingCubes::lut[cell];
-    for (int t = 0; t < MarchingCubes::lut_sizes[cell]; ++t) {
-        int triangle[3];
-        for (int& index : triangle) {
-            int& kept = shared.at(x, y, *edge);
-            if (kept == SharedVertices::kNone) {
-                kept = static_cast<int>(mesh.vertices.size());
-                Vec3 normal(0, 0, 0);
-                mesh.vertices.push_back(makeVertex(corner(x, y, z, MarchingCubes::edges[*edge][0]),
-                                                   corner(x, y, z, MarchingCubes::edges[*edge][1]), normal));
-                mesh.normals.push_back(unit(normal));
-            }
-            index = kept;
-            ++edge;
-        }
-        mesh.triangles.push_back({triangle[0], triangle[1], triangle[2]});
-    }
+void addCell(IndexedMesh& mesh, SharedVertices& shared, int x, int y, int z, int cell, MakeVertex makeVertex) {
+    mesh.addCell(
+        cell, [&](int edge) -> int& { return shared.at(x, y, edge); },
+        [&](int edge) {
+            Vec3 normal(0, 0, 0);
+            const Vec3 vertex = makeVertex(corner(x, y, z, MarchingCubes::edges[edge][0]),
+                                           corner(x, y, z, MarchingCubes::edges[edge][1]), normal);
+            return Crossing{vertex, unit(normal)};
+        });
 }
 
 /// A field with a layer of points around it that are outside; its points are numbered from that layer.
@@ -64,7 +43,7 @@ struct SurroundedField {
 };
 
 template <class Reader>
-void meshSurrounded(const Reader& field, Mesh& mesh) {
+void meshSurrounded(const Reader& field, IndexedMesh& mesh) {
     const SurroundedField<Reader> surrounded{field};
     const int width = surrounded.width(), height = surrounded.height(), depth = surrounded.depth();
     SharedVertices shared(width, height);
@@ -108,7 +87,7 @@ void meshSurrounded(const Reader& field, Mesh& mesh) {
 
 void getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
                         std::vector<gpoint3>& triangles) {
-    Mesh mesh{vertices, normals, triangles};
+    IndexedMesh mesh{vertices, normals, triangles};
     mesh.clear();
     withReader(field, [&](const auto& reader) {
         if (reader.width() < 2 || reader.height() < 2) return;
@@ -130,36 +109,9 @@ void getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices, st
 
 void getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
                         std::vector<gpoint3>& triangles) {
-    Mesh mesh{vertices, normals, triangles};
+    IndexedMesh mesh{vertices, normals, triangles};
     mesh.clear();
     withReader(field, [&](const auto& reader) {
         if (reader.width() > 0 && reader.height() > 0 && reader.depth() > 0) meshSurrounded(reader, mesh);
     });
-}
-
-double surfaceArea(const std::vector<Vec3>& vertices, const std::vector<gpoint3>& triangles, double xSpace,
-                   double ySpace, double zSpace) {
-    double twice = 0;
-    for (const gpoint3& t : triangles) {
-        const auto at = [&](int i) {
-            const Vec3& v = vertices[static_cast<std::size_t>(i)];
-            return Vec3(v.x * xSpace, v.y * ySpace, v.z * zSpace);
-        };
-        const Vec3 normal = cross(at(t.second) - at(t.first), at(t.third) - at(t.first));
-        twice += std::sqrt(dot(normal, normal));
-    }
-    return twice / 2;
-}
-
-double enclosedVolume(const std::vector<Vec3>& vertices, const std::vector<gpoint3>& triangles, double xSpace,
-                      double ySpace, double zSpace) {
-    if (vertices.empty()) return 0;
-    // Measured from one of its points, so that a small mesh far out loses no digits.
-    const Vec3 origin = vertices.front();
-    double sixfold = 0;
-    for (const gpoint3& t : triangles) {
-        const auto at = [&](int i) { return vertices[static_cast<std::size_t>(i)] - origin; };
-        sixfold += dot(at(t.first), cross(at(t.second), at(t.third)));
-    }
-    return sixfold / 6 * xSpace * ySpace * zSpace;
 }

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "quorbin3d/extraction/cells.h"
+#include "quorbin3d/extraction/indexed_mesh.h"
 
 namespace lset::detail {
 
@@ -13,15 +13,13 @@ namespace lset::detail {
 /// between the cells that have its edge.
 class SharedVertices {
  public:
-    static constexpr int kNone = -1;
-
     SharedVertices(int width, int height)
         : width_(static_cast<std::size_t>(width)),
-          lower_(2 * width_ * static_cast<std::size_t>(height), kNone),
+          lower_(2 * width_ * static_cast<std::size_t>(height), IndexedMesh::kNone),
           upper_(lower_),
-          upright_(lower_.size() / 2, kNone) {}
+          upright_(lower_.size() / 2, IndexedMesh::kNone) {}
 
-    /// The index kept for an edge of cell (x, y), kNone if there is none yet.
+    /// The index kept for an edge of cell (x, y), IndexedMesh::kNone if there is none yet.
     int& at(int x, int y, int edge) {
         // An edge is known by the end with the smaller coordinates, and its axis.
         static constexpr int kX[12] = {0, 1, 0, 0, 1, 1, 0, 0, 0, 1, 0, 0};
@@ -34,8 +32,8 @@ class SharedVertices {
 
     void nextLayer() {
         lower_.swap(upper_);
-        std::fill(upper_.begin(), upper_.end(), kNone);
-        std::fill(upright_.begin(), upright_.end(), kNone);
+        std::fill(upper_.begin(), upper_.end(), IndexedMesh::kNone);
+        std::fill(upright_.begin(), upright_.end(), IndexedMesh::kNone);
     }
 
  private:

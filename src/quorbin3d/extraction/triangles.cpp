@@ -1,6 +1,3 @@
-#include <array>
-#include <cstddef>
-
 #include "common/append_buffer.h"
 #include "quorbin3d/extraction/cells.h"
 #include "quorbin3d/extraction/gradients.h"
@@ -12,23 +9,20 @@ namespace {
 /// The crossings of a cell, each formed anew whenever a triangle has it, as a subclass may count on.
 class FreshCrossings {
  public:
-    explicit FreshCrossings(const VirtualReader3D& field) : field_(field), gradients_(field) {}
+    explicit FreshCrossings(const VirtualReader3D& field) : field_(field) {}
     void enterCell(int x, int y, int z) { cell_ = {x, y, z}; }
     void nextLayer() {}
 
-    void get(int edge, Vec3& vertex, Vec3& normal) {
+    Crossing at(int edge) const {
         const GridPoint3D p = corner(cell_.x, cell_.y, cell_.z, MarchingCubes::edges[edge][0]);
         const GridPoint3D q = corner(cell_.x, cell_.y, cell_.z, MarchingCubes::edges[edge][1]);
-        const double a = field_.getInGrid(p.x, p.y, p.z);
-        const double b = field_.getInGrid(q.x, q.y, q.z);
-        normal = Vec3(0, 0, 0);
-        vertex = zeroCrossing(p, a, q, b, &normal, gradients_);
-        normal = unit(normal);
+        Vec3 normal(0, 0, 0);
+        const Vec3 vertex = field_.levelSet.getPoint(p.x, p.y, p.z, q.x, q.y, q.z, &normal);
+        return {vertex, unit(normal)};
     }
 
  private:
     const VirtualReader3D& field_;
-    FreshGradients<VirtualReader3D> gradients_;
     GridPoint3D cell_{};
 };
 
@@ -38,31 +32,26 @@ class KeptCrossings {
     explicit KeptCrossings(const DenseReader3D& field) : field_(field), gradients_(field) {}
     void enterCell(int x, int y, int z) {
         cell_ = {x, y, z};
-        known_ = 0;
+        crossings_.clear();
     }
     void nextLayer() { gradients_.nextLayer(); }
 
-    void get(int edge, Vec3& vertex, Vec3& normal) {
-        const auto i = static_cast<std::size_t>(edge);
-        if ((known_ >> edge & 1U) == 0) {
-            known_ |= 1U << edge;
-            const GridPoint3D p = corner(cell_.x, cell_.y, cell_.z, MarchingCubes::edges[edge][0]);
-            const GridPoint3D q = corner(cell_.x, cell_.y, cell_.z, MarchingCubes::edges[edge][1]);
-            Vec3 mean(0, 0, 0);
-            vertices_[i] = zeroCrossing(p, field_.getInGrid(p.x, p.y, p.z), q,
-                                        field_.getInGrid(q.x, q.y, q.z), &mean, gradients_);
-            normals_[i] = unit(mean);
-        }
-        vertex = vertices_[i];
-        normal = normals_[i];
+    const Crossing& at(int edge) {
+        return crossings_.at(edge, [this](int made) {
+            const GridPoint3D p = corner(cell_.x, cell_.y, cell_.z, MarchingCubes::edges[made][0]);
+            const GridPoint3D q = corner(cell_.x, cell_.y, cell_.z, MarchingCubes::edges[made][1]);
+            Vec3 normal(0, 0, 0);
+            const Vec3 vertex = zeroCrossing(p, field_.getInGrid(p.x, p.y, p.z), q,
+                                             field_.getInGrid(q.x, q.y, q.z), &normal, gradients_);
+            return Crossing{vertex, unit(normal)};
+        });
     }
 
  private:
     const DenseReader3D& field_;
     KeptGradients gradients_;
     GridPoint3D cell_{};
-    unsigned known_ = 0;
-    std::array<Vec3, 12> vertices_, normals_;
+    CellCrossings3D crossings_;
 };
 
 FreshCrossings crossingsOf(const VirtualReader3D& field) { return FreshCrossings(field); }
@@ -85,8 +74,11 @@ void LevelSet3D::getTriangles(std::vector<Vec3>& vertices, std::vector<Vec3>& no
             const signed char* edge = MarchingCubes::lut[cell];
             for (int t = 0; t < MarchingCubes::lut_sizes[cell]; ++t) {
                 const int first = static_cast<int>(newVertices.size());
-                for (int v = 0; v < 3; ++v, ++edge)
-                    crossings.get(*edge, newVertices.next(), newNormals.next());
+                for (int v = 0; v < 3; ++v, ++edge) {
+                    const Crossing& crossing = crossings.at(*edge);
+                    newVertices.next() = crossing.vertex;
+                    newNormals.next() = crossing.normal;
+                }
                 newTriangles.next() = {first, first + 1, first + 2};
             }
         };

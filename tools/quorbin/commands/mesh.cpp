@@ -31,9 +31,10 @@ struct MeshCommand : FieldCommand {
         MeshDocument mesh;
         if (soup)
             levelSet.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
+        else if (cap)
+            getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
         else
-            (cap ? getTrianglesCapped : getTrianglesUnique)(levelSet, mesh.vertices, mesh.normals,
-                                                            mesh.triangles);
+            getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
         if (mesh.triangles.empty())
             throw Failure(kNoCrossing, fmt::format("{}: has no surface; choose another --level", input));
         const Spacings spacings = {levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()};

@@ -1,0 +1,64 @@
+#include <cstdio>
+#include <iterator>
+
+#include "common/messages.h"
+#include "quorbin3d/extraction/cells.h"
+#include "quorbin3d/fast_level_set_3d.h"
+
+using namespace lset::detail;
+
+namespace {
+
+int bucketCountFor(const FullLevelSet3D& grid) {
+    constexpr int kPrimes[] = {211,   401,   997,    1097,   1597,   1999,    3001,    3989,
+                               4999,  6007,  7079,   8011,   9001,   9973,    11987,   24001,
+                               48017, 96001, 192007, 384001, 768013, 1536011, 3072001, 6144001};
+    const long long w = grid.getWidth(), h = grid.getHeight(), d = grid.getDepth();
+    const long long part = (w * h + w * d + h * d) / 8;
+    for (const int prime : kPrimes)
+        if (part < prime) return prime;
+    return kPrimes[std::size(kPrimes) - 1];
+}
+
+/// Stores the corners of the cells that the surface crosses.
+void seed(const VirtualReader3D& field, Point3Hash<double>& values) {
+    const int width = field.width(), height = field.height(), depth = field.depth();
+    for (int z = 0; z < depth - 1; ++z)
+        for (int y = 0; y < height - 1; ++y)
+            for (int x = 0; x < width - 1; ++x) {
+                double corners[8];
+                int positive = 0;
+                for (int k = 0; k < 8; ++k) {
+                    const GridPoint3D p = corner(x, y, z, k);
+                    corners[k] = field.get(p.x, p.y, p.z);
+                    positive += corners[k] > 0.0 ? 1 : 0;
+                }
+                if (positive == 0 || positive == 8) continue;
+                for (int k = 0; k < 8; ++k) {
+                    const GridPoint3D p = corner(x, y, z, k);
+                    values(p.x, p.y, p.z) = corners[k];
+                }
+            }
+}
+
+void seed(const DenseReader3D& field, Point3Hash<double>& values) {
+    const auto visit = [&](int x, int y, int z, int) {
+        for (int k = 0; k < 8; ++k) {
+            const GridPoint3D p = corner(x, y, z, k);
+            values(p.x, p.y, p.z) = field.getInGrid(p.x, p.y, p.z);
+        }
+    };
+    forEachMixedCell(field, &SignRow::flagPositive, visit, [](int) {});
+}
+
+}  // namespace
+
+void FastLevelSet3D::initTo(const FullLevelSet3D& grid, int reinit) {
+    xSpace_ = grid.getXSpace();
+    ySpace_ = grid.getYSpace();
+    zSpace_ = grid.getZSpace();
+    values_ = Point3Hash<double>(bucketCountFor(grid));
+    withReader(grid, [&](const auto& field) { seed(field, values_); });
+    if (reinit != 0) ensureSignedDistanceFMM();
+    std::printf(messages::kBandMade, size());
+}

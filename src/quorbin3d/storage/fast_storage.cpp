@@ -1,0 +1,68 @@
+#include "common/band/workspace.h"
+#include "common/steps.h"
+#include "quorbin3d/fast_level_set_3d.h"
+
+using lset::detail::stepped;
+
+namespace {
+
+/// Of a band that has not been made from a grid.
+constexpr int kFewBuckets = 211;
+
+/// Calls visit(entry) for each entry, also where visiting adds some.
+template <class Visit>
+void forEachEntry(Point3Hash<double>& points, Visit visit) {
+    for (int b = 0; b < points.bucketCount; ++b)
+        for (int i = 0; i < points.buckets[b].count; ++i) visit(points.buckets[b][i]);
+}
+
+}  // namespace
+
+FastLevelSet3D::FastLevelSet3D()
+    : values_(kFewBuckets), work_(std::make_unique<lset::detail::BandWorkspace<3>>()) {
+    xSpace_ = 1.0;
+    ySpace_ = 1.0;
+    zSpace_ = 1.0;
+}
+
+FastLevelSet3D::~FastLevelSet3D() = default;
+
+FastLevelSet3D::FastLevelSet3D(const FastLevelSet3D& other)
+    : LevelSet3D(other), values_(other.values_), work_(std::make_unique<lset::detail::BandWorkspace<3>>()) {}
+
+FastLevelSet3D& FastLevelSet3D::operator=(const FastLevelSet3D& other) {
+    LevelSet3D::operator=(other);
+    values_ = other.values_;
+    return *this;
+}
+
+int FastLevelSet3D::getWidth() const { return -1; }
+int FastLevelSet3D::getHeight() const { return -1; }
+int FastLevelSet3D::getDepth() const { return -1; }
+
+double FastLevelSet3D::get(int x, int y, int z) const {
+    const double* value = values_.find(x, y, z);
+    return value != nullptr ? *value : 0.0;
+}
+
+double& FastLevelSet3D::operator()(int x, int y, int z) { return values_(x, y, z); }
+
+bool FastLevelSet3D::have(int x, int y, int z) const { return values_.find(x, y, z) != nullptr; }
+
+void FastLevelSet3D::forEach(void (*f)(int, int, int, double&)) {
+    forEachEntry(values_, [&](Point3And<double>& entry) { f(entry.x, entry.y, entry.z, entry.value); });
+}
+
+void FastLevelSet3D::forEachWithNeigh(void (*f)(int, int, int, double&)) {
+    forEachEntry(values_, [&](Point3And<double>& entry) {
+        const int x = entry.x, y = entry.y, z = entry.z;
+        const int right = stepped(x, 1), above = stepped(y, 1), upper = stepped(z, 1);
+        if (have(right, y, z) && have(right, above, z) && have(x, above, z) && have(x, y, upper) &&
+            have(right, y, upper) && have(right, above, upper) && have(x, above, upper))
+            f(x, y, z, entry.value);
+    });
+}
+
+void FastLevelSet3D::release() {}
+
+int FastLevelSet3D::size() const { return values_.size(); }
