@@ -11,12 +11,17 @@
 namespace lset::detail {
 
 /// A band under a march (see march): states and distances by the numbers of points, which come into being as they are
-/// reached. As on the dense grid the distance entry of a trial point holds its handle. Estimator makes the tentative distance
-/// of a point: estimate(march, point, side), made from the spacings.
+/// reached. As on the dense grid the distance entry of a trial point holds its handle. Estimator, made from the spacings, makes
+/// tentative distances of a point q, or of one whose neighbour a step (1 or -1) along an axis has just become known:
+///
+///     reach(march, q, side)
+///     reachFrom<axis, step>(march, q, side)
+///     improve<axis, step>(march, q, side, last)
 template <std::size_t dimensions, class Estimator>
 class BandMarch {
  public:
     using Point = int;
+    template <int axis, int step>
     struct From {};
 
     BandMarch(TiledPoints<dimensions>& tiles, BandWorkspace<dimensions>& work,
@@ -26,7 +31,7 @@ class BandMarch {
           distances_(work.distances),
           known_(work.known),
           limit_(2.1 * *std::max_element(h.begin(), h.end())),
-          estimate_(h) {
+          estimator_(h) {
         work.queue.clear();
         states_.clear();
         distances_.clear();
@@ -37,22 +42,28 @@ class BandMarch {
     int id(Point p) const { return p; }
     Point point(int id) const { return id; }
     bool isFar(Point p) const { return states_[at(p)] == kFar; }
-    bool isTrial(Point p) const { return states_[at(p)] == kTrial; }
+    bool isTrial(Point p) const { return states_[at(p)] >= kTrial; }
 
     template <std::size_t axis = 0, class Visit>
     void forEachNeighbour(Point p, Visit visit) {
-        visit(neighbourMade<axis, 1>(p), From());
-        visit(neighbourMade<axis, -1>(p), From());
+        visit(neighbourMade<axis, 1>(p), From<axis, -1>());
+        visit(neighbourMade<axis, -1>(p), From<axis, 1>());
         if constexpr (axis + 1 < dimensions) forEachNeighbour<axis + 1>(p, visit);
     }
 
     double reach(Point q, State side) {
         states_[at(q)] = kTrial;
-        return estimate_(*this, q, side);
+        return estimator_.reach(*this, q, side);
     }
-    // Points beyond the limit become known without a look at their neighbours, so that any of these may be new.
-    double reachFrom(Point q, From, State side) { return reach(q, side); }
-    double improve(Point q, From, State side, double) const { return estimate_(*this, q, side); }
+    template <int axis, int step>
+    double reachFrom(Point q, From<axis, step>, State side) {
+        states_[at(q)] = kTrial;
+        return estimator_.template reachFrom<axis, step>(*this, q, side);
+    }
+    template <int axis, int step>
+    double improve(Point q, From<axis, step>, State side, double last) {
+        return estimator_.template improve<axis, step>(*this, q, side, last);
+    }
 
     void keepHandle(Point q, MarchQueue::Handle handle) { distances_[at(q)] = handle; }
     MarchQueue::Handle handle(Point q) const { return static_cast<MarchQueue::Handle>(distances_[at(q)]); }
@@ -61,8 +72,21 @@ class BandMarch {
         states_[at(p)] = side;
         distances_[at(p)] = distance;
         known_.push_back(p);
+        if (side != side_) {
+            side_ = side;
+            allSpread_ = true;
+        }
+        if (!spreads(distance)) allSpread_ = false;
     }
     bool spreads(double distance) const { return !(distance > limit_); }
+
+    /// Whether every point that has become known on this side has looked at its neighbours. Those beyond the limit do not, so
+    /// that from then on more neighbours may be new to a point than the one that looks at it.
+    bool haveAllSpread() const { return allSpread_; }
+
+    /// A number that the estimator keeps for a trial point, from 0.
+    void keep(Point trial, int number) { states_[at(trial)] = static_cast<signed char>(kTrial + number); }
+    int kept(Point trial) const { return states_[at(trial)] - kTrial; }
 
     /// Whether a point has a state; makes room for it.
     bool isReached(Point p) {
@@ -105,7 +129,9 @@ class BandMarch {
     std::vector<double>& distances_;
     std::vector<Point>& known_;
     double limit_;
-    Estimator estimate_;
+    State side_ = kFar;
+    bool allSpread_ = true;
+    Estimator estimator_;
 };
 
 /// The ids of the points next to a sign change.

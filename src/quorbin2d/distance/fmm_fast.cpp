@@ -45,8 +45,16 @@ struct Estimator {
     explicit Estimator(const std::array<double, 2>& h) : hx(h[0]), hy(h[1]), quadratic(hx, hy) {}
 
     template <class March>
-    double operator()(const March& march, int point, State side) const {
+    double reach(const March& march, int point, State side) const {
         return estimateFrom(MarchedNeighbours<March>{march, point, side}, hx, hy, quadratic).distance;
+    }
+    template <int, int, class March>
+    double reachFrom(const March& march, int point, State side) const {
+        return reach(march, point, side);
+    }
+    template <int, int, class March>
+    double improve(const March& march, int point, State side, double) const {
+        return reach(march, point, side);
     }
 };
 

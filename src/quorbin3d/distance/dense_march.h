@@ -85,41 +85,16 @@ class DenseMarch3D {
         return nearest.best;
     }
 
-    /// Only candidates that the new neighbour is part of can be new; the minimum over the others is the last distance, unless
-    /// it comes from fewer axes than are known now.
     template <Direction d>
     double improve(Point q, From<d>, State side, double last) {
         if (!(last < kUsable)) return reach(q, side);
-        constexpr int kAxis = axisOf(d), kLower = kAxis == 0 ? 1 : 0, kHigher = kAxis == 2 ? 1 : 2;
-        const double here = distances_[q.i + step<d>()];
-        bool knownLower[2], knownHigher[2];
-        double lower[2], higher[2];
-        look<kLower>(q, side, knownLower, lower);
-        look<kHigher>(q, side, knownHigher, higher);
-        const Source source = sourceOf(q);
-
-        RunningMin nearest;
-        for (int h = 0; h < 2; ++h)
-            for (int l = 0; l < 2; ++l)
-                if (knownLower[l] && knownHigher[h])
-                    nearest.offer(tripleWith<kAxis>(here, lower[l], higher[h]));
-        if (source == Source::kTriple) return last > nearest.best ? nearest.best : last;
-        if (nearest.best < kUsable) {
-            setSource(q, Source::kTriple);
-            return nearest.best;
-        }
-        nearest = RunningMin();
-        for (int k = 0; k < 2; ++k) {
-            if (knownLower[k]) nearest.offer(pairWith<kAxis, kLower>(here, lower[k]));
-            if (knownHigher[k]) nearest.offer(pairWith<kAxis, kHigher>(here, higher[k]));
-        }
-        if (source == Source::kPair) return last > nearest.best ? nearest.best : last;
-        if (nearest.best < kUsable) {
-            setSource(q, Source::kPair);
-            return nearest.best;
-        }
-        const double single = quadratics_.single(kAxis, here);
-        return last > single ? single : last;
+        constexpr int kAxis = axisOf(d);
+        Source source = sourceOf(q);
+        const double next =
+            improved<kAxis>(last, source, distances_[q.i + step<d>()], look < kAxis == 0 ? 1 : 0 > (q, side),
+                            look < kAxis == 2 ? 1 : 2 > (q, side), quadratics_);
+        setSource(q, source);
+        return next;
     }
 
     // A handle is an int, which a double holds exactly.
@@ -144,28 +119,15 @@ class DenseMarch3D {
         return direction % 2 == 0 ? -size : size;
     }
 
-    /// The two neighbours along an axis.
     template <int axis>
-    void look(Point q, State side, bool (&known)[2], double (&distance)[2]) const {
+    KnownAlongAxis look(Point q, State side) const {
         const int c = axis == 0 ? q.x : axis == 1 ? q.y : q.z;
         const int last = (axis == 0 ? width_ : axis == 1 ? height_ : depth_) - 1;
         const std::ptrdiff_t after = step<2 * axis + 1>();
-        known[0] = c > 0 && states_[q.i - after] == side;
-        known[1] = c < last && states_[q.i + after] == side;
-        distance[0] = known[0] ? distances_[q.i - after] : 0.0;
-        distance[1] = known[1] ? distances_[q.i + after] : 0.0;
-    }
-
-    template <int axis>
-    double tripleWith(double here, double lower, double higher) const {
-        if constexpr (axis == 0) return quadratics_.triple(here, lower, higher);
-        if constexpr (axis == 1) return quadratics_.triple(lower, here, higher);
-        return quadratics_.triple(lower, higher, here);
-    }
-    template <int axis, int other>
-    double pairWith(double here, double there) const {
-        return axis < other ? quadratics_.pair(axis, other, here, there)
-                            : quadratics_.pair(other, axis, there, here);
+        KnownAlongAxis known;
+        if (c > 0 && states_[q.i - after] == side) known.add(distances_[q.i - after]);
+        if (c < last && states_[q.i + after] == side) known.add(distances_[q.i + after]);
+        return known;
     }
 
     double* distances_;

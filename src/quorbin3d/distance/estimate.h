@@ -1,5 +1,7 @@
 #pragma once
 
+#include <initializer_list>
+
 #include "common/states.h"
 #include "quorbin2d/distance/eikonal_quadratic.h"
 
@@ -62,22 +64,69 @@ struct Estimate3D {
     Source source;
 };
 
+/// The known neighbours along one axis.
+struct KnownAlongAxis {
+    int count = 0;
+    double distance[2];
+
+    void add(double d) { distance[count++] = d; }
+    const double* begin() const { return distance; }
+    const double* end() const { return distance + count; }
+};
+
 /// Tentative distance of a point from those of its neighbours that are known, by direction. Candidates from three axes rule out
 /// those from two, and these the single ones, however near.
 inline Estimate3D estimateFrom(const bool (&known)[6], const double (&d)[6],
                                const EikonalQuadratics3D& quadratics) {
+    KnownAlongAxis along[3];
+    for (int direction = 0; direction < 6; ++direction)
+        if (known[direction]) along[axisOf(direction)].add(d[direction]);
     RunningMin nearest;
-    for (const auto& [x, y, z] : kTriples)
-        if (known[x] && known[y] && known[z]) nearest.offer(quadratics.triple(d[x], d[y], d[z]));
+    for (const double x : along[0])
+        for (const double y : along[1])
+            for (const double z : along[2]) nearest.offer(quadratics.triple(x, y, z));
     if (nearest.best < kUsable) return {nearest.best, Source::kTriple};
-    for (const auto& [p, q] : kPairs)
-        if (known[p] && known[q])
-            nearest.offer(p < q ? quadratics.pair(axisOf(p), axisOf(q), d[p], d[q])
-                                : quadratics.pair(axisOf(q), axisOf(p), d[q], d[p]));
+    for (const int lower : {0, 1})
+        for (int higher = lower + 1; higher < 3; ++higher)
+            for (const double a : along[lower])
+                for (const double b : along[higher]) nearest.offer(quadratics.pair(lower, higher, a, b));
     if (nearest.best < kUsable) return {nearest.best, Source::kPair};
-    for (const Direction s : kSingles)
-        if (known[s]) nearest.offer(quadratics.single(axisOf(s), d[s]));
+    for (const int axis : {0, 1, 2})
+        for (const double a : along[axis]) nearest.offer(quadratics.single(axis, a));
     return {nearest.best, Source::kSingle};
+}
+
+/// The next tentative distance of a point once a neighbour along an axis, at the distance here, has become known. Only
+/// candidates that it is part of can be new; the minimum over the others is the last distance, unless that comes from fewer
+/// axes than are known now. The last distance must be usable; its source becomes that of the next.
+template <int axis>
+double improved(double last, Source& source, double here, const KnownAlongAxis& lower,
+                const KnownAlongAxis& higher, const EikonalQuadratics3D& quadratics) {
+    const auto pair = [&](int other, double there) {
+        return axis < other ? quadratics.pair(axis, other, here, there)
+                            : quadratics.pair(other, axis, there, here);
+    };
+    RunningMin nearest;
+    for (const double h : higher)
+        for (const double l : lower)
+            nearest.offer(axis == 0   ? quadratics.triple(here, l, h)
+                          : axis == 1 ? quadratics.triple(l, here, h)
+                                      : quadratics.triple(l, h, here));
+    if (source == Source::kTriple) return last > nearest.best ? nearest.best : last;
+    if (nearest.best < kUsable) {
+        source = Source::kTriple;
+        return nearest.best;
+    }
+    nearest = RunningMin();
+    for (const double l : lower) nearest.offer(pair(axis == 0 ? 1 : 0, l));
+    for (const double h : higher) nearest.offer(pair(axis == 2 ? 1 : 2, h));
+    if (source == Source::kPair) return last > nearest.best ? nearest.best : last;
+    if (nearest.best < kUsable) {
+        source = Source::kPair;
+        return nearest.best;
+    }
+    const double single = quadratics.single(axis, here);
+    return last > single ? single : last;
 }
 
 }  // namespace lset::detail

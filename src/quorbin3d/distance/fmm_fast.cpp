@@ -26,13 +26,12 @@ double firstDistanceOf(const TiledBandReader3D& band, TiledBandReader3D::Place p
     return firstDistance(here, beside, {band.spacings()[0], band.spacings()[1], band.spacings()[2]});
 }
 
-struct Estimator {
-    EikonalQuadratics3D quadratics;
-
-    explicit Estimator(const std::array<double, 3>& h) : quadratics(h[0], h[1], h[2]) {}
+class Estimator {
+ public:
+    explicit Estimator(const std::array<double, 3>& h) : quadratics_(h[0], h[1], h[2]) {}
 
     template <class March>
-    double operator()(const March& march, int point, State side) const {
+    double reach(March& march, int point, State side) const {
         bool known[6];
         double distance[6];
         const auto look = [&](Direction d, int neighbour) {
@@ -45,8 +44,46 @@ struct Estimator {
         look(kYPlus, march.template knownNeighbour<1, 1>(point, side));
         look(kZMinus, march.template knownNeighbour<2, -1>(point, side));
         look(kZPlus, march.template knownNeighbour<2, 1>(point, side));
-        return estimateFrom(known, distance, quadratics).distance;
+        const Estimate3D estimate = estimateFrom(known, distance, quadratics_);
+        march.keep(point, static_cast<int>(estimate.source));
+        return estimate.distance;
     }
+
+    template <int axis, int step, class March>
+    double reachFrom(March& march, int point, State side) const {
+        if (!march.haveAllSpread()) return reach(march, point, side);
+        march.keep(point, static_cast<int>(Source::kSingle));
+        RunningMin nearest;
+        nearest.offer(
+            quadratics_.single(axis, march.distance(march.template knownNeighbour<axis, step>(point, side))));
+        return nearest.best;
+    }
+
+    template <int axis, int step, class March>
+    double improve(March& march, int point, State side, double last) const {
+        if (!march.haveAllSpread() || !(last < kUsable)) return reach(march, point, side);
+        Source source = static_cast<Source>(march.kept(point));
+        const double here = march.distance(march.template knownNeighbour<axis, step>(point, side));
+        const double next =
+            improved<axis>(last, source, here, look < axis == 0 ? 1 : 0 > (march, point, side),
+                           look < axis == 2 ? 1 : 2 > (march, point, side), quadratics_);
+        march.keep(point, static_cast<int>(source));
+        return next;
+    }
+
+ private:
+    template <int axis, class March>
+    static KnownAlongAxis look(const March& march, int point, State side) {
+        KnownAlongAxis known;
+        const auto add = [&](int neighbour) {
+            if (neighbour != March::kNone) known.add(march.distance(neighbour));
+        };
+        add(march.template knownNeighbour<axis, -1>(point, side));
+        add(march.template knownNeighbour<axis, 1>(point, side));
+        return known;
+    }
+
+    EikonalQuadratics3D quadratics_;
 };
 
 }  // namespace
