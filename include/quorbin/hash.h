@@ -89,9 +89,7 @@ struct Point3And {
     std::int32_t x, y, z;
     T value;
 
-    bool isAtSamePoint(const Point3And& other) const {
-        return x == other.x && y == other.y && z == other.z;
-    }
+    bool isAtSamePoint(const Point3And& other) const { return x == other.x && y == other.y && z == other.z; }
 };
 
 /// A fixed number of buckets of entries. Visiting bucket by bucket, and in each its entries in the order in which they came,
@@ -159,9 +157,7 @@ struct PointHash : BucketTable<PointAnd<T>> {
     using BucketTable<Entry>::BucketTable;
 
     /// The value of a point, which is added with 0 where it is absent.
-    T& operator()(int x, int y) {
-        return this->findOrAdd(sumOf(x, y), {x, y, T()}).value;
-    }
+    T& operator()(int x, int y) { return this->findOrAdd(sumOf(x, y), {x, y, T()}).value; }
 
     /// The value of a point, or null where it is absent.
     const T* find(int x, int y) const {

@@ -47,6 +47,8 @@ TEST_F(MeshTool, WritesMeshesThatOthersRead) {
         expectBall(name, {12, 11, 13}, std::string(name).find(".stl") == std::string::npos);
     }
     EXPECT_NE(read("out").find("enclosed volume"), std::string::npos);
+    ASSERT_EQ(run("mesh ball.fl3d --band -o band.ply"), 0) << read("err");
+    expectBall("band.ply", {12, 11, 13}, true, 0.3);
 }
 
 TEST_F(MeshTool, ReadsNiftiAndPlacesItByItsMatrix) {

@@ -162,6 +162,27 @@ TEST_F(VolumeFormats, AreMeasuredMovedAndCut) {
     EXPECT_FALSE(std::filesystem::exists(folder + "/beyond.png"));
 }
 
+TEST_F(VolumeFormats, AreSmoothedAndMeshedOnABandToo) {
+    writeBall(false);
+    const auto radiusAfter = [&](const std::string& how) {
+        EXPECT_EQ(run("smooth ball.fl3d -f -o smooth.fl3d " + how), 0) << read("err");
+        EXPECT_EQ(run("info smooth.fl3d --json"), 0);
+        const std::string told = read("out");
+        return std::cbrt(std::strtod(told.c_str() + told.find("\"volume\": ") + 10, nullptr) * 3 /
+                         (4 * M_PI));
+    };
+    EXPECT_NEAR(radiusAfter("--steps 20 --band"), std::sqrt(64 - 4 * 20 / 4.5), 0.25);
+    EXPECT_NEAR(radiusAfter("--steps 5 --band --implicit"), std::sqrt(64 - 4 * 5 * std::cbrt(4)), 0.45);
+    EXPECT_NEAR(radiusAfter("--steps 2 --band --implicit --dt 2"), std::sqrt(64 - 4 * 2 * 2.0), 0.35);
+    ASSERT_EQ(run("smooth ball.fl3d --steps 0 --band -o band.fl3d"), 0) << read("err");
+    const Volume band = readBack("band.fl3d");
+    EXPECT_EQ(band.samples.front(), 6);  // ends three of the largest spacing from the surface
+    EXPECT_EQ(band.samples[12 + 25 * (11 + 23 * 6)], -6);
+    ASSERT_EQ(run("mesh ball.fl3d --band -o band.ply"), 0) << read("err");
+    EXPECT_EQ(run("smooth ball.fl3d --steps 500 --band -o gone.fl3d"), 4);
+    EXPECT_EQ(run("mesh ball.fl3d --band --cap -o a.ply"), 2);
+}
+
 TEST_F(VolumeFormats, SayWhatIsWrong) {
     writeBall(false);
     ASSERT_EQ(run("convert ball.fl3d -o ball.raw"), 0);

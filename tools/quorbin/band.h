@@ -1,27 +1,40 @@
 #pragma once
 
-#include <quorbin2d.h>
+#include <array>
+#include <cstddef>
 
-/// A picture's field on a narrow band. A band has no border where an outline could end, so a few points beyond it are
-/// stored too, mirrored as the dense grid mirrors.
+#include <quorbin2d.h>
+#include <quorbin3d.h>
+
+/// The field of a picture (2) or volume (3) on a narrow band. A band has no border where an outline could end, so a few points
+/// beyond it are stored too, mirrored as the dense grid mirrors.
+template <std::size_t dimensions>
 class Band {
  public:
-    explicit Band(FullLevelSet2D& field);
+    using Grid = std::conditional_t<dimensions == 2, FullLevelSet2D, FullLevelSet3D>;
+    using Points = std::conditional_t<dimensions == 2, FastLevelSet2D, FastLevelSet3D>;
+
+    explicit Band(Grid& field);
 
     /// Makes the band a signed distance again. False where nothing is left of the outline.
     bool reinitialise();
 
     /// Writes the values back; beyond the band they keep its reach and the side they are on.
-    void copyTo(FullLevelSet2D& field) const;
+    void copyTo(Grid& field) const;
 
-    FastLevelSet2D& points() { return band_; }
+    Points& points() { return band_; }
 
  private:
     void mirror();
+    void mirror(std::size_t axis);
 
-    FastLevelSet2D band_;
-    int width_, height_;
+    Points band_;
+    std::array<int, dimensions> size_;
 };
 
-/// The same without the line that the library prints.
+extern template class Band<2>;
+extern template class Band<3>;
+
+/// FastLevelSet2D::initTo and that of 3D without the line that the library prints.
 void initQuietly(FastLevelSet2D& band, FullLevelSet2D& grid, bool reinit);
+void initQuietly(FastLevelSet3D& band, const FullLevelSet3D& grid, bool reinit);

@@ -72,7 +72,7 @@ void Segmentation::move(FullLevelSet2D& field, int steps) {
     }
 }
 
-bool Segmentation::move(Band& band, const FullLevelSet2D& field, int steps) {
+bool Segmentation::move(Band<2>& band, const FullLevelSet2D& field, int steps) {
     constexpr int kReinit = 2;
     measureMeans(field);
     FastLevelSet2D& points = band.points();

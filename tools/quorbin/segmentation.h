@@ -23,7 +23,7 @@ class Segmentation {
     void measureMeans(const FullLevelSet2D& field);
 
     /// The same on a band, explicit; the means are taken once. False where nothing is left of the outline.
-    bool move(Band& band, const FullLevelSet2D& field, int steps);
+    bool move(Band<2>& band, const FullLevelSet2D& field, int steps);
 
     double meanInside() const { return meanInside_; }
     double meanOutside() const { return meanOutside_; }

@@ -14,7 +14,8 @@ namespace {
 /// Adds the triangles of a cell. makeVertex(p, q, normal) gives the crossing between two corners and its normal, which is not
 /// of unit length yet.
 template <class MakeVertex>
-void addCell(IndexedMesh& mesh, SharedVertices& shared, int x, int y, int z, int cell, MakeVertex makeVertex) {
+void addCell(IndexedMesh& mesh, SharedVertices& shared, int x, int y, int z, int cell,
+             MakeVertex makeVertex) {
     mesh.addCell(
         cell, [&](int edge) -> int& { return shared.at(x, y, edge); },
         [&](int edge) {

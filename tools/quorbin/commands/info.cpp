@@ -30,6 +30,12 @@ struct BandSize {
     double width;  ///< in cells
 };
 
+BandSize bandAround(const FullLevelSet3D& levelSet, double area) {
+    FastLevelSet3D band;
+    initQuietly(band, levelSet, true);
+    return {band.size(), area > 0 ? band.size() / area : 0};
+}
+
 BandSize bandAround(FullLevelSet2D& levelSet) {
     FastLevelSet2D band;
     initQuietly(band, levelSet, true);
@@ -94,6 +100,7 @@ struct Info : FieldCommand {
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace(), hz = levelSet.getZSpace();
         const double area = surfaceArea(vertices, triangles, hx, hy, hz);
         const double enclosed = enclosedVolume(vertices, triangles, hx, hy, hz);
+        const BandSize band = bandAround(levelSet, surfaceArea(vertices, triangles));
         if (json) {
             Json object = {{"file", input},
                            {"format", volume.format},
@@ -105,6 +112,7 @@ struct Info : FieldCommand {
                            {"affine", volume.affine ? Json(*volume.affine) : Json(nullptr)}};
             addStatistics(known, note, object);
             object["surface"] = {{"triangles", triangles.size()}, {"area", area}, {"volume", enclosed}};
+            object["band"] = {{"points", band.points}, {"width", band.width}};
             return print(object);
         }
         fmt::print("{}: {} {}, {} × {} × {} points, spacing {} × {} × {}{}\n", input, volume.format,
@@ -114,6 +122,8 @@ struct Info : FieldCommand {
         fmt::print("inside   {:.1f} % of the points\n", 100 * known.insidePart);
         fmt::print("closed   {}, area {:.7g}, volume {:.7g} in units of the spacing\n",
                    counted(triangles.size(), "triangle"), area, enclosed);
+        fmt::print("band     {} around the surface, {:.1f} cells wide\n",
+                   counted(static_cast<std::size_t>(band.points), "point"), band.width);
     }
 
     static void addStatistics(const Statistics& known, const std::string& note, Json& object) {

@@ -4,9 +4,12 @@
 #include <cstdio>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include <quorbin3d.h>
 
+#include "band.h"
 #include "failure.h"
 #include "options.h"
 #include "output/mesh_files.h"
@@ -14,10 +17,36 @@
 
 namespace {
 
+/// Leaves the triangles between the origin and the point at the other end, with their vertices.
+void clip(MeshDocument& mesh, const brin::Vec3<double>& end) {
+    constexpr int kGone = -1;
+    std::vector<int> newIndex(mesh.vertices.size(), kGone);
+    const auto isWithin = [&](int index) {
+        const auto& v = mesh.vertices[static_cast<std::size_t>(index)];
+        return v.x >= 0 && v.y >= 0 && v.z >= 0 && v.x <= end.x && v.y <= end.y && v.z <= end.z;
+    };
+    MeshDocument kept;
+    const auto keep = [&](int index) {
+        const auto i = static_cast<std::size_t>(index);
+        if (newIndex[i] == kGone) {
+            newIndex[i] = static_cast<int>(kept.vertices.size());
+            kept.vertices.push_back(mesh.vertices[i]);
+            kept.normals.push_back(mesh.normals[i]);
+        }
+        return newIndex[i];
+    };
+    for (const gpoint3& t : mesh.triangles)
+        if (isWithin(t.first) && isWithin(t.second) && isWithin(t.third)) {
+            const int first = keep(t.first), second = keep(t.second);
+            kept.triangles.push_back({first, second, keep(t.third)});
+        }
+    mesh = std::move(kept);
+}
+
 struct MeshCommand : FieldCommand {
     std::string picture;
     View view;
-    bool isInIndexUnits = false, byAffine = false, soup = false, cap = false;
+    bool isInIndexUnits = false, byAffine = false, soup = false, cap = false, onBand = false;
 
     void run() const {
         if (!isGivenVolume()) refuse("{}: is no volume, or of no known format", input);
@@ -29,12 +58,10 @@ struct MeshCommand : FieldCommand {
         const Volume volume = readWithCrossing(levelSet);
         if (byAffine && !volume.affine) refuse("{}: places its voxels nowhere; leave out --affine", input);
         MeshDocument mesh;
-        if (soup)
-            levelSet.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
-        else if (cap)
-            getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
+        if (onBand)
+            meshBand(levelSet, mesh);
         else
-            getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
+            meshGrid(levelSet, mesh);
         if (mesh.triangles.empty())
             throw Failure(kNoCrossing, fmt::format("{}: has no surface; choose another --level", input));
         const Spacings spacings = {levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()};
@@ -48,6 +75,25 @@ struct MeshCommand : FieldCommand {
 
  private:
     using Spacings = std::array<double, 3>;
+
+    void meshGrid(FullLevelSet3D& levelSet, MeshDocument& mesh) const {
+        if (soup)
+            levelSet.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
+        else if (cap)
+            getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
+        else
+            getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
+    }
+
+    void meshBand(const FullLevelSet3D& levelSet, MeshDocument& mesh) const {
+        FastLevelSet3D band;
+        initQuietly(band, levelSet, true);
+        if (soup)
+            band.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
+        else
+            getTrianglesUnique(band, mesh.vertices, mesh.normals, mesh.triangles);
+        clip(mesh, {levelSet.getWidth() - 1.0, levelSet.getHeight() - 1.0, levelSet.getDepth() - 1.0});
+    }
 
     void reportMesh(const Spacings& spacings, const MeshDocument& mesh) const {
         const auto [hx, hy, hz] = spacings;
@@ -121,6 +167,11 @@ void addMesh(CLI::App& app) {
         ->excludes(units);
     auto* soup = command.add_flag("--soup", mesh->soup, "three vertices of its own for each triangle");
     command.add_flag("--cap", mesh->cap, "close the surface where it leaves the volume")->excludes(soup);
+    command
+        .add_flag("--band", mesh->onBand,
+                  "of the signed distance on a narrow band: normals are even, and the surface drifts by a "
+                  "part of a sample")
+        ->excludes("--cap");
     auto* picture = command.add_option("--picture", mesh->picture, "draw the mesh into a PNG file, too")
                         ->type_name("FILE");
     command

@@ -98,7 +98,7 @@ struct Segment : FieldCommand {
         constexpr double kStill = 0.1;  // samples
         Segmentation segmentation(picture, weight, implicit);
         Progress progress(maxSteps, !quiet);
-        std::optional<Band> band;
+        std::optional<Band<2>> band;
         if (onBand) band.emplace(levelSet);
         frame(0, picture, levelSet);
         FullLevelSet2D before;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <type_traits>
@@ -25,16 +26,32 @@ void step(FullLevelSet2D& levelSet, double implicitTime) {
         implicitTime, 0);
 }
 
-int smoothOnBand(FullLevelSet2D& levelSet, int steps, bool showProgress) {
-    // A step strips a layer of three, so every second one is followed by a reinitialisation. These err inwards, much like
-    // motion by curvature: at equal spacings four steps take the time of five.
-    constexpr int kReinit = 2;
-    const int count = hasEqualSpacings(levelSet) ? static_cast<int>(std::lround(0.8 * steps)) : steps;
-    Band band(levelSet);
+/// Steps for the time of explicit ones on the dense grid. A step strips a layer of three, so every second one is followed by a
+/// reinitialisation. These err inwards, much like motion by curvature: four steps take the time of five.
+int stepsOnBand(const FullLevelSet2D& levelSet, int steps) {
+    return hasEqualSpacings(levelSet) ? static_cast<int>(std::lround(0.8 * steps)) : steps;
+}
+int stepsOnBand(const FullLevelSet3D&, int steps) { return static_cast<int>(std::lround(0.8 * steps)); }
+
+void stepOnBand(FastLevelSet2D& band, double) { band.moveAlongCurvature(); }
+void stepOnBand(FastLevelSet3D& band, double implicitTime) {
+    constexpr int kSweeps = 15;
+    if (implicitTime == 0) return band.moveAlongCurvature();
+    band.moveWithCurvatureImplicit(
+        [](LevelSet3D*, int, int, int, double& k, double&, double&, double&, double&) { k = 1; },
+        implicitTime, kSweeps);
+}
+
+template <std::size_t dimensions, class Grid>
+int smoothOnBand(Grid& levelSet, const Smoothing& smoothing, bool showProgress) {
+    const bool isImplicit = smoothing.implicitTime > 0;
+    const int count = isImplicit ? smoothing.steps : stepsOnBand(levelSet, smoothing.steps);
+    const int reinitEvery = isImplicit ? 1 : 2;
+    Band<dimensions> band(levelSet);
     Progress progress(count, showProgress);
     for (int done = 1; done <= count; ++done) {
-        band.points().moveAlongCurvature();
-        if ((done % kReinit == 0 || done == count) && !band.reinitialise()) return done;
+        stepOnBand(band.points(), smoothing.implicitTime);
+        if ((done % reinitEvery == 0 || done == count) && !band.reinitialise()) return done;
         progress.show(done);
     }
     band.copyTo(levelSet);
@@ -63,12 +80,13 @@ int smoothGrid(Grid& levelSet, const Smoothing& smoothing, bool showProgress, Ma
 }  // namespace
 
 int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgress) {
-    if (smoothing.onBand) return smoothOnBand(levelSet, smoothing.steps, showProgress);
+    if (smoothing.onBand) return smoothOnBand<2>(levelSet, smoothing, showProgress);
     return smoothGrid(levelSet, smoothing, showProgress,
                       hasEqualSpacings(levelSet) ? distanceBySegments : distanceByMarching);
 }
 
 int smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing, bool showProgress) {
+    if (smoothing.onBand) return smoothOnBand<3>(levelSet, smoothing, showProgress);
     return smoothGrid(levelSet, smoothing, showProgress,
                       [](FullLevelSet3D& field) { field.ensureSignedDistanceFMM(); });
 }
@@ -82,14 +100,17 @@ struct Smooth : FieldCommand {
     bool implicit = false;
 
     void run() {
-        if (smoothing.onBand && implicit)
-            refuse(
-                "smooth: on a --band implicit steps solve another equation; leave out --band or --implicit");
         if (smoothing.onBand && reinitEvery)
-            refuse("smooth: a --band is reinitialised at every second step; leave out --reinit");
+            refuse("smooth: a --band is reinitialised as often as it needs; leave out --reinit");
         if (time && !implicit)
             refuse("smooth: --dt goes with --implicit; explicit steps take the stable time");
         if (isGivenVolume()) return runOnVolume();
+        if (smoothing.onBand && implicit)
+            refuse(
+                "{}: is a picture, and on a --band of one implicit steps solve another equation; leave out "
+                "--band or "
+                "--implicit",
+                input);
         Result result(*this, "fl2d");
         FullLevelSet2D levelSet;
         readWithCrossing(levelSet);
@@ -100,18 +121,21 @@ struct Smooth : FieldCommand {
 
  private:
     void runOnVolume() {
-        if (smoothing.onBand) refuse("{}: is a volume; --band is for pictures", input);
-        if (time) refuse("{}: is a volume, whose implicit steps take the time 1; leave out --dt", input);
+        if (time && !smoothing.onBand)
+            refuse("{}: is a volume, whose implicit steps take the time 1; leave out --dt or add --band",
+                   input);
         VolumeResult result(*this);
         FullLevelSet3D levelSet;
         const Volume volume = readWithCrossing(levelSet);
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace(), hz = levelSet.getZSpace();
-        if (implicit && hy != hz)
+        if (implicit && !smoothing.onBand && hy != hz)
             refuse(
                 "{}: its spacings along y and z are {} and {}; implicit steps want equal ones, so leave out "
-                "--implicit",
+                "--implicit or "
+                "add --band",
                 input, hy, hz);
-        smoothField(levelSet, 1, hx * hy);
+        const double cell = std::cbrt(hx * hy * hz) * std::cbrt(hx * hy * hz);
+        smoothField(levelSet, smoothing.onBand ? time.value_or(cell) : 1, hx * hy);
         result.write({levelSet, volume});
     }
 
@@ -143,7 +167,10 @@ void addSmooth(CLI::App& app) {
         "Moves the outline by its curvature, which rounds it off and removes specks. A step takes the time\n"
         "1 / (2/dx^2 + 2/dy^2), a quarter at spacing 1; a disc of radius r is gone after the time r^2 / 2.\n"
         "Each reinitialisation errs a little inwards: discs shrink faster by 3 % at the default and equal\n"
-        "spacings, by 14 % at others, where it is by fast marching.",
+        "spacings, by 14 % at others, where it is by fast marching. In volumes a step takes 1 / (2/dx^2 + "
+        "2/dy^2 +\n"
+        "2/dz^2), a ball of radius r is gone after r^2 / 4, and reinitialisation, always by marching, adds "
+        "15 %.",
         [smooth] { smooth->run(); });
     smooth->addInput(command);
     smooth->addVolume(command);
@@ -158,11 +185,14 @@ void addSmooth(CLI::App& app) {
         ->check(CLI::Range(1, 1000000000))
         ->type_name("[every] K");
     command.add_flag("--implicit", smooth->implicit, "implicit steps, stable over any time");
-    command.add_option("--dt", smooth->time, "time of an implicit step (default DX x DY)")
+    command
+        .add_option(
+            "--dt", smooth->time,
+            "time of an implicit step (default DX x DY; volumes: 1, and on a --band (DX DY DZ)^(2/3))")
         ->check(CLI::Range(1e-100, 1e100))
         ->type_name("T");
-    command.add_flag(
-        "--band", smooth->smoothing.onBand,
-        "on a narrow band around the outline: faster on large pictures, in fewer steps for the same time; a "
-        "field that is written then ends 3 samples from the outline");
+    command.add_flag("--band", smooth->smoothing.onBand,
+                     "on a narrow band around the outline or surface: faster on large inputs, in fewer steps "
+                     "for the same time; a "
+                     "field that is written then ends 3 samples from it");
 }

@@ -12,7 +12,9 @@ struct Smoothing {
     int reinitEvery = kReinitEvery;
     double implicitTime =
         0;  ///< of each implicit step, 1 in a volume; 0 for explicit ones of the largest stable time
-    bool onBand = false;  ///< reinitialised at every second step, of which there are fewer for the same time
+    bool onBand =
+        false;  ///< reinitialised at every second step, of which there are fewer for the same time, or at every
+                ///< implicit one
 };
 
 /// Moves the outline, or the surface in a volume, by its curvature. The field becomes a signed distance first, every reinitEvery steps, and at the end.
