@@ -33,9 +33,8 @@ void getTrianglesUnique(const FastLevelSet3D& field, std::vector<Vec3>& vertices
                         std::vector<gpoint3>& triangles) {
     IndexedMesh mesh{vertices, normals, triangles};
     mesh.clear();
-    BandWorkspace<3> work;
     auto& notWritten = const_cast<FastLevelSet3D&>(field);  // readers can write, this does not
-    withBandReader(notWritten, work, [&](auto& band, BandWorkspace<3>&) {
+    withBandReader(notWritten, *field.work_, [&](auto& band, BandWorkspace<3>&) {
         auto crossings = bandCrossingsOf(band);
         VerticesByEdge shared;
         forEachBandCell(band, [&](const auto& cell) {
