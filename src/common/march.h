@@ -9,7 +9,9 @@ namespace lset::detail {
 /// side. What a point is, is the grid's affair:
 ///
 ///     id(p), point(id)
-///     forEachNeighbour(p, visit)     visit(q, from) for each neighbour in the grid; from names p as seen from q
+///     forEachNeighbour(p, visit)     visit(q, from) for each neighbour in the grid; from names p as seen from q. It takes visit
+///                                    by reference: a copy would be read back at once in one piece, for which the processor
+///                                    waits until all that has been written before is in the cache, a quarter of the time
 ///     isFar(q), isTrial(q)
 ///     reach(q, side)                 makes q a trial point; its tentative distance from all known neighbours
 ///     reachFrom(q, from, side)       the same where p has just become known

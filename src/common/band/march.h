@@ -45,7 +45,7 @@ class BandMarch {
     bool isTrial(Point p) const { return states_[at(p)] >= kTrial; }
 
     template <std::size_t axis = 0, class Visit>
-    void forEachNeighbour(Point p, Visit visit) {
+    void forEachNeighbour(Point p, const Visit& visit) {
         visit(neighbourMade<axis, 1>(p), From<axis, -1>());
         visit(neighbourMade<axis, -1>(p), From<axis, 1>());
         if constexpr (axis + 1 < dimensions) forEachNeighbour<axis + 1>(p, visit);

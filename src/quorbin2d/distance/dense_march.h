@@ -59,7 +59,7 @@ class DenseMarch2D {
     Point point(int id) const { return {id % static_cast<int>(stride_), id}; }
 
     template <class Visit>
-    void forEachNeighbour(Point p, Visit visit) const {
+    void forEachNeighbour(Point p, const Visit& visit) const {
         if (p.x < stride_ - 1) visit(Point{p.x + 1, p.i + 1}, From<-1, 0>());
         if (p.x > 0) visit(Point{p.x - 1, p.i - 1}, From<1, 0>());
         if (p.i < lastRow_) visit(Point{p.x, p.i + stride_}, From<0, -1>());

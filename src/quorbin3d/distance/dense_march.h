@@ -60,7 +60,7 @@ class DenseMarch3D {
     }
 
     template <class Visit>
-    void forEachNeighbour(Point p, Visit visit) const {
+    void forEachNeighbour(Point p, const Visit& visit) const {
         if (p.x < width_ - 1) visit(Point{p.x + 1, p.y, p.z, p.i + 1}, From<kXMinus>());
         if (p.x > 0) visit(Point{p.x - 1, p.y, p.z, p.i - 1}, From<kXPlus>());
         if (p.y < height_ - 1) visit(Point{p.x, p.y + 1, p.z, p.i + stride_}, From<kYMinus>());
