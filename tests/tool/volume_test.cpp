@@ -44,8 +44,14 @@ TEST_F(VolumeFormats, CarryAFieldThereAndBack) {
     ASSERT_NE(at, std::string::npos) << told;
     EXPECT_NEAR(std::strtod(told.c_str() + at + 10, nullptr), 4 / 3.0 * M_PI * 512, 40);
     // Standard input is read once for what it is and once more for all of it.
-    for (const std::string name : {"a.fl3d", "a.npy"})
+    for (const std::string name : {"a.fl3d", "a.npy"}) {
         EXPECT_EQ(run("distance - -f -o b.npy < " + name), 0) << read("err");
+        EXPECT_EQ(run("info /dev/stdin < " + name + " | cat"), 0) << read("err");
+        EXPECT_EQ(
+            std::system(
+                ("cat " + folder + "/" + name + " | " QUORBIN_TOOL " info /dev/stdin >/dev/null").c_str()),
+            0);
+    }
 }
 
 TEST_F(VolumeFormats, KeepWhereNiftiPlacesItAndTellFieldsFromIntensities) {
@@ -186,6 +192,24 @@ TEST_F(VolumeFormats, AreSmoothedAndMeshedOnABandToo) {
 TEST_F(VolumeFormats, SayWhatIsWrong) {
     writeBall(false);
     ASSERT_EQ(run("convert ball.fl3d -o ball.raw"), 0);
+    ASSERT_EQ(run("convert ball.fl3d -o ball.nii"), 0);
+    const std::string nifti = read("ball.nii");
+    const auto writeAltered = [&](const char* name, std::size_t at, const std::string& bytes) {
+        std::string altered = nifti;
+        altered.replace(at, bytes.size(), bytes);
+        std::ofstream(folder + "/" + name, std::ios::binary) << altered;
+    };
+    const std::string nan("\0\0\0\0\0\0\xf8\x7f", 8), nanOf4Bytes("\0\0\xc0\x7f", 4);
+    writeAltered("notfinite.nii", 352 + 800, nan);
+    writeAltered("unplaced.nii", 254, std::string("\1\0", 2));  // sform_code
+    {
+        std::string altered = read("unplaced.nii");
+        altered.replace(280, 4, nanOf4Bytes);  // srow_x
+        std::ofstream(folder + "/unplaced.nii", std::ios::binary) << altered;
+    }
+    writeAltered("named.bin", 0, "");
+    std::ofstream(folder + "/short.nii", std::ios::binary) << nifti.substr(0, 5000);
+    writeAltered("header.nii", 40, std::string("\x63\0", 2));  // the number of dimensions
     const std::tuple<const char*, const char*> cases[] = {
         {"contour ball.fl3d -o a.svg", "is a volume; quorbin slice"},
         {"mesh ball.raw -o a.ply", "--size and --type"},
@@ -197,10 +221,23 @@ TEST_F(VolumeFormats, SayWhatIsWrong) {
         {"convert ball.fl3d --spacing 1,1 -o a.npy", "three numbers"},
         {"smooth ball.fl3d --steps 5 --dt 3 --implicit -o a.npy", "--dt"},
         {"mesh ball.fl3d -o a.ply --picture a.png --view 400,0", "--view 400,0"},
+        {"mesh ball.fl3d -o a.ply --picture a.ply", "--picture a.ply"},
+        {"mesh ball.fl3d -o - --picture -", "--picture -"},
+        {"smooth ball.fl3d -o a.npy --steps 1 --implicit --band --dt nan", "--dt nan"},
+        {"smooth ball.fl3d -o a.npy --steps 1 --band --spacing 1,1,1000", "differ too much"},
+        {"info missing.raw", "missing.raw: cannot be opened"},
+        {"info ball.raw --size 25,23,14 --type float64 --spacing 1,1", "ball.raw: is a volume"},
+        {"info /dev/zero --size 5,5,5 --type uint8", "/dev/zero: has at least"},
+        {"info notfinite.nii", "notfinite.nii: holds values that are not finite"},
+        {"info unplaced.nii", "unplaced.nii: is placed by a matrix that is not finite"},
+        {"info named.bin", "named.bin: seems to be NIfTI"},
+        {"info short.nii", "short.nii: ends within its samples"},
+        {"info header.nii", "header.nii: has a NIfTI header that cannot be read"},
     };
     for (const auto& [words, says] : cases) {
         EXPECT_EQ(run(words), 2) << words;
         EXPECT_NE(read("err").find(says), std::string::npos) << read("err");
+        EXPECT_EQ(read("err").find('\n'), read("err").size() - 1) << read("err");
     }
     for (const auto& entry : std::filesystem::directory_iterator(folder))
         EXPECT_NE(entry.path().stem(), "a") << entry.path();

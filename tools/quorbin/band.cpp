@@ -55,6 +55,11 @@ void fillGaps(double* values, std::ptrdiff_t width, std::ptrdiff_t rows, std::pt
 
 }  // namespace
 
+bool suitsABand(std::initializer_list<double> spacings) {
+    constexpr double kMostUnequal = 20;
+    return std::max(spacings) <= kMostUnequal * std::min(spacings);
+}
+
 void initQuietly(FastLevelSet2D& band, FullLevelSet2D& grid, bool reinit) {
     const QuietOutput quiet;
     band.initTo(grid, reinit ? 1 : 0);

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstddef>
+#include <initializer_list>
+#include <type_traits>
 
 #include <quorbin2d.h>
 #include <quorbin3d.h>
@@ -34,6 +36,9 @@ class Band {
 
 extern template class Band<2>;
 extern template class Band<3>;
+
+/// Whether a band is of use: it reaches two of the largest spacings, which are many of the smallest where they differ much.
+bool suitsABand(std::initializer_list<double> spacings);
 
 /// FastLevelSet2D::initTo and that of 3D without the line that the library prints.
 void initQuietly(FastLevelSet2D& band, FullLevelSet2D& grid, bool reinit);

@@ -20,3 +20,9 @@ template <class... Args>
 [[noreturn]] void refuse(fmt::format_string<Args...> format, Args&&... args) {
     throw Failure(kBadUsage, fmt::format(format, std::forward<Args>(args)...));
 }
+
+/// The same failure with the name of the file that it is of, if it does not say so already.
+inline Failure naming(const std::string& path, const Failure& failure) {
+    const std::string line = failure.what();
+    return line.rfind(path + ": ", 0) == 0 ? failure : Failure(failure.status, path + ": " + line);
+}

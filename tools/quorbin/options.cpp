@@ -41,28 +41,47 @@ std::array<long long, 3> parseSize(const std::string& text) {
     return size;
 }
 
+/// Where --spacing gives others than the file, what places the volume goes with them.
+void respace(Volume& volume, const FullLevelSet3D& levelSet) {
+    const std::array<double, 3> given = {levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()};
+    if (volume.affine)
+        for (auto& row : *volume.affine)
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                if (given[axis] != volume.spacing[axis]) row[axis] *= given[axis] / volume.spacing[axis];
+    volume.spacing = given;
+}
+
 /// For a picture and a volume alike.
 template <class Grid>
-auto readInput(const FieldCommand& command, Grid& levelSet) {
+auto readInput(const FieldCommand& command, Grid& levelSet, std::string& note) {
     auto samples = [&] {
-        if constexpr (std::is_same_v<Grid, FullLevelSet3D>)
+        if constexpr (std::is_same_v<Grid, FullLevelSet3D>) {
+            if (!command.channel.empty()) refuse("{}: is a volume, which has no --channel", command.input);
             return readVolume(command.input, command.raw);
-        else
+        } else {
             return readRaster(command.input, command.channel);
+        }
     }();
-    std::string note;
     try {
         makeField(samples, command.field, levelSet, note);
     } catch (const Failure& failure) {
-        throw Failure(failure.status, fmt::format("{}: {}", command.input, failure.what()));
+        throw naming(command.input, failure);
     }
+    if constexpr (std::is_same_v<Grid, FullLevelSet3D>) respace(samples, levelSet);
+    return samples;
+}
+
+template <class Grid>
+auto readAndReport(const FieldCommand& command, Grid& levelSet) {
+    std::string note;
+    auto samples = readInput(command, levelSet, note);
     if (!note.empty()) command.report("{}: {}", command.input, note);
     return samples;
 }
 
 template <class Grid>
 auto readInputWithCrossing(const FieldCommand& command, Grid& levelSet) {
-    auto samples = readInput(command, levelSet);
+    auto samples = readAndReport(command, levelSet);
     if (!hasCrossing(levelSet))
         throw Failure(
             kNoCrossing,
@@ -103,7 +122,7 @@ void FieldCommand::addPicture(CLI::App& command) {
     command
         .add_option_function<std::string>(
             "--spacing", [this](const std::string& text) { field.spacing = parseSpacing(text); },
-            "units between samples along x and y, and z of a volume (default: the file's own, else 1,1)")
+            "units between samples along x and y, and z of a volume (default: the file's own, else 1)")
         ->type_name("DX,DY[,DZ]");
     command.add_flag("--quiet,-q", quiet, "print nothing but errors");
 }
@@ -150,13 +169,20 @@ void FieldCommand::addOutput(CLI::App& command, bool required, const char* forma
 }
 
 bool FieldCommand::isGivenVolume() const {
-    if (!raw && formatName(input, "", "") == "raw")
+    if (!raw && formatName(input, "", "") == "raw" && !readStart(input).empty())
         refuse("{}: has no header; say by --size and --type what its samples are", input);
     return raw || isVolume(input);
 }
 
-Raster FieldCommand::read(FullLevelSet2D& levelSet) const { return readInput(*this, levelSet); }
-Volume FieldCommand::read(FullLevelSet3D& levelSet) const { return readInput(*this, levelSet); }
+Raster FieldCommand::read(FullLevelSet2D& levelSet) const { return readAndReport(*this, levelSet); }
+Volume FieldCommand::read(FullLevelSet3D& levelSet) const { return readAndReport(*this, levelSet); }
+
+Raster FieldCommand::read(FullLevelSet2D& levelSet, std::string& note) const {
+    return readInput(*this, levelSet, note);
+}
+Volume FieldCommand::read(FullLevelSet3D& levelSet, std::string& note) const {
+    return readInput(*this, levelSet, note);
+}
 
 Raster FieldCommand::readWithCrossing(FullLevelSet2D& levelSet) const {
     return readInputWithCrossing(*this, levelSet);

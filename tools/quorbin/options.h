@@ -43,6 +43,10 @@ struct FieldCommand {
     Raster read(FullLevelSet2D& levelSet) const;
     Volume read(FullLevelSet3D& levelSet) const;
 
+    /// The same, with what there is to say about the level.
+    Raster read(FullLevelSet2D& levelSet, std::string& note) const;
+    Volume read(FullLevelSet3D& levelSet, std::string& note) const;
+
     /// The same for a command that needs an outline: ends with status 4 where there is none.
     Raster readWithCrossing(FullLevelSet2D& levelSet) const;
     Volume readWithCrossing(FullLevelSet3D& levelSet) const;

@@ -5,26 +5,25 @@
 
 #include <cstdio>
 
-/// Nothing reaches standard output while this lives.
+/// Nothing reaches standard output, or another descriptor, while this lives.
 class QuietOutput {
  public:
-    QuietOutput() {
-        std::fflush(stdout);
-        saved_ = dup(STDOUT_FILENO);
+    explicit QuietOutput(int descriptor = STDOUT_FILENO) : descriptor_(descriptor), saved_(dup(descriptor)) {
+        std::fflush(nullptr);
         const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
         if (nowhere < 0) return;
-        dup2(nowhere, STDOUT_FILENO);
+        dup2(nowhere, descriptor_);
         close(nowhere);
     }
     ~QuietOutput() {
-        std::fflush(stdout);
+        std::fflush(nullptr);
         if (saved_ < 0) return;
-        dup2(saved_, STDOUT_FILENO);
+        dup2(saved_, descriptor_);
         close(saved_);
     }
     QuietOutput(const QuietOutput&) = delete;
     void operator=(const QuietOutput&) = delete;
 
  private:
-    int saved_;
+    int descriptor_, saved_;
 };

@@ -120,8 +120,10 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
                             int x, int y, int z) const;
 
  private:
-    friend QUORBIN_EXPORT void getTrianglesUnique(const FastLevelSet3D& band, std::vector<brin::Vec3<double>>& vertices,
-                                   std::vector<brin::Vec3<double>>& normals, std::vector<gpoint3>& triangles);
+    friend QUORBIN_EXPORT void getTrianglesUnique(const FastLevelSet3D& band,
+                                                  std::vector<brin::Vec3<double>>& vertices,
+                                                  std::vector<brin::Vec3<double>>& normals,
+                                                  std::vector<gpoint3>& triangles);
 
     Point3Hash<double> values_;
     std::unique_ptr<lset::detail::BandWorkspace<3>> work_;

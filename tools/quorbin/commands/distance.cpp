@@ -52,7 +52,7 @@ void addDistance(CLI::App& app) {
         .add_option(
             "--method", distance->method,
             "fmm: fast marching, first order (default); segments: to the straight pieces of the outline, "
-            "swept; brute: to the nearest of all pieces")
+            "swept; brute: to the nearest of all pieces; of volumes fmm only")
         ->check(CLI::IsMember(kMethods))
         ->type_name("fmm|segments|brute");
 }

@@ -25,18 +25,21 @@ Statistics statisticsOf(const std::vector<double>& samples, const double* field)
             static_cast<double>(inside) / count};
 }
 
+/// Zeros where the spacings do not suit a band.
 struct BandSize {
-    int points;
-    double width;  ///< in cells
+    int points = 0;
+    double width = 0;  ///< in cells
 };
 
 BandSize bandAround(const FullLevelSet3D& levelSet, double area) {
+    if (!suitsABand({levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()})) return {};
     FastLevelSet3D band;
     initQuietly(band, levelSet, true);
     return {band.size(), area > 0 ? band.size() / area : 0};
 }
 
 BandSize bandAround(FullLevelSet2D& levelSet) {
+    if (!suitsABand({levelSet.getXSpace(), levelSet.getYSpace()})) return {};
     FastLevelSet2D band;
     initQuietly(band, levelSet, true);
     std::vector<brin::Vec2<double>> points;
@@ -59,10 +62,9 @@ struct Info : FieldCommand {
 
  private:
     void ofPicture() const {
-        const Raster raster = readRaster(input, channel);
         FullLevelSet2D levelSet;
         std::string note;
-        makeField(raster, field, levelSet, note);
+        const Raster raster = read(levelSet, note);
         const Statistics known = statisticsOf(raster.samples, levelSet.data());
         const Contour contour = outlineOf(levelSet, false);
         const BandSize band = bandAround(levelSet);
@@ -84,15 +86,15 @@ struct Info : FieldCommand {
         printStatistics(known, note, "outline");
         fmt::print("inside   {:.1f} % of the points, {}\n", 100 * known.insidePart,
                    counted(contour.polygons.size(), "polygon"));
-        fmt::print("band     {} around the outline, {:.1f} cells wide\n",
-                   counted(static_cast<std::size_t>(band.points), "point"), band.width);
+        if (band.points > 0)
+            fmt::print("band     {} around the outline, {:.1f} cells wide\n",
+                       counted(static_cast<std::size_t>(band.points), "point"), band.width);
     }
 
     void ofVolume() const {
-        const Volume volume = readVolume(input, raw);
         FullLevelSet3D levelSet;
         std::string note;
-        makeField(volume, field, levelSet, note);
+        const Volume volume = read(levelSet, note);
         const Statistics known = statisticsOf(volume.samples, levelSet.data());
         std::vector<brin::Vec3<double>> vertices, normals;
         std::vector<gpoint3> triangles;
@@ -122,8 +124,9 @@ struct Info : FieldCommand {
         fmt::print("inside   {:.1f} % of the points\n", 100 * known.insidePart);
         fmt::print("closed   {}, area {:.7g}, volume {:.7g} in units of the spacing\n",
                    counted(triangles.size(), "triangle"), area, enclosed);
-        fmt::print("band     {} around the surface, {:.1f} cells wide\n",
-                   counted(static_cast<std::size_t>(band.points), "point"), band.width);
+        if (band.points > 0)
+            fmt::print("band     {} around the surface, {:.1f} cells wide\n",
+                       counted(static_cast<std::size_t>(band.points), "point"), band.width);
     }
 
     static void addStatistics(const Statistics& known, const std::string& note, Json& object) {

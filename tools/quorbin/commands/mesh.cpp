@@ -12,6 +12,7 @@
 #include "band.h"
 #include "failure.h"
 #include "options.h"
+#include "output/format_name.h"
 #include "output/mesh_files.h"
 #include "output/mesh_picture.h"
 
@@ -43,13 +44,30 @@ void clip(MeshDocument& mesh, const brin::Vec3<double>& end) {
     mesh = std::move(kept);
 }
 
+/// Whether every edge is there once in each direction.
+bool isClosedMesh(const MeshDocument& mesh) {
+    std::vector<std::pair<int, int>> edges, opposite;
+    for (const gpoint3& t : mesh.triangles)
+        for (const auto& [from, to] :
+             {std::pair{t.first, t.second}, {t.second, t.third}, {t.third, t.first}}) {
+            edges.emplace_back(from, to);
+            opposite.emplace_back(to, from);
+        }
+    std::sort(edges.begin(), edges.end());
+    std::sort(opposite.begin(), opposite.end());
+    return edges == opposite;
+}
+
 struct MeshCommand : FieldCommand {
     std::string picture;
+    bool wasGivenPicture = false;
     View view;
     bool isInIndexUnits = false, byAffine = false, soup = false, cap = false, onBand = false;
 
     void run() const {
-        if (!isGivenVolume()) refuse("{}: is no volume, or of no known format", input);
+        if (!isGivenVolume()) refuse("{}: is a picture; quorbin contour takes it", input);
+        if (wasGivenPicture && (picture == output || formatName(picture, "", "") != "png"))
+            refuse("--picture {}: name a PNG file, another than the mesh", picture);
         const MeshWriter& writer = meshWriterFor(output, format);
         OutputFile file(output, force);
         std::optional<OutputFile> pictureFile;
@@ -58,6 +76,8 @@ struct MeshCommand : FieldCommand {
         const Volume volume = readWithCrossing(levelSet);
         if (byAffine && !volume.affine) refuse("{}: places its voxels nowhere; leave out --affine", input);
         MeshDocument mesh;
+        if (onBand && !suitsABand({levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()}))
+            refuse("{}: its spacings differ too much for a band; leave out --band", input);
         if (onBand)
             meshBand(levelSet, mesh);
         else
@@ -65,8 +85,8 @@ struct MeshCommand : FieldCommand {
         if (mesh.triangles.empty())
             throw Failure(kNoCrossing, fmt::format("{}: has no surface; choose another --level", input));
         const Spacings spacings = {levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()};
-        reportMesh(spacings, mesh);
         place(volume, spacings, mesh);
+        reportMesh(mesh);
         writer.write(mesh, file);
         if (pictureFile) writeMeshPicture(mesh, view, *pictureFile);
         file.commit();
@@ -95,14 +115,18 @@ struct MeshCommand : FieldCommand {
         clip(mesh, {levelSet.getWidth() - 1.0, levelSet.getHeight() - 1.0, levelSet.getDepth() - 1.0});
     }
 
-    void reportMesh(const Spacings& spacings, const MeshDocument& mesh) const {
-        const auto [hx, hy, hz] = spacings;
-        report("{}: {}, {} vertices, area {:.7g}{} in units of the spacing", input,
-               counted(mesh.triangles.size(), "triangle"), mesh.vertices.size(),
-               surfaceArea(mesh.vertices, mesh.triangles, hx, hy, hz),
-               soup ? ""
-                    : fmt::format(", enclosed volume {:.7g}",
-                                  enclosedVolume(mesh.vertices, mesh.triangles, hx, hy, hz)));
+    void reportMesh(const MeshDocument& mesh) const {
+        const char* units = isInIndexUnits ? "index units"
+                            : byAffine     ? "units of the matrix"
+                                           : "units of the spacing";
+        const double area = surfaceArea(mesh.vertices, mesh.triangles);
+        const bool isClosed = !soup && isClosedMesh(mesh);
+        report("{}: {}, {} vertices, area {:.7g}{} in {}", input, counted(mesh.triangles.size(), "triangle"),
+               mesh.vertices.size(), area,
+               isClosed
+                   ? fmt::format(", enclosed volume {:.7g}", enclosedVolume(mesh.vertices, mesh.triangles))
+                   : std::string(soup ? "" : ", open"),
+               units);
     }
 
     /// Takes vertices from index to world units. Normals are gradients there already: with a matrix A they go by its inverse
@@ -127,7 +151,8 @@ struct MeshCommand : FieldCommand {
         }
         const auto offset = [&](std::size_t r) { return (*volume.affine)[r][3]; };
         const double determinant = dot(row[0], cross(row[1], row[2]));
-        if (determinant == 0) refuse("{}: places its voxels in a plane; leave out --affine", input);
+        if (!(std::abs(determinant) > 0))
+            refuse("{}: places its voxels in a plane; leave out --affine", input);
         const brin::Vec3<double> cofactor[3] = {cross(row[1], row[2]), cross(row[2], row[0]),
                                                 cross(row[0], row[1])};
         for (auto& v : mesh.vertices)
@@ -169,11 +194,12 @@ void addMesh(CLI::App& app) {
     command.add_flag("--cap", mesh->cap, "close the surface where it leaves the volume")->excludes(soup);
     command
         .add_flag("--band", mesh->onBand,
-                  "of the signed distance on a narrow band: normals are even, and the surface drifts by a "
+                  "of the signed distance on a narrow band: smoother normals, and the surface drifts by a "
                   "part of a sample")
         ->excludes("--cap");
     auto* picture = command.add_option("--picture", mesh->picture, "draw the mesh into a PNG file, too")
-                        ->type_name("FILE");
+                        ->type_name("FILE")
+                        ->each([mesh](const std::string&) { mesh->wasGivenPicture = true; });
     command
         .add_option_function<std::string>(
             "--view",
@@ -183,7 +209,10 @@ void addMesh(CLI::App& app) {
                                 &mesh->view.elevation,  // NOLINT(cert-err34-c)
                                 &rest) != 2 ||
                     !(std::abs(mesh->view.azimuth) <= 360 && std::abs(mesh->view.elevation) <= 90))
-                    refuse("--view {}: is no view; give two angles in degrees, as in 30,20", text);
+                    refuse(
+                        "--view {}: is no view; give an azimuth to 360 and an elevation to 90 degrees, as in "
+                        "30,20",
+                        text);
             },
             "where the picture is seen from, in degrees: 0,0 from +y with z up, 90,0 from +x (default 30,20)")
         ->type_name("AZIMUTH,ELEVATION")

@@ -98,6 +98,8 @@ struct Segment : FieldCommand {
         constexpr double kStill = 0.1;  // samples
         Segmentation segmentation(picture, weight, implicit);
         Progress progress(maxSteps, !quiet);
+        if (onBand && !suitsABand({levelSet.getXSpace(), levelSet.getYSpace()}))
+            refuse("{}: its spacings differ too much for a band; leave out --band", input);
         std::optional<Band<2>> band;
         if (onBand) band.emplace(levelSet);
         frame(0, picture, levelSet);

@@ -14,7 +14,7 @@ struct Slice : FieldCommand {
     std::optional<int> at;
 
     void run() const {
-        if (!isGivenVolume()) refuse("{}: is no volume, or of no known format", input);
+        if (!isGivenVolume()) refuse("{}: is a picture already", input);
         Result result(*this, "png");
         FullLevelSet3D levelSet;
         const Volume volume = read(levelSet);
@@ -64,7 +64,8 @@ void addSlice(CLI::App& app) {
     auto slice = std::make_shared<Slice>();
     CLI::App& command = addCommand(
         app, "slice", "slice head.nii.gz --axis y -o slice.png",
-        "Writes a plane of a volume: as a picture in grey (PNG), or as the field that it is (FL2D, NPY, or "
+        "Writes a plane of a volume: as a picture in grey (PNG), stretched over the range of the volume, or "
+        "as the field that it is (FL2D, NPY, or "
         "the "
         "outline,\nSVG ...). Its x and y are the two other axes in their order. A field is drawn in colours.",
         [slice] { slice->run(); });

@@ -114,6 +114,7 @@ struct Smooth : FieldCommand {
         Result result(*this, "fl2d");
         FullLevelSet2D levelSet;
         readWithCrossing(levelSet);
+        requireBand({levelSet.getXSpace(), levelSet.getYSpace()});
         const double cell = levelSet.getXSpace() * levelSet.getYSpace();
         smoothField(levelSet, time.value_or(cell), cell);
         result.write({levelSet});
@@ -128,6 +129,7 @@ struct Smooth : FieldCommand {
         FullLevelSet3D levelSet;
         const Volume volume = readWithCrossing(levelSet);
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace(), hz = levelSet.getZSpace();
+        requireBand({hx, hy, hz});
         if (implicit && !smoothing.onBand && hy != hz)
             refuse(
                 "{}: its spacings along y and z are {} and {}; implicit steps want equal ones, so leave out "
@@ -137,6 +139,11 @@ struct Smooth : FieldCommand {
         const double cell = std::cbrt(hx * hy * hz) * std::cbrt(hx * hy * hz);
         smoothField(levelSet, smoothing.onBand ? time.value_or(cell) : 1, hx * hy);
         result.write({levelSet, volume});
+    }
+
+    void requireBand(std::initializer_list<double> spacings) const {
+        if (smoothing.onBand && !suitsABand(spacings))
+            refuse("{}: its spacings differ too much for a band; leave out --band", input);
     }
 
     template <class Grid>
@@ -186,10 +193,14 @@ void addSmooth(CLI::App& app) {
         ->type_name("[every] K");
     command.add_flag("--implicit", smooth->implicit, "implicit steps, stable over any time");
     command
-        .add_option(
-            "--dt", smooth->time,
-            "time of an implicit step (default DX x DY; volumes: 1, and on a --band (DX DY DZ)^(2/3))")
-        ->check(CLI::Range(1e-100, 1e100))
+        .add_option_function<double>(
+            "--dt",
+            [smooth](double time) {
+                if (!(time > 1e-100 && time < 1e100))
+                    refuse("--dt {}: is no time; give a number above 0", time);
+                smooth->time = time;
+            },
+            "time of an implicit step (default DX x DY; volumes, only with --band: (DX DY DZ)^(2/3))")
         ->type_name("T");
     command.add_flag("--band", smooth->smoothing.onBand,
                      "on a narrow band around the outline or surface: faster on large inputs, in fewer steps "

@@ -1,12 +1,14 @@
 #include <nifti2_io.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <memory>
 
 #include "failure.h"
 #include "formats/samples.h"
 #include "formats/volume.h"
+#include "quiet_output.h"
 
 namespace {
 
@@ -42,33 +44,73 @@ SampleType typeOf(int datatype) {
     }
 }
 
+using Image = std::unique_ptr<nifti_image, FreeNifti>;
+
+Image readHeader(const std::string& path) {
+    const QuietOutput quiet(STDERR_FILENO);  // what the library has to say is no help
+    nifti_set_debug_level(0);
+    return is_nifti_file(path.c_str()) > 0 ? Image(nifti_image_read(path.c_str(), 0)) : nullptr;
+}
+
+/// The samples as they are; the library's own reader would turn what is not finite into 0.
+Bytes readSamples(const nifti_image& image, std::size_t count) {
+    const std::size_t wanted = count * static_cast<std::size_t>(image.nbyper);
+    constexpr std::size_t kBlock = 1 << 24;
+    Bytes bytes;
+    znzFile file = znzopen(image.iname, "rb", nifti_is_gzfile(image.iname));
+    if (znz_isnull(file)) refuse("cannot be opened; give a file that is there");
+    std::size_t got = 0;
+    if (znzseek(file, static_cast<znz_off_t>(image.iname_offset), SEEK_SET) >= 0) do {
+            // In blocks: a header may lie about the size.
+            bytes.resize(std::min(wanted, got + kBlock));
+            const std::size_t part = znzread(bytes.data() + got, 1, bytes.size() - got, file);
+            got += part;
+            if (got < bytes.size()) break;
+        } while (got < wanted);
+    Xznzclose(&file);
+    if (got < wanted) refuse("ends within its samples; give the whole file");
+    if (image.byteorder != nifti_short_order() && image.swapsize > 1)
+        nifti_swap_Nbytes(static_cast<int64_t>(bytes.size() / static_cast<std::size_t>(image.swapsize)),
+                          image.swapsize, bytes.data());
+    return bytes;
+}
+
+void readPlace(const nifti_image& image, Volume& volume) {
+    if (image.sform_code <= 0 && image.qform_code <= 0) return;
+    const nifti_dmat44& place = image.sform_code > 0 ? image.sto_xyz : image.qto_xyz;
+    Affine& affine = volume.affine.emplace();
+    for (std::size_t row = 0; row < 3; ++row)
+        for (std::size_t column = 0; column < 4; ++column) {
+            affine[row][column] = place.m[row][column];
+            if (!std::isfinite(place.m[row][column]))
+                refuse("is placed by a matrix that is not finite; mend its header");
+        }
+    volume.placeCode = image.sform_code > 0 ? image.sform_code : image.qform_code;
+}
+
 }  // namespace
 
 Volume readNifti(const std::string& path) {
-    nifti_set_debug_level(0);
-    if (is_nifti_file(path.c_str()) <= 0)
-        refuse(
-            "is of no known volume format; give NIfTI, FL3D, FR3D, 3D NPY or TIFF, or say what raw samples "
-            "are by "
-            "--size and --type");
-    const std::unique_ptr<nifti_image, FreeNifti> image(nifti_image_read(path.c_str(), 1));
-    if (!image || image->data == nullptr) refuse("is no whole NIfTI file; give all of it");
+    const Image image = readHeader(path);
+    if (!image) refuse("has a NIfTI header that cannot be read, or is not whole; give a NIfTI-1 or -2 file");
     for (int axis = 4; axis <= image->ndim && axis < 8; ++axis)
         if (image->dim[axis] > 1) refuse("has {} dimensions; give a volume of three", image->ndim);
+    const long long width = image->nx, height = std::max<long long>(image->ny, 1),
+                    depth = std::max<long long>(image->nz, 1);
+    checkSize(width, height, depth);
+    const SampleType type = typeOf(image->datatype);
+    const Bytes bytes = readSamples(*image, static_cast<std::size_t>(width * height * depth));
     Volume volume;
     volume.format = "NIfTI";
-    setSize(volume, image->nx, std::max<long long>(image->ny, 1), std::max<long long>(image->nz, 1));
+    setSize(volume, width, height, depth);
     const auto usable = [](double h) { return h > 0 ? h : 1.0; };
     volume.spacing = {usable(image->dx), usable(image->dy), usable(image->dz)};
-    volume.isField = std::strstr(image->descrip, kFieldMark) != nullptr;
-    decodeSamples(typeOf(image->datatype), image->data, volume.samples.size(), volume.samples.data());
+    volume.lengthUnit = image->xyz_units;
+    // A mask made of a field, with its header, is none.
+    volume.isField = type.isFloatingPoint() && std::strstr(image->descrip, kFieldMark) != nullptr;
+    decodeSamples(type, bytes.data(), volume.samples.size(), volume.samples.data());
     if (image->scl_slope != 0)
         for (double& sample : volume.samples) sample = image->scl_slope * sample + image->scl_inter;
-    const nifti_dmat44& place = image->sform_code > 0 ? image->sto_xyz : image->qto_xyz;
-    if (image->sform_code > 0 || image->qform_code > 0) {
-        Affine& affine = volume.affine.emplace();
-        for (std::size_t row = 0; row < 3; ++row)
-            for (std::size_t column = 0; column < 4; ++column) affine[row][column] = place.m[row][column];
-    }
+    readPlace(*image, volume);
     return volume;
 }

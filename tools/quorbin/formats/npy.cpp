@@ -81,7 +81,9 @@ bool isNpy(const Bytes& bytes) { return startsWith(bytes, "\x93NUMPY"); }
 Raster readNpy(const Bytes& bytes, const std::string&) {
     const NpyArray array = parseNpy(bytes);
     if (array.shape.size() == 3) refuse("is a volume; quorbin slice takes a plane of it");
-    if (array.shape.size() != 2) refuse("has {} dimensions; give an array of two", array.shape.size());
+    if (array.shape.size() != 2)
+        refuse("has {} dimension{}; give an array of two, or three for a volume", array.shape.size(),
+               array.shape.size() == 1 ? "" : "s");
     Raster raster;
     setSize(raster, array.shape[1], array.shape[0]);
     raster.isField = array.type.isFloatingPoint();

@@ -11,9 +11,13 @@ using Bytes = std::vector<unsigned char>;
 /// picture in colour; empty, only a grey one will do. Whatever is wrong is a Failure that names the file.
 Raster readRaster(const std::string& path, const std::string& channel);
 
-/// The bytes of a file, or the first few of them.
+/// The bytes of a file, or a block more than most of them, or the first few.
 Bytes readBytes(const std::string& path);
+Bytes readBytes(const std::string& path, std::size_t most);
 Bytes readStart(const std::string& path);
+
+/// Whether an input can be read only once: standard input, a pipe.
+bool isStream(const std::string& path);
 
 /// An input format. read throws Failure with what is wrong, to which the caller adds the file's name.
 struct Reader {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -55,6 +56,7 @@ Tiff openTiff(Source& source) {
 struct Page {
     std::uint32_t width = 0, height = 0;
     SampleType type{};
+    bool isWhiteZero = false;  // 0 is white
 
     bool operator==(const Page& other) const {
         return width == other.width && height == other.height && type.kind == other.type.kind &&
@@ -72,9 +74,12 @@ Page currentPage(TIFF* tiff) {
     TIFFGetFieldDefaulted(tiff, TIFFTAG_SAMPLESPERPIXEL, &channels);
     if (channels != 1) refuse("has {} channels; give a TIFF in grey", channels);
     if (TIFFIsTiled(tiff) != 0) refuse("is laid out in tiles; give a TIFF laid out in strips");
+    std::uint16_t photometric = PHOTOMETRIC_MINISBLACK;
+    TIFFGetField(tiff, TIFFTAG_PHOTOMETRIC, &photometric);
     page.type = {format == SAMPLEFORMAT_IEEEFP ? 'f' : format == SAMPLEFORMAT_INT ? 'i' : 'u', bits / 8U};
     if (bits % 8 != 0 || !withSampleType(page.type, [](auto) {}))
         refuse("has {} bits a sample; give 8, 16 or 32, or floating-point numbers", bits);
+    page.isWhiteZero = photometric == PHOTOMETRIC_MINISWHITE && page.type.kind == 'u';
     return page;
 }
 
@@ -133,8 +138,15 @@ Volume readTiff(const Bytes& bytes) {
             refuse("has pages of different sizes or types; give a stack of one kind");
         for (std::uint32_t y = 0; y < first.height; ++y, out += first.width) {
             if (TIFFReadScanline(tiff.get(), row.data(), y) < 0)
-                refuse("cannot be read beyond row {} of page {}; give the whole file", y, z);
+                refuse(
+                    "cannot be read beyond row {} of page {}; give the whole file, or one compressed in "
+                    "another way",
+                    y, z);
             decodeSamples(first.type, row.data(), first.width, out);
+            if (first.isWhiteZero) {
+                const double black = std::ldexp(1.0, 8 * static_cast<int>(first.type.size)) - 1;
+                std::transform(out, out + first.width, out, [=](double sample) { return black - sample; });
+            }
         }
     }
     if (TIFFLastDirectory(tiff.get()) == 0) refuse("ends within its pages; give the whole file");

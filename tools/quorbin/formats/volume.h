@@ -20,6 +20,7 @@ struct Volume {
     bool isField = false;
     std::array<double, 3> spacing = {1, 1, 1};
     std::optional<Affine> affine;
+    int placeCode = 0, lengthUnit = 0;  ///< NIfTI's numbers for what the affine and the spacing are in
 };
 
 /// How a file of samples without a header is laid out, little-endian; sizes from 1 to kMostAlongAnAxis.
@@ -42,6 +43,9 @@ Volume readNifti(const std::string& path);
 Volume readTiff(const Bytes& bytes);
 bool isTiff(const Bytes& bytes);
 int tiffPages(const Bytes& bytes);
+
+/// Refuses sizes that make no volume.
+void checkSize(long long width, long long height, long long depth);
 
 /// Sizes of a volume as the library takes them; anything else is refused.
 void setSize(Volume& volume, long long width, long long height, long long depth);

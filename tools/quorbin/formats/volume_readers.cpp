@@ -38,8 +38,8 @@ Volume readFl3d(const std::string& path) {
     return volume;
 }
 
-Volume readFl3dFromStandardInput() {
-    const Bytes bytes = readBytes("-");
+Volume readFl3dStream(const std::string& path) {
+    const Bytes bytes = readBytes(path);
     const MemoryFile file;
     file.write(bytes.data(), bytes.size());
     return readFl3d(file.path());
@@ -56,12 +56,14 @@ Volume readNpyVolume(const Bytes& bytes) {
     return volume;
 }
 
-Volume readRaw(const Bytes& bytes, const RawLayout& layout) {
+Volume readRaw(const std::string& path, const RawLayout& layout) {
     const auto digits = std::min(layout.type.find_first_of("0123456789"), layout.type.size());
     const SampleType type{layout.type.front(), std::stoul("0" + layout.type.substr(digits)) / 8};
     const auto points = static_cast<std::size_t>(layout.size[0] * layout.size[1] * layout.size[2]);
+    const Bytes bytes = readBytes(path, points * type.size);
     if (bytes.size() != points * type.size)
-        refuse("has {} bytes; {} × {} × {} samples of type {} have {}", bytes.size(), layout.size[0],
+        refuse("has {}{} bytes; {} × {} × {} samples of type {} have {}",
+               bytes.size() > points * type.size ? "at least " : "", bytes.size(), layout.size[0],
                layout.size[1], layout.size[2], layout.type, points * type.size);
     Volume volume;
     volume.format = "raw";
@@ -71,35 +73,50 @@ Volume readRaw(const Bytes& bytes, const RawLayout& layout) {
     return volume;
 }
 
-Volume readAny(const std::string& path, const std::optional<RawLayout>& raw) {
-    if (raw) return readRaw(readBytes(path), *raw);
-    const Bytes start = readStart(path);
-    if (isFl3d(start)) return path == "-" ? readFl3dFromStandardInput() : readFl3d(path);
-    if (isNpy(start)) return readNpyVolume(readBytes(path));
-    if (isTiff(start)) return readTiff(readBytes(path));
-    return readNifti(path);
+bool endsIn(const std::string& path, const std::string& ending) {
+    return path.size() >= ending.size() &&
+           path.compare(path.size() - ending.size(), ending.size(), ending) == 0;
 }
 
-/// By the first bytes, plain or compressed; a compressed file is NIfTI by its name.
+bool hasNiftiName(const std::string& path) {
+    return endsIn(path, ".nii") || endsIn(path, ".nii.gz") || endsIn(path, ".hdr") || endsIn(path, ".img");
+}
+
+/// By the first bytes, plain or compressed.
 bool isNifti(const std::string& path, const Bytes& start) {
     const auto has = [&](std::size_t at, const char* magic) {
         return start.size() > at + 4 &&
                std::equal(magic, magic + 2, start.begin() + static_cast<std::ptrdiff_t>(at));
     };
-    const auto endsIn = [&](const std::string& ending) {
-        return path.size() >= ending.size() &&
-               path.compare(path.size() - ending.size(), ending.size(), ending) == 0;
-    };
-    return has(344, "n+") || has(344, "ni") || has(4, "n+") || endsIn(".nii") || endsIn(".nii.gz") ||
-           endsIn(".hdr");
+    return has(344, "n+") || has(344, "ni") || has(4, "n+") || has(0, "\x1f\x8b") || hasNiftiName(path);
+}
+
+Volume readAny(const std::string& path, const std::optional<RawLayout>& raw) {
+    if (raw) return readRaw(path, *raw);
+    const Bytes start = readStart(path);
+    if (isFl3d(start)) return isStream(path) ? readFl3dStream(path) : readFl3d(path);
+    if (isNpy(start)) return readNpyVolume(readBytes(path));
+    if (isTiff(start)) return readTiff(readBytes(path));
+    if (!isNifti(path, start))
+        refuse(
+            "is of no known volume format; give NIfTI, FL3D, FR3D, 3D NPY or TIFF, or say what raw samples "
+            "are by "
+            "--size and --type");
+    if (isStream(path) || !hasNiftiName(path))
+        refuse("seems to be NIfTI, which is read from files only whose names end in .nii or .nii.gz");
+    return readNifti(path);
 }
 
 }  // namespace
 
-void setSize(Volume& volume, long long width, long long height, long long depth) {
+void checkSize(long long width, long long height, long long depth) {
     const auto isUsable = [](long long n) { return n >= 1 && n <= kMostAlongAnAxis; };
     if (!isUsable(width) || !isUsable(height) || !isUsable(depth) || width * height > INT_MAX / depth)
         refuse("has {} × {} × {} points; a volume has from 1 point to 2147483647", width, height, depth);
+}
+
+void setSize(Volume& volume, long long width, long long height, long long depth) {
+    checkSize(width, height, depth);
     volume.width = static_cast<int>(width);
     volume.height = static_cast<int>(height);
     volume.depth = static_cast<int>(depth);
@@ -113,7 +130,7 @@ bool isVolume(const std::string& path) {
         if (isNpy(start)) return parseNpy(start).shape.size() == 3;
         return isTiff(start) && tiffPages(readBytes(path)) > 1;
     } catch (const Failure& failure) {
-        throw Failure(failure.status, fmt::format("{}: {}", path, failure.what()));
+        throw naming(path, failure);
     }
 }
 
@@ -126,6 +143,6 @@ Volume readVolume(const std::string& path, const std::optional<RawLayout>& raw) 
             refuse("holds values that are not finite; replace them by numbers");
         return volume;
     } catch (const Failure& failure) {
-        throw Failure(failure.status, fmt::format("{}: {}", path, failure.what()));
+        throw naming(path, failure);
     }
 }

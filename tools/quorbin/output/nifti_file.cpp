@@ -10,11 +10,12 @@
 
 namespace {
 
-nifti_1_header headerOf(const VolumeDocument& document) {
+nifti_1_header headerOf(const VolumeDocument& document, const OutputFile& out) {
     const FullLevelSet3D& field = document.field;
     const int sizes[3] = {field.getWidth(), field.getHeight(), field.getDepth()};
     for (const int size : sizes)
-        if (size > 32767) refuse("NIfTI has at most 32767 points along an axis; write another format");
+        if (size > 32767)
+            refuse("{}: NIfTI has at most 32767 points along an axis; write another format", out.path());
     const int64_t dim[8] = {3, sizes[0], sizes[1], sizes[2], 1, 1, 1, 1};
     nifti_1_header header = {};
     nifti_1_header* made = nifti_make_new_n1_header(dim, NIFTI_TYPE_FLOAT64);
@@ -24,11 +25,12 @@ nifti_1_header headerOf(const VolumeDocument& document) {
     header.pixdim[0] = 1;
     const double spacing[3] = {field.getXSpace(), field.getYSpace(), field.getZSpace()};
     for (std::size_t axis = 0; axis < 3; ++axis) header.pixdim[axis + 1] = static_cast<float>(spacing[axis]);
+    header.xyzt_units = static_cast<char>(document.source.lengthUnit);
     std::memcpy(header.magic, "n+1", sizeof header.magic);
     header.vox_offset = 352;
     std::strncpy(header.descrip, kFieldMark, sizeof header.descrip - 1);
     if (const auto& affine = document.source.affine) {
-        header.sform_code = NIFTI_XFORM_SCANNER_ANAT;
+        header.sform_code = static_cast<short>(document.source.placeCode);
         float* const rows[3] = {header.srow_x, header.srow_y, header.srow_z};
         for (std::size_t r = 0; r < 3; ++r)
             for (std::size_t c = 0; c < 4; ++c) rows[r][c] = static_cast<float>((*affine)[r][c]);
@@ -38,8 +40,8 @@ nifti_1_header headerOf(const VolumeDocument& document) {
 
 /// Hands the bytes of the file to send(bytes, count).
 template <class Send>
-void sendFile(const VolumeDocument& document, Send send) {
-    const nifti_1_header header = headerOf(document);
+void sendFile(const VolumeDocument& document, const OutputFile& out, Send send) {
+    const nifti_1_header header = headerOf(document, out);
     static_assert(sizeof header == 348);
     send(&header, sizeof header);
     const char noExtension[4] = {};
@@ -84,11 +86,11 @@ class Gzip {
 }  // namespace
 
 void writeNii(const VolumeDocument& document, OutputFile& out) {
-    sendFile(document, [&](const void* bytes, std::size_t count) { out.write(bytes, count); });
+    sendFile(document, out, [&](const void* bytes, std::size_t count) { out.write(bytes, count); });
 }
 
 void writeNiiGz(const VolumeDocument& document, OutputFile& out) {
     Gzip gzip(out);
-    sendFile(document, [&](const void* bytes, std::size_t count) { gzip.add(bytes, count, false); });
+    sendFile(document, out, [&](const void* bytes, std::size_t count) { gzip.add(bytes, count, false); });
     gzip.add("", 0, true);
 }

@@ -21,6 +21,8 @@ class OutputFile {
     void write(const std::string& text) { write(text.data(), text.size()); }
     void commit();
 
+    const std::string& path() const { return path_; }
+
  private:
     [[noreturn]] void fail(int error) const;
     void openBeside(unsigned mode);
