@@ -192,7 +192,7 @@ TEST_F(VolumeFormats, AreSmoothedAndMeshedOnABandToo) {
 TEST_F(VolumeFormats, SayWhatIsWrong) {
     writeBall(false);
     ASSERT_EQ(run("convert ball.fl3d -o ball.raw"), 0);
-    ASSERT_EQ(run("convert ball.fl3d -o ball.nii"), 0);
+    ASSERT_EQ(run("convert ball.fl3d -o ball.nii && " QUORBIN_TOOL " convert ball.fl3d -o ball.nii.gz"), 0);
     const std::string nifti = read("ball.nii");
     const auto writeAltered = [&](const char* name, std::size_t at, const std::string& bytes) {
         std::string altered = nifti;
@@ -231,6 +231,7 @@ TEST_F(VolumeFormats, SayWhatIsWrong) {
         {"info notfinite.nii", "notfinite.nii: holds values that are not finite"},
         {"info unplaced.nii", "unplaced.nii: is placed by a matrix that is not finite"},
         {"info named.bin", "named.bin: seems to be NIfTI"},
+        {"info - < ball.nii.gz", "-: seems to be NIfTI"},
         {"info short.nii", "short.nii: ends within its samples"},
         {"info header.nii", "header.nii: has a NIfTI header that cannot be read"},
     };

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstring>
 
 #include <quorbin3d.h>
 
@@ -85,8 +86,7 @@ bool hasNiftiName(const std::string& path) {
 /// By the first bytes, plain or compressed.
 bool isNifti(const std::string& path, const Bytes& start) {
     const auto has = [&](std::size_t at, const char* magic) {
-        return start.size() > at + 4 &&
-               std::equal(magic, magic + 2, start.begin() + static_cast<std::ptrdiff_t>(at));
+        return start.size() > at + 4 && std::memcmp(start.data() + at, magic, 2) == 0;
     };
     return has(344, "n+") || has(344, "ni") || has(4, "n+") || has(0, "\x1f\x8b") || hasNiftiName(path);
 }
