@@ -17,7 +17,8 @@ struct GrowArray {
     int increment = 32;
 
     GrowArray() = default;
-    GrowArray(const GrowArray& other) { *this = other; }
+    /// By way of an empty one, so that what is taken is freed again where copying an element throws.
+    GrowArray(const GrowArray& other) : GrowArray() { *this = other; }
     GrowArray(GrowArray&& other) noexcept { swap(other); }
     ~GrowArray() { delete[] data; }
 
@@ -110,9 +111,13 @@ struct BucketTable {
     /// Both or neither: a table whose buckets cannot be had stays as it is.
     BucketTable& operator=(const BucketTable& other) {
         BucketTable copy(other);
-        std::swap(bucketCount, copy.bucketCount);
-        buckets.swap(copy.buckets);
+        swap(copy);
         return *this;
+    }
+
+    void swap(BucketTable& other) noexcept {
+        std::swap(bucketCount, other.bucketCount);
+        buckets.swap(other.buckets);
     }
 
     /// Number of entries.

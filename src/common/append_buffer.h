@@ -44,6 +44,7 @@ class AppendBuffer {
  private:
     /// A first part much unlike the rest must not make the vector huge.
     std::size_t expected(std::size_t soFar) const {
+        if (partDone_ == 0) return soFar;
         const double whole = static_cast<double>(soFar) / std::max(partDone_, 1.0 / 16);
         return static_cast<std::size_t>(1.02 * whole);
     }

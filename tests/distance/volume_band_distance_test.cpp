@@ -153,6 +153,17 @@ TEST(VolumeBandMarch, TakesAnyBand) {
     band.ensureSignedDistanceFMM();
     EXPECT_TRUE(contentOf(band.points()) == contentOf(expected));
 
+    // Where no distance could be told from none, and where a march would not end.
+    for (const double h : {1e11, 0.0, -1.0, std::numeric_limits<double>::infinity()}) {
+        FullLevelSet3D ball;
+        fill(
+            ball, {9, 9, 9}, [](int x, int y, int z) { return std::hypot(x - 4, y - 4, z - 4) - 2.5; }, h,
+            std::max(h, 1.0), std::max(h, 1.0));
+        initQuietly(band, ball, true);
+        EXPECT_LT(band.size(), 2000) << h;
+        EXPECT_GT(band.size(), 0) << h;
+    }
+
     const int end = std::numeric_limits<int>::max();  // coordinates wrap around
     FastLevelSet3D far;
     for (const int x : {end - 2, end - 1})

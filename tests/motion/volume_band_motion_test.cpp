@@ -113,6 +113,45 @@ TEST(VolumeBandMotion, ImplicitStepSolvesItsEquation) {
     EXPECT_EQ(band.get(0, 1, 1), 110);
 }
 
+/// Does the same on both paths, and again under a callback that writes, adds or takes away points.
+TEST(VolumeBandMotion, SurvivesCallbacksThatChangeTheBand) {
+    const auto implicit = [](FastLevelSet3D& band, int& calls, auto change) {
+        band.moveWithCurvatureImplicit(
+            [&](LevelSet3D* levelSet, int, int, int, double& k, double&, double&, double&, double&) {
+                k = 1;
+                if (++calls == 1) change(*levelSet);
+            },
+            0.5, 9);
+    };
+    const auto write = [](LevelSet3D& levelSet) { levelSet(2, 2, 2) = 7; };
+    const auto add = [](LevelSet3D& levelSet) {
+        for (int y = 0; y < 5; ++y)
+            for (int z = 0; z < 5; ++z) levelSet(5, y, z) = 7;
+    };
+    for (const bool adds : {false, true}) {
+        FastLevelSet3D band;
+        SlowBand3D slow;
+        int calls = 0, slowCalls = 0;
+        fillBlock(band, 5);
+        fillBlock(slow, 5);
+        implicit(band, calls, [&](LevelSet3D& levelSet) { adds ? add(levelSet) : write(levelSet); });
+        implicit(slow, slowCalls, [&](LevelSet3D& levelSet) { adds ? add(levelSet) : write(levelSet); });
+        EXPECT_EQ(calls, 27);
+        EXPECT_EQ(slowCalls, 27);
+        EXPECT_EQ(band.size(), 125);
+        EXPECT_TRUE(contentOf(band.points()) == contentOf(slow.points()));
+    }
+    FastLevelSet3D band;
+    fillBlock(band, 4);
+    FastLevelSet3D empty;
+    band.moveWithCurvature([&](LevelSet3D*, int, int, int, double* limit) {
+        *limit = 1;
+        band = empty;
+        return 1.0;
+    });
+    EXPECT_LE(band.size(), 1);
+}
+
 /// Up to where the march spread, band and dense grid hold the same distances, after any number of steps.
 TEST(VolumeBandMotion, IsThatOfTheDenseGridAsFarAsTheMarchSpreads) {
     for (const auto& [hx, hy, hz] : {std::array{1.0, 1.0, 1.0}, {0.5, 0.8, 0.6}}) {

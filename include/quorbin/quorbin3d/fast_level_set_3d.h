@@ -18,8 +18,9 @@ struct BandWorkspace;
 
 /// A level set on a narrow band around the zero surface, in a hash table of grid points: memory and time follow the area of the
 /// surface and not the volume. As on the band of two dimensions there is no extent and no face, coordinates may be negative, a
-/// point that is not stored reads as 0, and points are visited in the order of the hash. Each stored point takes about 60
-/// bytes, and about 100 more from the first operation on. Copies are deep.
+/// point that is not stored reads as 0, and points are visited in the order of the hash. Each stored point takes 70 to
+/// 90 bytes, and about 110 more from the first march on. Copies are deep. Not to be used from two threads at once, reading
+/// included: operations share what they work with.
 class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
  public:
     // Storage
@@ -100,7 +101,7 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
 
     /// One backward Euler step of φt = k Δφ + v · ∇φ + s over the time dt, by at most maxIterations Gauss-Seidel sweeps, until
     /// the residual's root mean square is below 1e-4. f(levelSet, x, y, z, k, vx, vy, vz, s) is called once an interior point
-    /// and finds 0 in all five, which are in world units; it sees the old field. A positive factor takes the forward
+    /// and finds 0 in all five, which are in world units; it sees the old field and must not add points. A positive factor takes the forward
     /// difference, the stable side, so that with k ≥ 0 the sweeps converge for every dt. Points that are not interior keep
     /// their values.
     void moveWithCurvatureImplicit(const boost::function<void(LevelSet3D*, int, int, int, double&, double&,
@@ -111,7 +112,8 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
 
     /// Replaces the band by the signed distance to its zero surface, in world units, by fast marching, first order. Stored
     /// afterwards is what the march reached: the points up to 2.1 · max(hx, hy, hz) from the surface and their neighbours. A
-    /// band without a surface becomes empty. About 0.3 µs a point.
+    /// band without a surface becomes empty; one with a spacing that is not positive and finite stays as it is. About 0.3 µs a
+    /// point. The number of points grows with how unequal the spacings are: the limit is many of the smallest.
     void ensureSignedDistanceFMM();
 
     /// Unsigned distance of a point from those of its neighbours whose state equals sign (1 outside, −1 inside), by the

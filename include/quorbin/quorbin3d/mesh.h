@@ -10,7 +10,7 @@
 
 /// The triangles of LevelSet3D::getTriangles in the same order, with one vertex for each grid edge that the surface crosses, so
 /// that the mesh is closed wherever the surface does not leave the grid. Grid-index units; all three vectors are emptied first.
-/// Slivers of no area remain where values are exactly 0.
+/// Slivers of no area remain where values are exactly 0. A field without extent has none; a band has an overload of its own.
 QUORBIN_EXPORT void getTrianglesUnique(const LevelSet3D& field, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles);
@@ -25,6 +25,10 @@ QUORBIN_EXPORT void getTrianglesUnique(const FastLevelSet3D& band, std::vector<b
 QUORBIN_EXPORT void getTrianglesCapped(const LevelSet3D& field, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles);
+
+/// A band has no faces to close it at.
+void getTrianglesCapped(const FastLevelSet3D& band, std::vector<brin::Vec3<double>>& vertices,
+                        std::vector<brin::Vec3<double>>& normals, std::vector<gpoint3>& triangles) = delete;
 
 /// Area of a mesh in world units, given the spacings; in grid-index units by default.
 QUORBIN_EXPORT double surfaceArea(const std::vector<brin::Vec3<double>>& vertices,

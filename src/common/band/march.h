@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
@@ -78,7 +79,8 @@ class BandMarch {
         }
         if (!spreads(distance)) allSpread_ = false;
     }
-    bool spreads(double distance) const { return !(distance > limit_); }
+    // A point without a distance has none to pass on.
+    bool spreads(double distance) const { return distance <= limit_ && distance < kNoDistance; }
 
     /// Whether every point that has become known on this side has looked at its neighbours. Those beyond the limit do not, so
     /// that from then on more neighbours may be new to a point than the one that looks at it.
@@ -190,10 +192,13 @@ class BandFrontFinder {
     BandFront front_;
 };
 
-/// Replaces the points of a band by those that a march from its zero crossing reaches, with their signed distances.
+/// Replaces the points of a band by those that a march from its zero crossing reaches, with their signed distances. Leaves it
+/// unchanged where a spacing is not positive and finite, so that a march would not end.
 template <class Estimator, class Reader, std::size_t dimensions, class FirstDistance>
 void marchBand(Reader& band, BandWorkspace<dimensions>& work, const std::array<double, dimensions>& h,
                FirstDistance firstDistance, typename BandStorage<dimensions>::Hash& points) {
+    for (const double spacing : h)
+        if (!(spacing > 0) || std::isinf(spacing)) return;
     BandMarch<dimensions, Estimator> marched(band.tiles(), work, h);
     const BandFront front =
         BandFrontFinder<Reader, BandMarch<dimensions, Estimator>, FirstDistance>(band, marched, firstDistance)
@@ -204,7 +209,7 @@ void marchBand(Reader& band, BandWorkspace<dimensions>& work, const std::array<d
     for (const int number : marched.known())
         work.result.push_back(
             BandStorage<dimensions>::entryOf(band.tiles().point(number), marched.signedDistance(number)));
-    replacePoints<dimensions>(points, work.result);
+    replacePoints<dimensions>(points, work.result, band.entries());
 }
 
 }  // namespace lset::detail

@@ -29,7 +29,7 @@ void moveBandAlongCurvature(Band& band, BandWorkspace<BandTraits<Band>::dimensio
             moved.push_back(entry);
             moved.back().value = dt * reader.curvature(place) + entry.value;
         });
-        replacePoints<dimensions>(points, moved);
+        replacePoints<dimensions>(points, moved, reader.entries());
     });
 }
 
@@ -48,12 +48,13 @@ double moveBandWithCurvature(Band& band, const Speed& f,
     double smallestLimit = kNoDistance;
     // Whatever the type, neighbours are asked for one by one: the callback may add points.
     const VirtualBandReader<Band> reader(band);
-    moves.reserve(reader.size());
+    moves.reserve(reader.entries().size());
     const auto storedValue = [&](const Place& p) {
         return std::apply([&](auto... c) { return points.find(c...); }, p);
     };
     reader.forEach([&](const auto&, const Place& place) {
-        if (!isInterior(reader, place)) return;
+        const bool isLeft = storedValue(place) != nullptr;  // where a callback has not taken it away
+        if (!isLeft || !isInterior(reader, place)) return;
         double limit = 0.0;
         const double rate = std::apply([&](auto... c) { return f(&band, c..., &limit); }, place);
         if (limit < smallestLimit) smallestLimit = limit;
@@ -84,7 +85,11 @@ struct BandIterate {
     double& value(std::size_t i) { return points[i].value; }
 };
 
-template <class Reader>
+/// What becomes of a neighbour of an interior point that is not among the points that were stored at first, since only a subclass
+/// says that it is there, or a callback has added it.
+enum class AbsentNeighbour { kEntersWithZero, kMakesPointNotInterior };
+
+template <AbsentNeighbour absent, class Reader>
 class BandIterateMaker {
  public:
     static constexpr std::size_t dimensions = Reader::dimensions;
@@ -95,15 +100,15 @@ class BandIterateMaker {
     /// Calls onInterior(point) for each interior point, once it is known.
     template <class OnInterior>
     Iterate make(OnInterior onInterior) {
-        iterate_.points.reserve(band_.size());
-        band_.forEach([&](const auto& entry, const auto& place) { indexOf(place, entry.value); });
+        iterate_.points.reserve(band_.entries().size());
+        band_.forEach([&](const auto& entry, const auto& place) { add(place, entry.value); });
         band_.forEach([&](const auto& entry, const auto& place) {
             if (!isInterior(band_, place)) return;
             typename Iterate::Interior point;
             point.at = BandStorage<dimensions>::pointOf(entry);
-            point.old = band_.get(place);
-            point.here = indexOf(place, 0);
-            findBeside<0>(place, point.beside);
+            if (!findBeside<0>(place, point.beside)) return;
+            point.old = band_.getNow(place);
+            point.here = indexOf(place);
             iterate_.interior.push_back(point);
             onInterior(point);
         });
@@ -113,24 +118,33 @@ class BandIterateMaker {
  private:
     using Place = typename Reader::Place;
 
-    /// A point that only a subclass says is there comes in with 0.
-    std::size_t indexOf(const Place& place, double value) {
-        constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+    std::size_t& indexOf(const Place& place) {
         const int number = band_.number(place);
         if (index_.size() < band_.tiles().size()) index_.resize(band_.tiles().size(), kNone);
-        std::size_t& found = index_[static_cast<std::size_t>(number)];
-        if (found == kNone) {
-            found = iterate_.points.size();
-            iterate_.points.push_back(BandStorage<dimensions>::entryOf(band_.tiles().point(number), value));
-        }
-        return found;
+        return index_[static_cast<std::size_t>(number)];
+    }
+
+    std::size_t add(const Place& place, double value) {
+        const auto point = band_.tiles().point(band_.number(place));
+        iterate_.points.push_back(BandStorage<dimensions>::entryOf(point, value));
+        return indexOf(place) = iterate_.points.size() - 1;
+    }
+
+    bool findNeighbour(const Place& place, std::size_t& found) {
+        found = indexOf(place);
+        if (found == kNone && absent == AbsentNeighbour::kEntersWithZero) found = add(place, 0);
+        return found != kNone;
     }
 
     template <std::size_t axis>
-    void findBeside(const Place& place, std::array<std::size_t, 2 * dimensions>& beside) {
-        beside[2 * axis] = indexOf(band_.template step<axis, 1>(place), 0);
-        beside[2 * axis + 1] = indexOf(band_.template step<axis, -1>(place), 0);
-        if constexpr (axis + 1 < dimensions) findBeside<axis + 1>(place, beside);
+    bool findBeside(const Place& place, std::array<std::size_t, 2 * dimensions>& beside) {
+        if (!findNeighbour(band_.template step<axis, 1>(place), beside[2 * axis]) ||
+            !findNeighbour(band_.template step<axis, -1>(place), beside[2 * axis + 1]))
+            return false;
+        if constexpr (axis + 1 < dimensions) return findBeside<axis + 1>(place, beside);
+        return true;
     }
 
     Reader& band_;
@@ -138,7 +152,7 @@ class BandIterateMaker {
     std::vector<std::size_t> index_;  // among the points, by number
 };
 
-template <class Band, class OnInterior>
+template <AbsentNeighbour absent, class Band, class OnInterior>
 BandIterate<BandTraits<Band>::dimensions> makeBandIterate(Band& band,
                                                           BandWorkspace<BandTraits<Band>::dimensions>& work,
                                                           OnInterior onInterior) {
@@ -146,7 +160,7 @@ BandIterate<BandTraits<Band>::dimensions> makeBandIterate(Band& band,
     BandWorkspace<BandTraits<Band>::dimensions> taken;
     std::swap(taken, work);
     auto iterate = withBandReader(band, taken, [&](auto& reader, auto&) {
-        return BandIterateMaker<std::decay_t<decltype(reader)>>(reader).make(onInterior);
+        return BandIterateMaker<absent, std::decay_t<decltype(reader)>>(reader).make(onInterior);
     });
     std::swap(taken, work);
     return iterate;

@@ -12,10 +12,12 @@
 /// How algorithms read a band. A reader holds the stored points in their order and names each by a Place, from which the
 /// neighbours are a step away:
 ///
-///     forEach(visit)                    visit(entry, place) for each stored point
+///     entries()                         the stored points
+///     forEach(visit)                    visit(entry, place) for each of them
 ///     step<axis, by>(place)             the place one step (1 or -1) along an axis
 ///     have(place), get(place), curvature(place)
 ///     getToWrite(place)                 the same value, by the reference through which it is written
+///     getNow(place)                     the same value, if a callback may have changed it
 ///     number(place), tiles()            for what an algorithm keeps by points of its own
 namespace lset::detail {
 
@@ -41,7 +43,7 @@ class VirtualBandReader {
     void forEach(Visit visit) const {
         for (const auto& entry : inOrder_) visit(entry, Storage::pointOf(entry));
     }
-    std::size_t size() const { return inOrder_.size(); }
+    const std::vector<typename Storage::Entry>& entries() const { return inOrder_; }
 
     template <int axis, int by>
     Place step(Place p) const {
@@ -57,6 +59,7 @@ class VirtualBandReader {
     double getToWrite(const Place& p) const {
         return std::apply([&](auto... c) -> double { return band_(c...); }, p);
     }
+    double getNow(const Place& p) const { return get(p); }
     double curvature(const Place& p) const {
         return std::apply([&](auto... c) { return band_.getCurvature(c...); }, p);
     }
@@ -81,7 +84,7 @@ class TiledBandReader {
     using Spacings = std::array<double, dimensions>;
 
     TiledBandReader(const Band& band, BandWorkspace<dimensions>& work)
-        : work_(work), h_(BandTraits<Band>::spacings(band)) {
+        : work_(work), points_(band.points()), h_(BandTraits<Band>::spacings(band)) {
         work.copy(band.points());
     }
 
@@ -89,7 +92,7 @@ class TiledBandReader {
     void forEach(Visit visit) const {
         for (std::size_t i = 0; i < work_.numbers.size(); ++i) visit(work_.inOrder[i], work_.numbers[i]);
     }
-    std::size_t size() const { return work_.inOrder.size(); }
+    const std::vector<typename BandStorage<dimensions>::Entry>& entries() const { return work_.inOrder; }
 
     template <int axis, int by>
     Place step(Place p) const {
@@ -98,6 +101,10 @@ class TiledBandReader {
     bool have(Place p) const { return p != kNone && work_.isStored(p); }
     double get(Place p) const { return p == kNone ? 0.0 : work_.values[static_cast<std::size_t>(p)]; }
     double getToWrite(Place p) const { return get(p); }
+    double getNow(Place p) const {
+        const double* value = std::apply([&](auto... c) { return points_.find(c...); }, work_.tiles.point(p));
+        return value != nullptr ? *value : 0.0;
+    }
     double curvature(Place p) const {
         std::array<double, 2 * dimensions> beside;
         readBeside<0>(p, beside);
@@ -119,6 +126,7 @@ class TiledBandReader {
     }
 
     BandWorkspace<dimensions>& work_;
+    const typename BandStorage<dimensions>::Hash& points_;
     Spacings h_;
 };
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <tuple>
 #include <vector>
 
@@ -39,14 +40,27 @@ void copyInOrder(const BucketTable<Entry>& points, std::vector<Entry>& inOrder) 
     for (const auto& bucket : points.buckets) inOrder.insert(inOrder.end(), bucket.begin(), bucket.end());
 }
 
-/// Replaces the points of a hash by others, none of which may occur twice.
 template <std::size_t dimensions>
-void replacePoints(typename BandStorage<dimensions>::Hash& points,
-                   const std::vector<typename BandStorage<dimensions>::Entry>& inOrder) {
+void setPoints(typename BandStorage<dimensions>::Hash& points,
+               const std::vector<typename BandStorage<dimensions>::Entry>& inOrder) {
     points.clear();
     for (const auto& entry : inOrder)
         std::apply([&](auto... c) -> double& { return points.add(c...); },
                    BandStorage<dimensions>::pointOf(entry)) = entry.value;
+}
+
+/// Replaces the points of a hash, which are before, by others, none of which may occur twice. Where there is not enough memory
+/// the hash has its points again, for which its buckets have room.
+template <std::size_t dimensions>
+void replacePoints(typename BandStorage<dimensions>::Hash& points,
+                   const std::vector<typename BandStorage<dimensions>::Entry>& inOrder,
+                   const std::vector<typename BandStorage<dimensions>::Entry>& before) {
+    try {
+        setPoints<dimensions>(points, inOrder);
+    } catch (const std::bad_alloc&) {
+        setPoints<dimensions>(points, before);
+        throw;
+    }
 }
 
 /// What operations on a band work with: a copy of the band laid out by tiles, and lists. It is kept from one call to the

@@ -48,10 +48,12 @@ void seed(FullLevelSet2D& grid, const DenseReader2D& field, PointHash<double>& v
 }  // namespace
 
 void FastLevelSet2D::initTo(FullLevelSet2D& grid, int reinit) {
-    xSpace_ = grid.getXSpace();
-    ySpace_ = grid.getYSpace();
-    values_ = PointHash<double>(bucketCountFor(grid));
-    withReader(grid, [&](const auto& field) { seed(grid, field, values_); });
+    const double hx = grid.getXSpace(), hy = grid.getYSpace();
+    PointHash<double> seeded(bucketCountFor(grid));
+    withReader(grid, [&](const auto& field) { seed(grid, field, seeded); });
+    values_.swap(seeded);
+    xSpace_ = hx;
+    ySpace_ = hy;
     if (reinit != 0) ensureSignedDistanceFMM();
     std::printf(messages::kBandMade, size());
 }

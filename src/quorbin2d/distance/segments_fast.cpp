@@ -67,6 +67,6 @@ void FastLevelSet2D::ensureSignedDistance() {
             const double distance = std::sqrt(std::abs(point.value));
             point.value = point.value < 0 ? -distance : distance;
         }
-        replacePoints<2>(values_, reached);
+        replacePoints<2>(values_, reached, band.entries());
     });
 }

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <vector>
 
 #include "common/band/motion.h"
 #include "quorbin2d/differences/band_readers.h"
@@ -10,7 +11,8 @@ void FastLevelSet2D::moveWithCurvatureImplicit(
     int maxIterations) {
     constexpr double kTolerance = 0.0001;
     const double hx = getXSpace(), hy = getYSpace();
-    BandIterate<2> iterate = makeBandIterate(*this, *work_, [](const auto&) {});
+    BandIterate<2> iterate =
+        makeBandIterate<AbsentNeighbour::kEntersWithZero>(*this, *work_, [](const auto&) {});
     const double diagonal = (1 / (hx * hx) + 1 / (hy * hy)) * (2 * dt) + 1;
     double k = 0, vx = 0, vy = 0, s = 0;  // one set for all points: a callback must write all four
     for (int sweep = 0; sweep < maxIterations && !iterate.interior.empty(); ++sweep) {
@@ -31,5 +33,7 @@ void FastLevelSet2D::moveWithCurvatureImplicit(
         }
         if (std::sqrt(sum / static_cast<double>(iterate.interior.size())) < kTolerance) break;
     }
-    replacePoints<2>(values_, iterate.points);
+    std::vector<PointAnd<double>> before;
+    copyInOrder(values_, before);
+    replacePoints<2>(values_, iterate.points, before);
 }

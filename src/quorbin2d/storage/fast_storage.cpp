@@ -21,8 +21,8 @@ FastLevelSet2D::FastLevelSet2D(const FastLevelSet2D& other)
     : LevelSet2D(other), values_(other.values_), work_(std::make_unique<lset::detail::BandWorkspace<2>>()) {}
 
 FastLevelSet2D& FastLevelSet2D::operator=(const FastLevelSet2D& other) {
-    LevelSet2D::operator=(other);
     values_ = other.values_;
+    LevelSet2D::operator=(other);
     return *this;
 }
 

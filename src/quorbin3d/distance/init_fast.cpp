@@ -13,10 +13,11 @@ int bucketCountFor(const FullLevelSet3D& grid) {
     constexpr int kPrimes[] = {211,   401,   997,    1097,   1597,   1999,    3001,    3989,
                                4999,  6007,  7079,   8011,   9001,   9973,    11987,   24001,
                                48017, 96001, 192007, 384001, 768013, 1536011, 3072001, 6144001};
-    const long long w = grid.getWidth(), h = grid.getHeight(), d = grid.getDepth();
-    const long long part = (w * h + w * d + h * d) / 8;
+    const auto size = [](int n) { return static_cast<unsigned long long>(n > 0 ? n : 0); };
+    const unsigned long long w = size(grid.getWidth()), h = size(grid.getHeight()), d = size(grid.getDepth());
+    const unsigned long long part = (w * h + w * d + h * d) / 8;
     for (const int prime : kPrimes)
-        if (part < prime) return prime;
+        if (part < static_cast<unsigned long long>(prime)) return prime;
     return kPrimes[std::size(kPrimes) - 1];
 }
 
@@ -54,11 +55,13 @@ void seed(const DenseReader3D& field, Point3Hash<double>& values) {
 }  // namespace
 
 void FastLevelSet3D::initTo(const FullLevelSet3D& grid, int reinit) {
-    xSpace_ = grid.getXSpace();
-    ySpace_ = grid.getYSpace();
-    zSpace_ = grid.getZSpace();
-    values_ = Point3Hash<double>(bucketCountFor(grid));
-    withReader(grid, [&](const auto& field) { seed(field, values_); });
+    const double hx = grid.getXSpace(), hy = grid.getYSpace(), hz = grid.getZSpace();
+    Point3Hash<double> seeded(bucketCountFor(grid));
+    withReader(grid, [&](const auto& field) { seed(field, seeded); });
+    values_.swap(seeded);
+    xSpace_ = hx;
+    ySpace_ = hy;
+    zSpace_ = hz;
     if (reinit != 0) ensureSignedDistanceFMM();
-    std::printf(messages::kBandMade, size());
+    std::printf(messages::kBandMade, values_.size());
 }

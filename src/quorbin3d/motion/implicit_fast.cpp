@@ -44,13 +44,14 @@ void FastLevelSet3D::moveWithCurvatureImplicit(
     if (maxIterations <= 0) return;
     const double hx = getXSpace(), hy = getYSpace(), hz = getZSpace();
     std::vector<Equation> equations;
-    BandIterate<3> iterate = makeBandIterate(*this, *work_, [&](const auto& point) {
-        double k = 0, vx = 0, vy = 0, vz = 0, s = 0;
-        f(this, point.at[0], point.at[1], point.at[2], k, vx, vy, vz, s);
-        equations.push_back({point.old + dt * s,
-                             {(dt * k) / (hx * hx), (dt * k) / (hy * hy), (dt * k) / (hz * hz)},
-                             {(dt * vx) / hx, (dt * vy) / hy, (dt * vz) / hz}});
-    });
+    BandIterate<3> iterate =
+        makeBandIterate<AbsentNeighbour::kMakesPointNotInterior>(*this, *work_, [&](const auto& point) {
+            double k = 0, vx = 0, vy = 0, vz = 0, s = 0;
+            f(this, point.at[0], point.at[1], point.at[2], k, vx, vy, vz, s);
+            equations.push_back({point.old + dt * s,
+                                 {(dt * k) / (hx * hx), (dt * k) / (hy * hy), (dt * k) / (hz * hz)},
+                                 {(dt * vx) / hx, (dt * vy) / hy, (dt * vz) / hz}});
+        });
     const std::size_t count = equations.size();
     for (int sweep = 0; sweep < maxIterations && count > 0; ++sweep) {
         double sum = 0;
@@ -67,5 +68,7 @@ void FastLevelSet3D::moveWithCurvatureImplicit(
         }
         if (std::sqrt(sum / static_cast<double>(count)) < kTolerance) break;
     }
-    replacePoints<3>(values_, iterate.points);
+    std::vector<Point3And<double>> before;
+    copyInOrder(values_, before);
+    replacePoints<3>(values_, iterate.points, before);
 }
