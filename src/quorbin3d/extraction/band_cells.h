@@ -8,6 +8,9 @@
 
 namespace lset::detail {
 
+/// The corner where an edge begins (0) or ends (1).
+inline int cornerAt(int edge, int end) { return MarchingCubes::edges[edge][end]; }
+
 /// A cell of a band whose corners are all stored.
 template <class Place>
 struct BandCell3D {
@@ -55,8 +58,8 @@ class VirtualBandCrossings {
     void enterCell() {}
 
     Crossing at(const Cell& cell, int edge) const {
-        const GridPoint3D p = cell.corner(MarchingCubes::edges[edge][0]);
-        const GridPoint3D q = cell.corner(MarchingCubes::edges[edge][1]);
+        const GridPoint3D p = cell.corner(cornerAt(edge, 0));
+        const GridPoint3D q = cell.corner(cornerAt(edge, 1));
         Vec3 normal(0, 0, 0);
         const Vec3 vertex = band_.getPoint(p.x, p.y, p.z, q.x, q.y, q.z, &normal);
         return {vertex, unit(normal)};
@@ -77,7 +80,7 @@ class TiledBandCrossings {
 
     const Crossing& at(const Cell& cell, int edge) {
         return crossings_.at(edge, [&](int made) {
-            const int a = MarchingCubes::edges[made][0], b = MarchingCubes::edges[made][1];
+            const int a = cornerAt(made, 0), b = cornerAt(made, 1);
             const GridPoint3D p = cell.corner(a), q = cell.corner(b);
             Vec3 normal(0, 0, 0);
             const Vec3 vertex = zeroCrossing(

@@ -113,7 +113,7 @@ bool isTiff(const Bytes& bytes) {
 
 int tiffPages(const Bytes& bytes) {
     Source source{bytes};
-    return TIFFNumberOfDirectories(openTiff(source).get());
+    return static_cast<int>(TIFFNumberOfDirectories(openTiff(source).get()));
 }
 
 Volume readTiff(const Bytes& bytes) {
@@ -123,7 +123,7 @@ Volume readTiff(const Bytes& bytes) {
     Volume volume;
     volume.format = "TIFF";
     readSpacing(tiff.get(), volume);
-    const int pages = TIFFNumberOfDirectories(tiff.get());
+    const int pages = static_cast<int>(TIFFNumberOfDirectories(tiff.get()));
     // Compressed samples may be few bytes, but no more than a thousand to one.
     if (static_cast<double>(first.width) * first.height * pages * static_cast<double>(first.type.size) >
         1e4 * static_cast<double>(bytes.size()))
