@@ -43,10 +43,9 @@ TEST_F(VolumeFormats, CarryAFieldThereAndBack) {
     const auto at = told.find("\"volume\": ");
     ASSERT_NE(at, std::string::npos) << told;
     EXPECT_NEAR(std::strtod(told.c_str() + at + 10, nullptr), 4 / 3.0 * M_PI * 512, 40);
-    // Standard input is read once for what it is and once more for all of it.
+    // What cannot be read twice is looked at for what it is, and then read on.
     for (const std::string name : {"a.fl3d", "a.npy"}) {
         EXPECT_EQ(run("distance - -f -o b.npy < " + name), 0) << read("err");
-        EXPECT_EQ(run("info /dev/stdin < " + name + " | cat"), 0) << read("err");
         EXPECT_EQ(
             std::system(
                 ("cat " + folder + "/" + name + " | " QUORBIN_TOOL " info /dev/stdin >/dev/null").c_str()),

@@ -108,8 +108,7 @@ struct Smooth : FieldCommand {
         if (smoothing.onBand && implicit)
             refuse(
                 "{}: is a picture, and on a --band of one implicit steps solve another equation; leave out "
-                "--band or "
-                "--implicit",
+                "--band or --implicit",
                 input);
         Result result(*this, "fl2d");
         FullLevelSet2D levelSet;
@@ -133,8 +132,7 @@ struct Smooth : FieldCommand {
         if (implicit && !smoothing.onBand && hy != hz)
             refuse(
                 "{}: its spacings along y and z are {} and {}; implicit steps want equal ones, so leave out "
-                "--implicit or "
-                "add --band",
+                "--implicit or add --band",
                 input, hy, hz);
         const double cell = std::cbrt(hx * hy * hz) * std::cbrt(hx * hy * hz);
         smoothField(levelSet, smoothing.onBand ? time.value_or(cell) : 1, hx * hy);

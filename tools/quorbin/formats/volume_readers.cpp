@@ -100,8 +100,7 @@ Volume readAny(const std::string& path, const std::optional<RawLayout>& raw) {
     if (!isNifti(path, start))
         refuse(
             "is of no known volume format; give NIfTI, FL3D, FR3D, 3D NPY or TIFF, or say what raw samples "
-            "are by "
-            "--size and --type");
+            "are by --size and --type");
     if (isStream(path) || !hasNiftiName(path))
         refuse("seems to be NIfTI, which is read from files only whose names end in .nii or .nii.gz");
     return readNifti(path);

@@ -1,8 +1,10 @@
 #include <nifti2_io.h>
 #include <zlib.h>
 
-#include <cmath>
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include "failure.h"
