@@ -101,7 +101,7 @@ struct BucketTable {
     GrowArray<GrowArray<Entry>> buckets;  ///< as many as bucketCount
 
     /// An empty table of max(count, 1) buckets.
-    explicit BucketTable(int count) : bucketCount(std::max(count, 1)) {
+    BucketTable(int count) : bucketCount(std::max(count, 1)) {
         buckets.data = new GrowArray<Entry>[static_cast<std::size_t>(bucketCount)];
         buckets.capacity = buckets.count = bucketCount;
     }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include "quorbin_export.h"
 
 namespace lset {
@@ -19,8 +17,10 @@ struct HeapNode {
 class QUORBIN_EXPORT Heap {
  public:
     /// A negative capacity counts as 0.
-    Heap(int capacity);  // NOLINT(google-explicit-constructor)
+    Heap(int capacity);
     ~Heap();
+    Heap(const Heap&) = delete;
+    void operator=(const Heap&) = delete;
 
     /// Empties the heap, and forgets what remove left behind (see there).
     void removeAll();
@@ -55,16 +55,18 @@ class QUORBIN_EXPORT Heap {
     void siftDown2(int slot);
 
     /// Ends the process with messages and status 0 if a child's value is smaller than its parent's.
+    void checkHeapProperty(char* description);
     void checkHeapProperty(const char* description);
     /// Ends the process with messages and status 0 if the position table is wrong. All heaps remember
     /// together the description of the last check that passed. In both, the description is printed as a
     /// format without arguments: %% prints %, anything else stands as it is.
+    void check(char* description);
     void check(const char* description);
     /// Prints "(id,value)," for every slot on one line.
     void print();
 
-    std::unique_ptr<int[]> positions;
-    std::unique_ptr<HeapNode[]> nodes;
+    int* positions;   ///< by id: the slot that holds it, −1 for none; owned
+    HeapNode* nodes;  ///< by slot: a node's children are at 2 · slot + 1 and the next; owned
     int count;
     int capacity;
 };

@@ -6,6 +6,7 @@
 
 #include "quorbin3d/level_set_3d.h"
 
+#include "quorbin2d/full_level_set_2d.h"
 #include "quorbin3d/full_level_set_3d.h"
 
 #include "quorbin3d/fast_level_set_3d.h"

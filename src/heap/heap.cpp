@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 #include "common/messages.h"
@@ -14,22 +15,30 @@ namespace lset {
 using namespace detail::messages;
 
 Heap::Heap(int capacityWanted) : count(0), capacity(std::max(capacityWanted, 0)) {
-    nodes = std::make_unique<HeapNode[]>(static_cast<std::size_t>(capacity));
-    removeAll();
+    const auto ids = static_cast<std::size_t>(capacity);
+    auto ownedNodes = std::make_unique<HeapNode[]>(ids);
+    positions = new int[ids];
+    nodes = ownedNodes.release();
+    std::fill_n(positions, capacity, -1);
 }
 
-Heap::~Heap() { count = capacity = 0; }
+Heap::~Heap() {
+    delete[] positions;
+    delete[] nodes;
+    positions = nullptr;
+    nodes = nullptr;
+    count = capacity = 0;
+}
 
 void Heap::removeAll() {
-    positions = std::make_unique<int[]>(static_cast<std::size_t>(capacity));
-    std::fill_n(positions.get(), capacity, -1);
-    std::fill_n(nodes.get(), capacity, HeapNode{0, 0.0});
+    std::fill_n(positions, capacity, -1);
+    std::fill_n(nodes, capacity, HeapNode{0, 0.0});
     count = 0;
 }
 
 int Heap::insert(int id, double value) {
-    HeapNode* const node = nodes.get();
-    int* const position = positions.get();
+    HeapNode* const node = nodes;
+    int* const position = positions;
     if (id < 0 || id >= capacity) return 1;
     if (position[id] != -1) {
         std::printf(kAlreadyInHeap);
@@ -43,8 +52,8 @@ int Heap::insert(int id, double value) {
 }
 
 int Heap::remove(double* value) {
-    HeapNode* const node = nodes.get();
-    int* const position = positions.get();
+    HeapNode* const node = nodes;
+    int* const position = positions;
     *value = -1.0;
     if (count < 1) return -1;
     const int id = node[0].id;
@@ -57,8 +66,8 @@ int Heap::remove(double* value) {
 }
 
 void Heap::update(int id, double value, int flag) {
-    HeapNode* const node = nodes.get();
-    int* const position = positions.get();
+    HeapNode* const node = nodes;
+    int* const position = positions;
     if (!exists(id)) detail::failUpdateOfAbsent(id, value);
     const int slot = position[id];
     if (slot >= count) {
@@ -78,18 +87,18 @@ void Heap::update(int id, double value, int flag) {
         siftDown2(slot);
 }
 
-bool Heap::exists(int id) { return id >= 0 && id < capacity && positions.get()[id] != -1; }
+bool Heap::exists(int id) { return id >= 0 && id < capacity && positions[id] != -1; }
 
 double Heap::get(int id) {
     assert(exists(id));
-    return nodes.get()[positions.get()[id]].value;
+    return nodes[positions[id]].value;
 }
 
 int Heap::peek() { return count < 1 ? -1 : nodes[0].id; }
 
 void Heap::siftup(int slot) {
-    HeapNode* const node = nodes.get();
-    int* const position = positions.get();
+    HeapNode* const node = nodes;
+    int* const position = positions;
     if (slot < 0 || slot >= count) return;
     for (int parent = (slot - 1) / 2; node[parent].value > node[slot].value; parent = (slot - 1) / 2) {
         std::swap(node[parent], node[slot]);
@@ -113,8 +122,8 @@ int smallerChild(const HeapNode* node, int slot, int count) {
 }  // namespace
 
 void Heap::siftDown(int slot) {
-    HeapNode* const node = nodes.get();
-    int* const position = positions.get();
+    HeapNode* const node = nodes;
+    int* const position = positions;
     if (slot < 0 || slot >= count) return;
     const HeapNode moving = node[count - 1];
     int hole = slot;
@@ -130,8 +139,8 @@ void Heap::siftDown(int slot) {
 }
 
 void Heap::siftDown2(int slot) {
-    HeapNode* const node = nodes.get();
-    int* const position = positions.get();
+    HeapNode* const node = nodes;
+    int* const position = positions;
     if (slot < 0 || slot >= count) return;
     while (hasChild(slot, count)) {
         const int child = smallerChild(node, slot, count);
@@ -144,7 +153,7 @@ void Heap::siftDown2(int slot) {
 }
 
 void Heap::print() {
-    HeapNode* const node = nodes.get();
+    HeapNode* const node = nodes;
     for (int slot = 0; slot < count; ++slot) std::printf(kHeapEntry, node[slot].id, node[slot].value);
     std::putchar('\n');
 }

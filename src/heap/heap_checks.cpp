@@ -35,8 +35,10 @@ std::string expand(const char* description) {
 
 }  // namespace
 
+void Heap::checkHeapProperty(char* description) { checkHeapProperty(static_cast<const char*>(description)); }
+
 void Heap::checkHeapProperty(const char* description) {
-    const HeapNode* const node = nodes.get();
+    const HeapNode* const node = nodes;
     int faults = 0;
     const auto report = [&](int shownSlot, int child, int slot) {
         std::printf(kHeapOrderRule);
@@ -55,13 +57,15 @@ void Heap::checkHeapProperty(const char* description) {
     }
 }
 
+void Heap::check(char* description) { check(static_cast<const char*>(description)); }
+
 void Heap::check(const char* description) {
     static char lasts[1024];
-    const HeapNode* const node = nodes.get();
+    const HeapNode* const node = nodes;
     int faults = 0;
     for (int slot = 0; slot < count; ++slot) {
         const int id = node[slot].id;
-        const int position = id >= 0 && id < capacity ? positions.get()[id] : -1;
+        const int position = id >= 0 && id < capacity ? positions[id] : -1;
         if (position != slot) {
             std::fputs(expand(description).c_str(), stdout);
             std::printf(kPositionWrong, slot, id, position, slot);

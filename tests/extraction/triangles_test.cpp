@@ -2,6 +2,7 @@
 #include <cmath>
 #include <map>
 #include <set>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -31,6 +32,7 @@ using EdgePairs = std::multiset<std::pair<int, int>>;
 /// The lines in which the surface of a case meets the faces: between two crossings, or around each inside corner where the
 /// corners of a face alternate.
 EdgePairs linesOnFaces(int cell) {
+    using namespace MarchingCubes;  // a namespace, not a class
     EdgePairs lines;
     const auto inside = [&](int c) { return (cell >> c & 1) != 0; };
     for (const auto& face : kFaces) {
@@ -134,6 +136,30 @@ TEST(Triangles, AreTheSameBitsOnBothPathsAndCellByCell) {
             ASSERT_TRUE((triangles[t] == gpoint3{first, first + 1, first + 2}));
         }
     });
+}
+
+/// Remembers in which order its sizes are asked for.
+struct AskedForSizes : FullLevelSet3D {
+    mutable std::string asked;
+    int getWidth() const override { return asked += 'w', FullLevelSet3D::getWidth(); }
+    int getHeight() const override { return asked += 'h', FullLevelSet3D::getHeight(); }
+    int getDepth() const override { return asked += 'd', FullLevelSet3D::getDepth(); }
+    // Those of the grid ask for a size too.
+    double getDxCentral(int, int, int) const override { return 0; }
+    double getDyCentral(int, int, int) const override { return 0; }
+    double getDzCentral(int, int, int) const override { return 0; }
+};
+
+TEST(Triangles, ReadDepthHeightAndWidthOnce) {
+    for (const Size3D size : {Size3D{4, 3, 3}, {4, 3, 1}, {0, 0, 0}}) {
+        AskedForSizes grid;
+        fill(grid, size, [](int x, int, int) { return x - 1.5; });
+        Vectors vertices, normals;
+        std::vector<gpoint3> triangles;
+        grid.asked.clear();
+        grid.getTriangles(vertices, normals, triangles);
+        EXPECT_EQ(grid.asked, "dhw");
+    }
 }
 
 TEST(Triangles, OfABallLieOnItWithNormalsOutwards) {

@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -48,10 +49,44 @@ TEST_F(VolumeFile, ComesBackTheSame) {
         ASSERT_EQ(bits(back), bits(grid));
         ASSERT_EQ(back.getZSpace(), grid.getZSpace());
     });
-    FullLevelSet3D empty, back;
-    ASSERT_TRUE(empty.save(path.c_str()));
-    EXPECT_EQ(content().size(), 44U);
-    EXPECT_TRUE(load(back));
+    for (const Size3D size : {Size3D{0, 0, 0}, {5, 0, 7}, {1, 0, 0}, {0, 3, 2}}) {
+        FullLevelSet3D empty, back;
+        empty.init(size.width, size.height, size.depth, 1, 2, 3);
+        ASSERT_TRUE(empty.save(path.c_str()));
+        EXPECT_EQ(content(), header("FR3D", size.width, size.height, size.depth) + "byte");
+        ASSERT_TRUE(load(back));
+        EXPECT_EQ(back.getWidth() + back.getDepth(), size.width + size.depth);
+    }
+}
+
+/// Reports more points than it stores.
+struct Boaster : FullLevelSet3D {
+    int width = 3;
+    int getWidth() const override { return width; }
+};
+
+TEST_F(VolumeFile, IsNotWrittenWhereASubclassReportsMoreThanItStores) {
+    Boaster grid;
+    grid.init(2, 2, 2, 1, 1, 1);
+    for (const int width : {3, -1, INT_MAX}) {
+        grid.width = width;
+        EXPECT_FALSE(grid.save(path.c_str()));
+    }
+    grid.width = 1;
+    EXPECT_TRUE(grid.save(path.c_str()));
+}
+
+TEST_F(VolumeFile, IsReadFromAPipeNoFurtherThanItsLastRun) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const std::string bytes = header("FR3D", 2, 1, 1) + std::string("byte\1\1\0\0\0\xff\1\0\0\0", 14);
+    ASSERT_EQ(::write(ends[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    path = "/dev/fd/" + std::to_string(ends[0]);  // the writer stays open: a read too many would never end
+    FullLevelSet3D grid;
+    EXPECT_TRUE(load(grid));
+    EXPECT_EQ(grid.get(1, 0, 0), -1.0);
+    close(ends[0]);
+    close(ends[1]);
 }
 
 TEST_F(VolumeFile, OfAMaskIsRunsOfBytes) {

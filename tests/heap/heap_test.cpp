@@ -75,6 +75,18 @@ TEST(Heap, UpdateMovesBothWaysAndAFlagForbidsADecrease) {
     heap.check("after updates");
 }
 
+TEST(Heap, ShowsItsArraysAsPlainPointers) {
+    Heap heap = 4;
+    heap.insert(2, 1.0);
+    int* p = heap.positions;
+    lset::HeapNode* n = heap.nodes;
+    EXPECT_EQ(p[2], 0);
+    EXPECT_EQ(n[0].id, 2);
+    char description[] = "written to";
+    heap.check(description);
+    heap.checkHeapProperty(description);
+}
+
 TEST(Heap, PrintsItsSlots) {
     Heap heap(8);
     heap.insert(5, 2.4);

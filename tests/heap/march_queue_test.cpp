@@ -45,7 +45,7 @@ TEST(MarchQueue, KeepsTheOrderOfTheIndexedHeapUnderRandomOperations) {
             ASSERT_EQ(static_cast<int>(queue.size()), heap.count);
         }
         for (int slot = 0; slot < heap.count; ++slot)
-            ASSERT_EQ(queue.id(static_cast<std::size_t>(slot)), heap.nodes.get()[slot].id);
+            ASSERT_EQ(queue.id(static_cast<std::size_t>(slot)), heap.nodes[slot].id);
     }
 }
 

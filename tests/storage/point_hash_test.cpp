@@ -15,7 +15,7 @@ TEST(PointHash, FindsOrAddsAndNeverMixesUpPointsOfOneBucket) {
     EXPECT_EQ(*hash.find(1027, -5), 5.0);
     EXPECT_EQ(hash.size(), 2);
 
-    PointHash<char> flags(10);
+    PointHash<char> flags = 10;
     flags(-1, 0) = 7;  // 4294967295 mod 10
     EXPECT_EQ(flags.buckets[5].count, 1);
     EXPECT_EQ(flags.buckets[5][0].x, -1);

@@ -60,6 +60,23 @@ TEST(Volume, VisitsEveryPointLayerByLayer) {
     EXPECT_EQ(count, 12);
 }
 
+/// Counts what is written through its slot, and lies about its sizes.
+struct Canvas : FullLevelSet2D {
+    int writes = 0;
+    double& operator()(int x, int y) override { return ++writes, FullLevelSet2D::operator()(x, y); }
+    int getWidth() const override { return 77; }
+    void release() override {}
+};
+
+TEST(Volume, WritesPlanesThroughTheSlotWhateverSizesItReports) {
+    FullLevelSet3D grid;
+    fill(grid, {3, 4, 5}, [](int x, int y, int z) { return x + 10 * y + 100 * z; });
+    Canvas plane;
+    for (int again = 0; again < 2; ++again) ASSERT_TRUE(grid.getXPlane(2, plane, false));
+    EXPECT_EQ(plane.writes, 2 * 20);
+    EXPECT_EQ(plane.get(3, 4), 432);
+}
+
 TEST(Volume, GivesPlanesWithTheTwoOtherAxes) {
     FullLevelSet3D grid;
     fill(

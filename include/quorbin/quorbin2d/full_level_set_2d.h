@@ -11,6 +11,8 @@
 #include "../brin/image.h"
 #include "level_set_2d.h"
 
+class FullLevelSet3D;
+
 /// A level set on a dense grid of width × height doubles.
 ///
 /// A coordinate outside the grid is mirrored once: c < 0 reads |c| (−1 reads 1), and where |c| ≥ n it reads
@@ -155,6 +157,8 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     brin::Image<unsigned char> getBinaryImage() const;
 
  private:
+    friend class FullLevelSet3D;  // which cuts planes
+
     // Memory from calloc costs nothing until it is touched, which a header that lies about its size never
     // does.
     struct Free {

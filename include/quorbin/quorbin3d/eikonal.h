@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../quorbin2d/eikonal.h"
 #include "../quorbin_export.h"
 
 /// Unsigned distance of a grid point from its neighbours, by the eikonal quadratic: the smallest over three neighbours on

@@ -46,8 +46,8 @@ class QUORBIN_EXPORT FullLevelSet3D : public LevelSet3D {
     void forEachWithNeigh(void (*f)(int, int, int, double&)) override;
 
     /// Writes the plane at a fixed coordinate into out, whose x and y are the two other axes in their order; makes it a signed
-    /// distance if reinit. False, with out unchanged, for a coordinate outside the grid; false, with out empty, where the plane
-    /// does not fit into memory.
+    /// distance if reinit. False, with out unchanged, for a coordinate outside the grid and where the plane does not fit into
+    /// memory.
     bool getXPlane(int x, FullLevelSet2D& out, bool reinit) const;
     bool getYPlane(int y, FullLevelSet2D& out, bool reinit) const;
     bool getZPlane(int z, FullLevelSet2D& out, bool reinit) const;

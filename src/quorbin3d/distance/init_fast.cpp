@@ -49,7 +49,7 @@ void seed(const DenseReader3D& field, Point3Hash<double>& values) {
             values(p.x, p.y, p.z) = field.getInGrid(p.x, p.y, p.z);
         }
     };
-    forEachMixedCell(field, &SignRow::flagPositive, visit, [](int) {});
+    forEachMixedCell(field, &SignRow::flagPositive, visit, [](int, int) {});
 }
 
 }  // namespace

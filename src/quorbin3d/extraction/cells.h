@@ -17,7 +17,7 @@ constexpr int kCornerY[8] = {0, 0, 1, 1, 0, 0, 1, 1};
 constexpr int kCornerZ[8] = {0, 0, 0, 0, 1, 1, 1, 1};
 
 /// Visits the cells that the surface crosses, row by row, layer by layer: visit(x, y, z, case). Every corner is read through
-/// its slot. endLayer(z) follows the cells between the layers z and z + 1.
+/// its slot. Its sizes are read once. endLayer(done, all) follows each layer of cells.
 template <class Visit, class EndLayer>
 void forEachCrossedCell(const VirtualReader3D& field, Visit visit, EndLayer endLayer) {
     const int depth = field.depth(), height = field.height(), width = field.width();
@@ -29,7 +29,7 @@ void forEachCrossedCell(const VirtualReader3D& field, Visit visit, EndLayer endL
                     if (field.get(x + kCornerX[c], y + kCornerY[c], z + kCornerZ[c]) <= 0) cell |= 1 << c;
                 if (cell != 0 && cell != 255) visit(x, y, z, cell);
             }
-        endLayer(z);
+        endLayer(z + 1, depth - 1);
     }
 }
 
@@ -59,7 +59,7 @@ void forEachMixedCell(const DenseReader3D& field, void (SignRow::*flag)(const do
             });
         }
         lower.swap(upper);
-        endLayer(z);
+        endLayer(z + 1, depth - 1);
     }
 }
 

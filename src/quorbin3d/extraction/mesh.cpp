@@ -101,7 +101,7 @@ void getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices, st
         };
         forEachCrossedCell(
             reader, [&](int x, int y, int z, int cell) { addCell(mesh, shared, x, y, z, cell, makeVertex); },
-            [&](int) {
+            [&](int, int) {
                 shared.nextLayer();
                 gradients.nextLayer();
             });

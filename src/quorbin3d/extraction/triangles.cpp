@@ -68,7 +68,6 @@ void LevelSet3D::getTriangles(std::vector<Vec3>& vertices, std::vector<Vec3>& no
         auto crossings = crossingsOf(field);
         AppendBuffer<Vec3> newVertices(vertices), newNormals(normals);
         AppendBuffer<gpoint3> newTriangles(triangles);
-        const int layers = field.depth() - 1;
         const auto visit = [&](int x, int y, int z, int cell) {
             crossings.enterCell(x, y, z);
             const signed char* edge = MarchingCubes::lut[cell];
@@ -82,11 +81,11 @@ void LevelSet3D::getTriangles(std::vector<Vec3>& vertices, std::vector<Vec3>& no
                 newTriangles.next() = {first, first + 1, first + 2};
             }
         };
-        forEachCrossedCell(field, visit, [&](int z) {
+        forEachCrossedCell(field, visit, [&](int layersDone, int layers) {
             crossings.nextLayer();
-            newVertices.progress(z + 1, layers);
-            newNormals.progress(z + 1, layers);
-            newTriangles.progress(z + 1, layers);
+            newVertices.progress(layersDone, layers);
+            newNormals.progress(layersDone, layers);
+            newTriangles.progress(layersDone, layers);
         });
         newVertices.flush();
         newNormals.flush();

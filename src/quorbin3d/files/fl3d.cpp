@@ -17,6 +17,21 @@ constexpr char kRaw[4] = {'F', 'L', '3', 'D'}, kRuns[4] = {'F', 'R', '3', 'D'};
 /// Whether a run of bytes stands for the value. The tolerance is part of the format.
 bool isByte(double value) { return std::abs(value - 1) < 0.001 || std::abs(value + 1) < 0.001 || value == 0; }
 
+constexpr std::size_t kTooMany = SIZE_MAX;
+
+/// The number of points of a grid with these sizes, or kTooMany where it does not hold as many: a subclass may report other
+/// sizes than it stores, but not larger ones.
+std::size_t pointsWithin(std::size_t held, const std::int32_t (&sizes)[3]) {
+    if (std::any_of(sizes, sizes + 3, [](std::int32_t s) { return s < 0; })) return kTooMany;
+    if (std::count(sizes, sizes + 3, 0) > 0) return 0;
+    std::size_t points = 1;
+    for (const std::int32_t s : sizes) {
+        if (points > held / static_cast<std::size_t>(s)) return kTooMany;
+        points *= static_cast<std::size_t>(s);
+    }
+    return points;
+}
+
 }  // namespace
 
 bool FullLevelSet3D::save(const char* path) const {
@@ -24,12 +39,8 @@ bool FullLevelSet3D::save(const char* path) const {
     if (!file) return false;
     const std::int32_t sizes[3] = {getWidth(), getHeight(), getDepth()};
     const double spacings[3] = {getXSpace(), getYSpace(), getZSpace()};
-    // A subclass may report other sizes than it stores, but not larger ones.
-    std::size_t points = 1;
-    for (const std::int32_t s : sizes) {
-        if (s < 0 || (s > 0 && points > size() / static_cast<std::size_t>(s))) return false;
-        points *= static_cast<std::size_t>(s);
-    }
+    const std::size_t points = pointsWithin(size(), sizes);
+    if (points == kTooMany) return false;
     const double* const values = values_.get();
     const bool inRuns = std::all_of(values, values + points, isByte);
     if (!file.write(inRuns ? kRuns : kRaw, 4) || !file.write(sizes, 3) || !file.write(spacings, 3))

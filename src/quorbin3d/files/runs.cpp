@@ -48,17 +48,13 @@ bool readRuns(double* values, std::size_t count, File& file) {
     std::puts(messages::kLoadingBinary);
     char tag[4] = {};
     if (!file.read(tag, sizeof tag) || std::memcmp(tag, kTag, sizeof tag) != 0) return false;
-    std::vector<char> block(kBlock);
-    std::size_t present = 0, next = 0;
-    for (std::size_t i = 0; i < count; next += kRunSize) {
-        if (next == present) {
-            present = file.readSome(block.data(), kBlock) / kRunSize * kRunSize;
-            next = 0;
-            if (present == 0) return false;
-        }
-        const auto value = static_cast<signed char>(block[next]);
+    for (std::size_t i = 0; i < count;) {
+        // No further than the last run that is needed: a pipe may have more to come, or nothing and stay open.
+        char run[kRunSize];
+        if (!file.read(run, kRunSize)) return false;
+        const auto value = static_cast<signed char>(run[0]);
         std::int32_t length;
-        std::memcpy(&length, &block[next + 1], sizeof length);
+        std::memcpy(&length, run + 1, sizeof length);
         if (length == 0) {
             std::printf(messages::kRunOfNone, "quorbin3d", 143, static_cast<int>(i), value,
                         static_cast<int>(count));

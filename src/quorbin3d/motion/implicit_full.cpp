@@ -43,7 +43,8 @@ void relax(const Row& row, int x, std::ptrdiff_t left, std::ptrdiff_t right, con
     if (weight.alongZ) neighbours = neighbours + weight.overY(row.above[x] + row.below[x]);
     const double residual = row.old[x] + neighbours - weight.diagonal * row.here[x];
     row.squares[x] = residual * residual;
-    row.here[x] = (row.old[x] + neighbours) / weight.diagonal;
+    // Both negated: where the sum is zero, that decides its sign.
+    row.here[x] = (-row.old[x] - neighbours) / -weight.diagonal;
 }
 
 /// Rows that follow each other, each a step behind the one before: every point sees the same values as one row after the other
