@@ -1,4 +1,4 @@
-#include "common/march_queue.h"
+#include "heap/march_queue.h"
 
 #include <heap.h>
 

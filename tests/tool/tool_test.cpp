@@ -16,7 +16,7 @@
 
 #include "commands/demo_picture.h"
 #include "commands/smooth.h"
-#include "support.h"
+#include "quorbin2d/dense_support.h"
 
 namespace {
 

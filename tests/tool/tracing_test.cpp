@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support.h"
+#include "quorbin2d/dense_support.h"
 
 namespace {
 

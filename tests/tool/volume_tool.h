@@ -13,7 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "volume_support.h"
+#include "quorbin3d/dense_support.h"
 
 /// Runs the tool on volumes, in a folder of its own.
 class VolumeTool : public testing::Test {

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-#include "common/band/readers.h"
+#include "band/differences/readers.h"
 #include "quorbin2d/differences/stencils.h"
 #include "quorbin2d/fast_level_set_2d.h"
 
@@ -23,7 +23,6 @@ struct BandTraits<FastLevelSet2D> {
     }
 };
 
-using BandWorkspace2D = BandWorkspace<2>;
 using VirtualBandReader2D = VirtualBandReader<FastLevelSet2D>;
 using TiledBandReader2D = TiledBandReader<FastLevelSet2D>;
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <typeinfo>
 
-#include "common/mirror.h"
+#include "common/storage/mirror.h"
 #include "quorbin2d/differences/stencils.h"
 #include "quorbin2d/full_level_set_2d.h"
 
@@ -57,13 +57,14 @@ class DenseReader2D {
     double hx_, hy_;
 };
 
-/// Calls body with the reader that the exact type of the grid allows. Meant once a call, outside the loops.
+/// Calls body with the reader that the exact type of the level set allows. Meant once a call, outside the loops.
 template <class Body>
-decltype(auto) withReader(const FullLevelSet2D& grid, Body&& body) {
+decltype(auto) withReader(const LevelSet2D& levelSet, Body&& body) {
     // By address: comparing names costs more than reading a point. A second copy of the type in another
     // library would only be taken for a subclass.
-    if (&typeid(grid) == &typeid(FullLevelSet2D)) return body(DenseReader2D(grid));
-    return body(VirtualReader2D{grid});
+    if (&typeid(levelSet) == &typeid(FullLevelSet2D))
+        return body(DenseReader2D(static_cast<const FullLevelSet2D&>(levelSet)));
+    return body(VirtualReader2D{levelSet});
 }
 
 }  // namespace lset::detail

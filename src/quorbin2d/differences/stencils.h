@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/divide.h"
+#include "common/differences/divide.h"
 
 /// Difference formulas on anything that reads a field by get(x, y). A read is a statement: their order is
 /// fixed.

@@ -37,4 +37,16 @@ inline double firstDistance(const Cross2D& value, double hx, double hy) {
     return nearest.best;
 }
 
+/// The same for a point of a dense grid, read through a reader.
+template <class Reader>
+double firstDistanceOf(const Reader& field, int x, int y) {
+    Cross2D value{};
+    value.here = field.get(x, y);
+    value.up = y < field.height() - 1 ? field.get(x, y + 1) : value.here;
+    value.left = x > 0 ? field.get(x - 1, y) : value.here;
+    value.down = y > 0 ? field.get(x, y - 1) : value.here;
+    value.right = x < field.width() - 1 ? field.get(x + 1, y) : value.here;
+    return firstDistance(value, field.hx(), field.hy());
+}
+
 }  // namespace lset::detail

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "brin/vec.h"
-#include "common/sign_rows.h"
+#include "common/differences/sign_rows.h"
 #include "quorbin2d/differences/readers.h"
 #include "quorbin2d/extraction/crossing.h"
 

@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "common/file.h"
+#include "common/files/file.h"
 #include "quorbin2d/full_level_set_2d.h"
 
 using lset::detail::File;

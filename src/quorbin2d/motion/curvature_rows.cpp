@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "common/mirror.h"
+#include "common/storage/mirror.h"
 #include "quorbin2d/differences/stencils.h"
 
 namespace lset::detail {

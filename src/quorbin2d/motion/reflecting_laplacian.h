@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "common/cosine_transform.h"
+#include "solvers/cosine_transform.h"
 
 namespace lset::detail {
 

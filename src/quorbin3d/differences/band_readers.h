@@ -3,8 +3,8 @@
 #include <array>
 #include <cstddef>
 
-#include "common/band/readers.h"
-#include "common/divide.h"
+#include "band/differences/readers.h"
+#include "common/differences/divide.h"
 #include "quorbin3d/fast_level_set_3d.h"
 
 namespace lset::detail {

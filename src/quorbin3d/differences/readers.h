@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <typeinfo>
 
-#include "common/mirror.h"
+#include "common/storage/mirror.h"
 #include "quorbin3d/differences/stencils.h"
 #include "quorbin3d/full_level_set_3d.h"
 
@@ -16,6 +16,9 @@ struct VirtualReader3D {
     int width() const { return levelSet.getWidth(); }
     int height() const { return levelSet.getHeight(); }
     int depth() const { return levelSet.getDepth(); }
+    double hx() const { return levelSet.getXSpace(); }
+    double hy() const { return levelSet.getYSpace(); }
+    double hz() const { return levelSet.getZSpace(); }
     double get(int x, int y, int z) const { return levelSet.get(x, y, z); }
     double getInGrid(int x, int y, int z) const { return levelSet.get(x, y, z); }
     double curvature(int x, int y, int z) const { return levelSet.getCurvature(x, y, z); }

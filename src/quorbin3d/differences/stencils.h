@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/divide.h"
+#include "common/differences/divide.h"
 
 /// Difference formulas on anything that reads a field by get(x, y, z), along axis 0 (x), 1 (y) or 2 (z). A read is a statement:
 /// their order is fixed.

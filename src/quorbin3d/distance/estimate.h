@@ -1,9 +1,11 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <initializer_list>
 
 #include "common/states.h"
-#include "quorbin2d/distance/eikonal_quadratic.h"
+#include "quorbin3d/distance/eikonal_quadratic.h"
 
 namespace lset::detail {
 
@@ -25,43 +27,11 @@ constexpr Direction kSingles[6] = {kXPlus, kYPlus, kYMinus, kXMinus, kZPlus, kZM
 /// A candidate from here on is no distance.
 constexpr double kUsable = 1e10;
 
-/// The eikonal quadratic for neighbours on three axes, and for those on two, with what depends on the spacings alone formed
-/// once. The former is guarded, the latter not; callers take a running minimum.
-class EikonalQuadratics3D {
- public:
-    EikonalQuadratics3D(double hx, double hy, double hz)
-        : h_{hx, hy, hz},
-          w_{1.0 / (hx * hx), 1.0 / (hy * hy), 1.0 / (hz * hz)},
-          minusFourA_((w_[0] + w_[1] + w_[2]) * -4.0),
-          twiceA_((w_[0] + w_[1] + w_[2]) + (w_[0] + w_[1] + w_[2])),
-          pairs_{EikonalQuadratic2D(hx, hy), EikonalQuadratic2D(hx, hz), EikonalQuadratic2D(hy, hz)} {}
-
-    double triple(double a, double b, double c) const {
-        const double linear = (w_[0] * a + w_[1] * b + w_[2] * c) * -2.0;
-        const double constant = a * (w_[0] * a) + b * (w_[1] * b) + c * (w_[2] * c) - 1.0;
-        const double discriminant = linear * linear + constant * minusFourA_;
-        if (discriminant < 0) return kNoDistance;
-        const double t = (std::sqrt(discriminant) - linear) / twiceA_;
-        return t < 0 ? kNoDistance : t;
-    }
-
-    /// Of neighbours on two axes, the lower one first.
-    double pair(int lowerAxis, int higherAxis, double a, double b) const {
-        return pairs_[lowerAxis + higherAxis - 1](a, b);
-    }
-
-    double single(int axis, double a) const { return a + h_[axis]; }
-
- private:
-    double h_[3], w_[3];
-    double minusFourA_, twiceA_;
-    EikonalQuadratic2D pairs_[3];  // of the axes x y, x z, y z
-};
-
-enum class Source { kSingle, kPair, kTriple };
+/// From how many axes a tentative distance is.
+enum class Source3D { kSingle, kPair, kTriple };
 struct Estimate3D {
     double distance;
-    Source source;
+    Source3D source;
 };
 
 /// The known neighbours along one axis.
@@ -69,38 +39,43 @@ struct KnownAlongAxis {
     int count = 0;
     double distance[2];
 
-    void add(double d) { distance[count++] = d; }
+    /// Adds a distance unless it is null.
+    void add(const double* d) {
+        if (d != nullptr) distance[count++] = *d;
+    }
     const double* begin() const { return distance; }
     const double* end() const { return distance + count; }
 };
 
-/// Tentative distance of a point from those of its neighbours that are known, by direction. Candidates from three axes rule out
-/// those from two, and these the single ones, however near.
-inline Estimate3D estimateFrom(const bool (&known)[6], const double (&d)[6],
-                               const EikonalQuadratics3D& quadratics) {
+/// The neighbours of a point by direction: each null unless it is known, else its distance.
+using KnownNeighbours3D = std::array<const double*, 6>;
+
+/// Tentative distance of a point from those of its neighbours that are known. Candidates from three axes rule out those from
+/// two, and these the single ones, however near.
+inline Estimate3D estimateFrom(const KnownNeighbours3D& known, const EikonalQuadratics3D& quadratics) {
     KnownAlongAxis along[3];
     for (int direction = 0; direction < 6; ++direction)
-        if (known[direction]) along[axisOf(direction)].add(d[direction]);
+        along[axisOf(direction)].add(known[static_cast<std::size_t>(direction)]);
     RunningMin nearest;
     for (const double x : along[0])
         for (const double y : along[1])
             for (const double z : along[2]) nearest.offer(quadratics.triple(x, y, z));
-    if (nearest.best < kUsable) return {nearest.best, Source::kTriple};
+    if (nearest.best < kUsable) return {nearest.best, Source3D::kTriple};
     for (const int lower : {0, 1})
         for (int higher = lower + 1; higher < 3; ++higher)
             for (const double a : along[lower])
                 for (const double b : along[higher]) nearest.offer(quadratics.pair(lower, higher, a, b));
-    if (nearest.best < kUsable) return {nearest.best, Source::kPair};
+    if (nearest.best < kUsable) return {nearest.best, Source3D::kPair};
     for (const int axis : {0, 1, 2})
         for (const double a : along[axis]) nearest.offer(quadratics.single(axis, a));
-    return {nearest.best, Source::kSingle};
+    return {nearest.best, Source3D::kSingle};
 }
 
 /// The next tentative distance of a point once a neighbour along an axis, at the distance here, has become known. Only
 /// candidates that it is part of can be new; the minimum over the others is the last distance, unless that comes from fewer
 /// axes than are known now. The last distance must be usable; its source becomes that of the next.
 template <int axis>
-double improved(double last, Source& source, double here, const KnownAlongAxis& lower,
+double improved(double last, Source3D& source, double here, const KnownAlongAxis& lower,
                 const KnownAlongAxis& higher, const EikonalQuadratics3D& quadratics) {
     const auto pair = [&](int other, double there) {
         return axis < other ? quadratics.pair(axis, other, here, there)
@@ -112,21 +87,80 @@ double improved(double last, Source& source, double here, const KnownAlongAxis& 
             nearest.offer(axis == 0   ? quadratics.triple(here, l, h)
                           : axis == 1 ? quadratics.triple(l, here, h)
                                       : quadratics.triple(l, h, here));
-    if (source == Source::kTriple) return last > nearest.best ? nearest.best : last;
+    if (source == Source3D::kTriple) return last > nearest.best ? nearest.best : last;
     if (nearest.best < kUsable) {
-        source = Source::kTriple;
+        source = Source3D::kTriple;
         return nearest.best;
     }
     nearest = RunningMin();
     for (const double l : lower) nearest.offer(pair(axis == 0 ? 1 : 0, l));
     for (const double h : higher) nearest.offer(pair(axis == 2 ? 1 : 2, h));
-    if (source == Source::kPair) return last > nearest.best ? nearest.best : last;
+    if (source == Source3D::kPair) return last > nearest.best ? nearest.best : last;
     if (nearest.best < kUsable) {
-        source = Source::kPair;
+        source = Source3D::kPair;
         return nearest.best;
     }
     const double single = quadratics.single(axis, here);
     return last > single ? single : last;
 }
+
+/// The neighbours of a point under a march that are known on a side.
+template <class March, class Point>
+KnownNeighbours3D knownNeighbours(const March& march, const Point& p, int side) {
+    KnownNeighbours3D known;
+    known[kXMinus] = march.template known<0, -1>(p, side);
+    known[kXPlus] = march.template known<0, 1>(p, side);
+    known[kYMinus] = march.template known<1, -1>(p, side);
+    known[kYPlus] = march.template known<1, 1>(p, side);
+    known[kZMinus] = march.template known<2, -1>(p, side);
+    known[kZPlus] = march.template known<2, 1>(p, side);
+    return known;
+}
+
+/// Tentative distances for a march, dense or of a band.
+class Estimator3D {
+ public:
+    explicit Estimator3D(const std::array<double, 3>& h) : quadratics_(h[0], h[1], h[2]) {}
+
+    template <class March, class Point>
+    double reach(March& march, const Point& q, State side) const {
+        const Estimate3D estimate = estimateFrom(knownNeighbours(march, q, side), quadratics_);
+        march.keep(q, static_cast<int>(estimate.source));
+        return estimate.distance;
+    }
+
+    /// As long as all have spread, the neighbour that has just become known is the first.
+    template <int axis, int step, class March, class Point>
+    double reachFrom(March& march, const Point& q, State side) const {
+        if (!march.haveAllSpread()) return reach(march, q, side);
+        RunningMin nearest;
+        nearest.offer(quadratics_.single(axis, march.template distanceBeside<axis, step>(q)));
+        return nearest.best;
+    }
+
+    /// Then, too, only candidates that it is part of can be new (see improved).
+    template <int axis, int step, class March, class Point>
+    double improve(March& march, const Point& q, State side, double last) const {
+        if (!march.haveAllSpread() || !(last < kUsable)) return reach(march, q, side);
+        constexpr int kLower = axis == 0 ? 1 : 0, kHigher = axis == 2 ? 1 : 2;
+        auto source = static_cast<Source3D>(march.kept(q));
+        const double here = march.template distanceBeside<axis, step>(q);
+        const double next = improved<axis>(last, source, here, along<kLower>(march, q, side),
+                                           along<kHigher>(march, q, side), quadratics_);
+        march.keep(q, static_cast<int>(source));
+        return next;
+    }
+
+ private:
+    template <int axis, class March, class Point>
+    static KnownAlongAxis along(const March& march, const Point& q, State side) {
+        KnownAlongAxis known;
+        known.add(march.template known<axis, -1>(q, side));
+        known.add(march.template known<axis, 1>(q, side));
+        return known;
+    }
+
+    EikonalQuadratics3D quadratics_;
+};
 
 }  // namespace lset::detail

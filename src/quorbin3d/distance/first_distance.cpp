@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "common/states.h"
-#include "common/steps.h"
+#include "common/stepped.h"
 #include "quorbin3d/distance/estimate.h"
 #include "quorbin3d/distance/first_distance.h"
 
@@ -26,9 +26,25 @@ double firstDistance(double here, const double (&beside)[6], const double (&h)[3
         if (crosses[a] && crosses[b])
             nearest.offer(1.0 / std::sqrt(1.0 / (d[a] * d[a]) + 1.0 / (d[b] * d[b])));
     // Always, where the march takes single neighbours only without a pair.
-    for (const Direction s : {kXPlus, kYPlus, kYMinus, kXMinus, kZPlus, kZMinus})
+    for (const Direction s : kSingles)
         if (crosses[s]) nearest.offer(d[s]);
     return nearest.best;
+}
+
+double firstDistanceOf(const VirtualReader3D& field, int x, int y, int z) {
+    return field.levelSet.estimateDistanceInit(x, y, z);
+}
+
+double firstDistanceOf(const DenseReader3D& field, int x, int y, int z) {
+    const double here = field.getInGrid(x, y, z);
+    double beside[6];
+    beside[kXMinus] = x > 0 ? field.getInGrid(x - 1, y, z) : here;
+    beside[kXPlus] = x < field.width() - 1 ? field.getInGrid(x + 1, y, z) : here;
+    beside[kYMinus] = y > 0 ? field.getInGrid(x, y - 1, z) : here;
+    beside[kYPlus] = y < field.height() - 1 ? field.getInGrid(x, y + 1, z) : here;
+    beside[kZMinus] = z > 0 ? field.getInGrid(x, y, z - 1) : here;
+    beside[kZPlus] = z < field.depth() - 1 ? field.getInGrid(x, y, z + 1) : here;
+    return firstDistance(here, beside, {field.hx(), field.hy(), field.hz()});
 }
 
 }  // namespace lset::detail

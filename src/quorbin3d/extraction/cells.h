@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "common/sign_rows.h"
+#include "common/differences/sign_rows.h"
 #include "quorbin3d/differences/readers.h"
 #include "quorbin3d/extraction/crossing.h"
 #include "quorbin3d/marching_cubes.h"

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include "common/file.h"
+#include "common/files/file.h"
 #include "quorbin3d/files/runs.h"
 #include "quorbin3d/full_level_set_3d.h"
 

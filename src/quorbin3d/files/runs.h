@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "common/file.h"
+#include "common/files/file.h"
 
 namespace lset::detail {
 

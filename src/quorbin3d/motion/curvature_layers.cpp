@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <utility>
 
-#include "common/divide.h"
-#include "common/mirror.h"
+#include "common/differences/divide.h"
+#include "common/storage/mirror.h"
 #include "quorbin3d/differences/stencils.h"
 
 namespace lset::detail {

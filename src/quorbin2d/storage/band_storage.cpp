@@ -1,0 +1,41 @@
+#include "quorbin2d/fast_level_set_2d.h"
+
+#include "band/storage/workspace.h"
+
+namespace {
+
+/// Of a band that has not been made from a grid.
+constexpr int kFewBuckets = 211;
+
+}  // namespace
+
+FastLevelSet2D::FastLevelSet2D()
+    : values_(kFewBuckets), work_(std::make_unique<lset::detail::BandWorkspace<2>>()) {
+    xSpace_ = 1.0;
+    ySpace_ = 1.0;
+}
+
+FastLevelSet2D::~FastLevelSet2D() = default;
+
+FastLevelSet2D::FastLevelSet2D(const FastLevelSet2D& other)
+    : LevelSet2D(other), values_(other.values_), work_(std::make_unique<lset::detail::BandWorkspace<2>>()) {}
+
+FastLevelSet2D& FastLevelSet2D::operator=(const FastLevelSet2D& other) {
+    values_ = other.values_;
+    LevelSet2D::operator=(other);
+    return *this;
+}
+
+int FastLevelSet2D::getWidth() const { return -1; }
+int FastLevelSet2D::getHeight() const { return -1; }
+
+double FastLevelSet2D::get(int x, int y) const {
+    const double* value = values_.find(x, y);
+    return value != nullptr ? *value : 0.0;
+}
+
+double& FastLevelSet2D::operator()(int x, int y) { return values_(x, y); }
+
+bool FastLevelSet2D::have(int x, int y) const { return values_.find(x, y) != nullptr; }
+
+int FastLevelSet2D::size() const { return values_.size(); }
