@@ -6,6 +6,7 @@
 #include <typeinfo>
 #include <vector>
 
+#include "band/differences/stencils.h"
 #include "band/storage/workspace.h"
 #include "common/stepped.h"
 
@@ -25,7 +26,6 @@ namespace lset::detail {
 ///
 ///     dimensions
 ///     spacings(band)                    along each axis
-///     laplacian(here, beside, h)        the formula of getCurvature, with the neighbours after and before along each axis
 template <class Band>
 struct BandTraits;
 
@@ -106,9 +106,10 @@ class TiledBandReader {
         return value != nullptr ? *value : 0.0;
     }
     double curvature(Place p) const {
-        std::array<double, 2 * dimensions> beside;
-        readBeside<0>(p, beside);
-        return BandTraits<Band>::laplacian(get(p), beside, h_);
+        BandCross<dimensions> cross;
+        cross.here = get(p);
+        readBeside<0>(p, cross.beside);
+        return laplacian(cross, h_);
     }
 
     TiledPoints<dimensions>& tiles() { return work_.tiles; }

@@ -1,5 +1,6 @@
 #include <cstdio>
 
+#include "band/storage/bucket_count.h"
 #include "common/messages.h"
 #include "quorbin2d/differences/readers.h"
 #include "quorbin2d/extraction/cells.h"
@@ -10,12 +11,8 @@ using namespace lset::detail;
 namespace {
 
 int bucketCountFor(const FullLevelSet2D& grid) {
-    constexpr int kPrimes[] = {211,  401,  997,  1097, 1597, 1999, 3001, 3989,
-                               4999, 6007, 7079, 8011, 9001, 9973, 11987};
     const long long perimeter = 4 * (static_cast<long long>(grid.getWidth()) + grid.getHeight());
-    for (const int prime : kPrimes)
-        if (perimeter < prime) return prime;
-    return kPrimes[std::size(kPrimes) - 1];
+    return bucketCountAbove(perimeter, kBucketCountsOfPictures);
 }
 
 /// Stores the corners of the cells that the contour crosses.
@@ -42,7 +39,7 @@ void seed(FullLevelSet2D& grid, const DenseReader2D& field, PointHash<double>& v
         store(x + 1, y + 1);
         store(x, y + 1);
     };
-    forEachCrossedCell(field, grid.getWidth(), grid.getHeight(), visit, [](int) {});
+    forEachCrossedCell(field, grid.getWidth(), grid.getHeight(), visit, [](int, int) {});
 }
 
 }  // namespace

@@ -49,12 +49,11 @@ void FastLevelSet2D::ensureSignedDistance() {
         forEachBandCell<CornerOrder::kRightDiagonalAbove>(
             band, [&](const PointAnd<double>& corner, const auto&, const auto& cell, int caseOfCell) {
                 segments.clear();
-                const int* edge = MarchingSquares::lut[caseOfCell];
-                for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
-                    const brin::Vec2<double> start = cell.on(edge[0]);
-                    const brin::Vec2<double> end = cell.on(edge[1]);
+                forEachSegment(caseOfCell, [&](int from, int to) {
+                    const brin::Vec2<double> start = cell.on(from);
+                    const brin::Vec2<double> end = cell.on(to);
                     segments.emplace_back(start, end);
-                }
+                });
                 for (int down = -2; down <= 3; ++down)
                     for (int along = -2; along <= 3; ++along) {
                         const int x = stepped(corner.x, along), y = stepped(corner.y, down);

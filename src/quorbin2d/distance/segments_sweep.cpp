@@ -4,7 +4,6 @@
 
 #include "quorbin2d/extraction/cells.h"
 #include "quorbin2d/extraction/segment_distance.h"
-#include "quorbin2d/marching_squares.h"
 
 using namespace lset::detail;
 
@@ -23,15 +22,14 @@ class NearestSegments {
     template <class Reader>
     void addCell(const Reader& field, int x, int y, int caseOfCell) {
         const CellCrossings<Reader> crossings(field, x, y);
-        const int* edge = MarchingSquares::lut[caseOfCell];
-        for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
-            const brin::Vec2<double> start = crossings.on(edge[0]);
-            const brin::Vec2<double> end = crossings.on(edge[1]);
+        forEachSegment(caseOfCell, [&](int from, int to) {
+            const brin::Vec2<double> start = crossings.on(from);
+            const brin::Vec2<double> end = crossings.on(to);
             segments_.emplace_back(start, end);
             const auto index = static_cast<int>(segments_.size() - 1);
             for (const auto& [cx, cy] : {std::pair{x, y}, {x + 1, y}, {x, y + 1}, {x + 1, y + 1}})
                 offer(cx, cy, index);
-        }
+        });
     }
 
     void sweep() {
@@ -90,7 +88,8 @@ void addCells(FullLevelSet2D& grid, const VirtualReader2D& field, int width, int
 
 void addCells(FullLevelSet2D&, const DenseReader2D& field, int width, int height, NearestSegments& found) {
     forEachCrossedCell(
-        field, width, height, [&](int x, int y, int cell) { found.addCell(field, x, y, cell); }, [](int) {});
+        field, width, height, [&](int x, int y, int cell) { found.addCell(field, x, y, cell); },
+        [](int, int) {});
 }
 
 }  // namespace

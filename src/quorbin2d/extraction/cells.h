@@ -4,6 +4,7 @@
 #include "common/differences/sign_rows.h"
 #include "quorbin2d/differences/readers.h"
 #include "quorbin2d/extraction/crossing.h"
+#include "quorbin2d/marching_squares.h"
 
 namespace lset::detail {
 
@@ -12,8 +13,15 @@ inline int cellCase(bool corner0, bool corner1, bool corner2, bool corner3) {
     return int{corner0} | int{corner1} << 1 | int{corner2} << 2 | int{corner3} << 3;
 }
 
-/// Visits the cells that carry segments, row by row: visit(x, y, case). Every corner is read through its
-/// slot.
+/// Visits the segments of a case in their order: visit(start edge, end edge).
+template <class Visit>
+void forEachSegment(int caseOfCell, Visit visit) {
+    const int* edge = MarchingSquares::lut[caseOfCell];
+    for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) visit(edge[0], edge[1]);
+}
+
+/// Visits the cells that carry segments, row by row: visit(x, y, case). endRow(done, all) follows each row of cells. Every
+/// corner is read through its slot.
 template <class Visit, class EndRow>
 void forEachCrossedCell(const VirtualReader2D& field, int width, int height, Visit visit, EndRow endRow) {
     for (int y = 0; y < height - 1; ++y) {
@@ -25,7 +33,7 @@ void forEachCrossedCell(const VirtualReader2D& field, int width, int height, Vis
             const int cell = cellCase(corner0, corner1, corner2, corner3);
             if (cell != 0 && cell != 15) visit(x, y, cell);
         }
-        endRow(y + 1);
+        endRow(y + 1, height - 1);
     }
 }
 
@@ -41,7 +49,7 @@ void forEachCrossedCell(const DenseReader2D& field, int width, int height, Visit
             visit(x, y, cellCase(lower[x], lower[x + 1], upper[x + 1], upper[x]));
         });
         lower.swap(upper);
-        endRow(y + 1);
+        endRow(y + 1, height - 1);
     }
 }
 

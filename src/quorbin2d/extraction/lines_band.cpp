@@ -36,13 +36,12 @@ void FastLevelSet2D::getLines(Points& points, Segments& segments) {
     segments.clear();
     withBandReader(*this, *work_, [&](auto& band, BandWorkspace<2>&) {
         forEachBandCell<kOrder>(band, [&](const auto&, const auto&, const auto& cell, int caseOfCell) {
-            const int* edge = MarchingSquares::lut[caseOfCell];
-            for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
-                points.push_back(cell.on(edge[0]));
-                points.push_back(cell.on(edge[1]));
+            forEachSegment(caseOfCell, [&](int from, int to) {
+                points.push_back(cell.on(from));
+                points.push_back(cell.on(to));
                 const int count = static_cast<int>(points.size());
                 segments.emplace_back(count - 2, count - 1);
-            }
+            });
         });
     });
 }
@@ -52,22 +51,21 @@ void FastLevelSet2D::getLinesUnique(Points& points, Segments& segments) {
     segments.clear();
     withBandReader(*this, *work_, [&](auto& band, BandWorkspace<2>&) {
         PointsByEdge shared;
-        forEachBandCell<kOrder>(
-            band, [&](const auto&, const auto& corners, const auto& cell, int caseOfCell) {
-                const auto indexOn = [&](int edge) {
-                    int& index = shared.at(band, corners, edge);
-                    if (index == PointsByEdge::kNone) {
-                        index = static_cast<int>(points.size());
-                        points.push_back(cell.on(edge));
-                    }
-                    return index;
-                };
-                const int* edge = MarchingSquares::lut[caseOfCell];
-                for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
-                    const int start = indexOn(edge[0]);
-                    const int end = indexOn(edge[1]);
-                    segments.emplace_back(start, end);
-                }
-            });
+        forEachBandCell<kOrder>(band,
+                                [&](const auto&, const auto& corners, const auto& cell, int caseOfCell) {
+                                    const auto indexOn = [&](int edge) {
+                                        int& index = shared.at(band, corners, edge);
+                                        if (index == PointsByEdge::kNone) {
+                                            index = static_cast<int>(points.size());
+                                            points.push_back(cell.on(edge));
+                                        }
+                                        return index;
+                                    };
+                                    forEachSegment(caseOfCell, [&](int from, int to) {
+                                        const int start = indexOn(from);
+                                        const int end = indexOn(to);
+                                        segments.emplace_back(start, end);
+                                    });
+                                });
     });
 }

@@ -6,7 +6,6 @@
 #include "common/assertion.h"
 #include "common/extraction/append_buffer.h"
 #include "quorbin2d/extraction/cells.h"
-#include "quorbin2d/marching_squares.h"
 
 using namespace lset::detail;
 using Points = std::vector<brin::Vec2<double>>;
@@ -66,17 +65,16 @@ void FullLevelSet2D::getLines(Points& points, Segments& segments) const {
     withReader(*this, [&](const auto& field) {
         const auto visit = [&](int x, int y, int caseOfCell) {
             const CellCrossings<std::decay_t<decltype(field)>> cell(field, x, y);
-            const int* edge = MarchingSquares::lut[caseOfCell];
-            for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
-                newPoints.next() = cell.on(edge[0]);
-                newPoints.next() = cell.on(edge[1]);
+            forEachSegment(caseOfCell, [&](int from, int to) {
+                newPoints.next() = cell.on(from);
+                newPoints.next() = cell.on(to);
                 const int count = static_cast<int>(newPoints.size());
                 newSegments.next() = {count - 2, count - 1};
-            }
+            });
         };
-        forEachCrossedCell(field, width_, height_, visit, [&](int rowsDone) {
-            newPoints.progress(rowsDone, height_ - 1);
-            newSegments.progress(rowsDone, height_ - 1);
+        forEachCrossedCell(field, width_, height_, visit, [&](int rowsDone, int rows) {
+            newPoints.progress(rowsDone, rows);
+            newSegments.progress(rowsDone, rows);
         });
     });
     newPoints.flush();
@@ -92,17 +90,16 @@ void FullLevelSet2D::getLinesUnique(Points& points, Segments& segments) const {
     withReader(*this, [&](const auto& field) {
         const auto visit = [&](int x, int y, int caseOfCell) {
             const CellCrossings<std::decay_t<decltype(field)>> cell(field, x, y);
-            const int* edge = MarchingSquares::lut[caseOfCell];
-            for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) {
-                const int start = pointOn(cell, edge[0], shared.at(x, edge[0]), newPoints);
-                const int end = pointOn(cell, edge[1], shared.at(x, edge[1]), newPoints);
+            forEachSegment(caseOfCell, [&](int from, int to) {
+                const int start = pointOn(cell, from, shared.at(x, from), newPoints);
+                const int end = pointOn(cell, to, shared.at(x, to), newPoints);
                 newSegments.next() = {start, end};
-            }
+            });
         };
-        forEachCrossedCell(field, width_, height_, visit, [&](int rowsDone) {
+        forEachCrossedCell(field, width_, height_, visit, [&](int rowsDone, int rows) {
             shared.nextRow();
-            newPoints.progress(rowsDone, height_ - 1);
-            newSegments.progress(rowsDone, height_ - 1);
+            newPoints.progress(rowsDone, rows);
+            newSegments.progress(rowsDone, rows);
         });
     });
     newPoints.flush();

@@ -1,4 +1,3 @@
-#include <cmath>
 #include <cstddef>
 #include <unordered_map>
 
@@ -33,31 +32,6 @@ std::vector<std::vector<int>> getPolygons(std::vector<brin::Vec2<double>>&,
         if (c == i && polygon.size() >= 3) polygons.push_back(std::move(polygon));
     }
     return polygons;
-}
-
-double area(const std::vector<brin::Vec2<double>>& points, const std::vector<int>& polygon, double xSpace,
-            double ySpace) {
-    if (polygon.empty()) return 0.0;
-    const auto at = [&](std::size_t k) { return points[static_cast<std::size_t>(polygon[k])]; };
-    // Measured from one of its points, so that a small polygon far out loses no digits.
-    const brin::Vec2<double> origin = at(0);
-    double twice = 0.0;
-    for (std::size_t k = 2; k < polygon.size(); ++k) {
-        const brin::Vec2<double> a = at(k - 1) - origin, b = at(k) - origin;
-        twice += a.x * b.y - a.y * b.x;
-    }
-    return 0.5 * twice * xSpace * ySpace;
-}
-
-double length(const std::vector<brin::Vec2<double>>& points, const std::vector<int>& polygon, double xSpace,
-              double ySpace) {
-    double sum = 0.0;
-    for (std::size_t k = 0; k < polygon.size(); ++k) {
-        const auto& a = points[static_cast<std::size_t>(polygon[k])];
-        const auto& b = points[static_cast<std::size_t>(polygon[(k + 1) % polygon.size()])];
-        sum += std::hypot((b.x - a.x) * xSpace, (b.y - a.y) * ySpace);
-    }
-    return sum;
 }
 
 double distToSeg(brin::Vec2<double>& a, brin::Vec2<double>& b, brin::Vec2<double>& p, int* side) {

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "common/storage/mirror.h"
+#include "common/motion/explicit_row.h"
 #include "quorbin2d/differences/stencils.h"
 
 namespace lset::detail {
@@ -21,23 +21,13 @@ struct OldRows {
 };
 
 template <class OverX, class OverY>
-void stepRow(const OldRows& old, int width, double dt, OverX overX, OverY overY, double* __restrict next) {
-    const auto moved = [&](int x, int xm, int xp) {
+void stepCurvatureRow(const OldRows& old, int width, double dt, OverX overX, OverY overY,
+                      double* __restrict next) {
+    stepRow(width, old.ahead, next, [&](int x, int before, int after) {
         const double c = old.here[x];
-        const double curvature =
-            fivePoint(c * -2.0, old.here[xp], old.here[xm], old.above[x], old.below[x], overX, overY);
-        return c + dt * curvature;
-    };
-    // The hardware fetches ahead within a page only; a cache line holds eight values.
-    constexpr int kLine = 8;
-    next[0] = moved(0, mirror(-1, width), mirror(1, width));
-    int x = 1;
-    for (; x + kLine <= width - 1; x += kLine) {
-        __builtin_prefetch(old.ahead + x + kLine);
-        for (int k = x; k < x + kLine; ++k) next[k] = moved(k, k - 1, k + 1);
-    }
-    for (; x < width - 1; ++x) next[x] = moved(x, x - 1, x + 1);
-    if (width > 1) next[width - 1] = moved(width - 1, width - 2, width - 1);
+        return c + dt * fivePoint(c * -2.0, old.here[after], old.here[before], old.above[x], old.below[x],
+                                  overX, overY);
+    });
 }
 
 template <class OverX, class OverY>
@@ -52,7 +42,8 @@ void stepRows(double* values, double* saved, int width, int height, double dt, O
         std::copy_n(row(y), width, here);
         const double* lower = y > 0 ? below : height > 1 ? row(1) : here;
         const double* upper = y + 1 < height ? row(y + 1) : here;
-        stepRow({lower, here, upper, row(std::min(y + 2, height - 1))}, width, dt, overX, overY, row(y));
+        stepCurvatureRow({lower, here, upper, row(std::min(y + 2, height - 1))}, width, dt, overX, overY,
+                         row(y));
         std::swap(below, here);
     }
 }

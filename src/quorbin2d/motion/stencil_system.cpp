@@ -6,20 +6,9 @@
 #include <limits>
 
 #include "brin/sparse_matrix.h"
+#include "common/motion/reflected.h"
 
 namespace lset::detail {
-
-namespace {
-
-/// The neighbours of coordinate c on an axis of n points.
-struct Neighbours {
-    int before, after;
-    Neighbours(int c, int n) : before(c == 0 ? 1 : c - 1), after(c + 1 == n ? n - 2 : c + 1) {
-        if (n == 1) before = after = 0;
-    }
-};
-
-}  // namespace
 
 StencilSystem::StencilSystem(int width, int height)
     : width_(width),
@@ -30,18 +19,18 @@ void StencilSystem::multiply(const double* u, double* result) const {
     const auto width = static_cast<std::ptrdiff_t>(width_);
     const Row* row = rows_.data();
     for (int y = 0; y < height_; ++y) {
-        const Neighbours vertical(y, height_);
+        const Reflected vertical(y, height_);
         const double* const here = u + y * width;
         const double* const below = u + vertical.before * width;
         const double* const above = u + vertical.after * width;
-        const auto equation = [&](int x, int left, int right) {
+        const auto equation = [&](std::ptrdiff_t x, std::ptrdiff_t left, std::ptrdiff_t right) {
             const double alongX = row->left * here[left] + row->right * here[right];
             const double alongY = row->below * below[x] + row->above * above[x];
             *result++ = row->diagonal * here[x] + alongX + alongY;
             ++row;
         };
         const auto atEdge = [&](int x) {
-            const Neighbours horizontal(x, width_);
+            const Reflected horizontal(x, width_);
             equation(x, horizontal.before, horizontal.after);
         };
         atEdge(0);
@@ -76,14 +65,14 @@ void StencilSystem::solveDirectly(double* u) const {
             b.data()[i] = row.rightSide;
             A.get(i, i) = row.diagonal;
             if (width_ > 1) {
-                const Neighbours horizontal(x, width_);
-                A.get(i, y * width_ + horizontal.before) += row.left;
-                A.get(i, y * width_ + horizontal.after) += row.right;
+                const Reflected horizontal(x, width_);
+                A.get(i, y * width_ + static_cast<int>(horizontal.before)) += row.left;
+                A.get(i, y * width_ + static_cast<int>(horizontal.after)) += row.right;
             }
             if (height_ > 1) {
-                const Neighbours vertical(y, height_);
-                A.get(i, vertical.before * width_ + x) += row.below;
-                A.get(i, vertical.after * width_ + x) += row.above;
+                const Reflected vertical(y, height_);
+                A.get(i, static_cast<int>(vertical.before) * width_ + x) += row.below;
+                A.get(i, static_cast<int>(vertical.after) * width_ + x) += row.above;
             }
         }
     const brin::Matrix solution = brin::SparseMatrix::umfsolve(A, b);

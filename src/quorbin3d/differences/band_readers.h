@@ -4,7 +4,6 @@
 #include <cstddef>
 
 #include "band/differences/readers.h"
-#include "common/differences/divide.h"
 #include "quorbin3d/fast_level_set_3d.h"
 
 namespace lset::detail {
@@ -15,13 +14,6 @@ struct BandTraits<FastLevelSet3D> {
 
     static std::array<double, 3> spacings(const FastLevelSet3D& band) {
         return {band.getXSpace(), band.getYSpace(), band.getZSpace()};
-    }
-    static double laplacian(double here, const std::array<double, 6>& beside,
-                            const std::array<double, 3>& h) {
-        const double minusTwice = here * -2.0;
-        return ((beside[0] + minusTwice) + beside[1]) / (h[0] * h[0]) +
-               ((minusTwice + beside[2]) + beside[3]) / (h[1] * h[1]) +
-               ((minusTwice + beside[4]) + beside[5]) / (h[2] * h[2]);
     }
 };
 

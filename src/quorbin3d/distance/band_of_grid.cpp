@@ -1,6 +1,6 @@
 #include <cstdio>
-#include <iterator>
 
+#include "band/storage/bucket_count.h"
 #include "common/messages.h"
 #include "quorbin3d/extraction/cells.h"
 #include "quorbin3d/fast_level_set_3d.h"
@@ -10,15 +10,10 @@ using namespace lset::detail;
 namespace {
 
 int bucketCountFor(const FullLevelSet3D& grid) {
-    constexpr int kPrimes[] = {211,   401,   997,    1097,   1597,   1999,    3001,    3989,
-                               4999,  6007,  7079,   8011,   9001,   9973,    11987,   24001,
-                               48017, 96001, 192007, 384001, 768013, 1536011, 3072001, 6144001};
     const auto size = [](int n) { return static_cast<unsigned long long>(n > 0 ? n : 0); };
     const unsigned long long w = size(grid.getWidth()), h = size(grid.getHeight()), d = size(grid.getDepth());
-    const unsigned long long part = (w * h + w * d + h * d) / 8;
-    for (const int prime : kPrimes)
-        if (part < static_cast<unsigned long long>(prime)) return prime;
-    return kPrimes[std::size(kPrimes) - 1];
+    const unsigned long long eighth = (w * h + w * d + h * d) / 8;  // of half the faces; below 2⁶¹
+    return bucketCountAbove(static_cast<long long>(eighth), kBucketCountsOfVolumes);
 }
 
 /// Stores the corners of the cells that the surface crosses.

@@ -1,6 +1,6 @@
-#include "common/extraction/append_buffer.h"
 #include "quorbin3d/extraction/cells.h"
 #include "quorbin3d/extraction/gradients.h"
+#include "quorbin3d/extraction/triangle_soup.h"
 
 using namespace lset::detail;
 
@@ -61,41 +61,17 @@ KeptCrossings crossingsOf(const DenseReader3D& field) { return KeptCrossings(fie
 
 void LevelSet3D::getTriangles(std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
                               std::vector<gpoint3>& triangles) {
-    vertices.clear();
-    normals.clear();
-    triangles.clear();
+    TriangleSoup soup(vertices, normals, triangles);
     withReader(*this, [&](const auto& field) {
         auto crossings = crossingsOf(field);
-        AppendBuffer<Vec3> newVertices(vertices), newNormals(normals);
-        AppendBuffer<gpoint3> newTriangles(triangles);
         const auto visit = [&](int x, int y, int z, int cell) {
             crossings.enterCell(x, y, z);
-            const signed char* edge = MarchingCubes::lut[cell];
-            for (int t = 0; t < MarchingCubes::lut_sizes[cell]; ++t) {
-                const int first = static_cast<int>(newVertices.size());
-                for (int v = 0; v < 3; ++v, ++edge) {
-                    const Crossing& crossing = crossings.at(*edge);
-                    newVertices.next() = crossing.vertex;
-                    newNormals.next() = crossing.normal;
-                }
-                newTriangles.next() = {first, first + 1, first + 2};
-            }
+            soup.addCell(cell, [&](int edge) -> decltype(auto) { return crossings.at(edge); });
         };
         forEachCrossedCell(field, visit, [&](int layersDone, int layers) {
             crossings.nextLayer();
-            newVertices.progress(layersDone, layers);
-            newNormals.progress(layersDone, layers);
-            newTriangles.progress(layersDone, layers);
+            soup.progress(layersDone, layers);
         });
-        newVertices.flush();
-        newNormals.flush();
-        newTriangles.flush();
     });
-}
-
-Vec3 LevelSet3D::getPoint(int x1, int y1, int z1, int x2, int y2, int z2, Vec3* normal) const {
-    const double a = get(x1, y1, z1);
-    const double b = get(x2, y2, z2);
-    const VirtualReader3D field{*this};
-    return zeroCrossing({x1, y1, z1}, a, {x2, y2, z2}, b, normal, FreshGradients<VirtualReader3D>(field));
+    soup.flush();
 }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "common/differences/divide.h"
+#include "common/motion/explicit_row.h"
 #include "common/storage/mirror.h"
 #include "quorbin3d/differences/stencils.h"
 
@@ -23,24 +24,13 @@ struct OldRows {
 };
 
 template <class OverX, class OverY, class OverZ>
-void stepRow(const OldRows& old, int width, double dt, OverX overX, OverY overY, OverZ overZ,
-             double* __restrict next) {
-    const auto moved = [&](int x, int xm, int xp) {
+void stepCurvatureRow(const OldRows& old, int width, double dt, OverX overX, OverY overY, OverZ overZ,
+                      double* __restrict next) {
+    stepRow(width, old.ahead, next, [&](int x, int xm, int xp) {
         const double p = old.here[x];
-        const double curvature = sevenPoint(p, old.here[xp], old.here[xm], old.after[x], old.before[x],
-                                            old.above[x], old.below[x], overX, overY, overZ);
-        return p + dt * curvature;
-    };
-    // The hardware fetches ahead within a page only; a cache line holds eight values.
-    constexpr int kLine = 8;
-    next[0] = moved(0, mirror(-1, width), mirror(1, width));
-    int x = 1;
-    for (; x + kLine <= width - 1; x += kLine) {
-        __builtin_prefetch(old.ahead + x + kLine);
-        for (int k = x; k < x + kLine; ++k) next[k] = moved(k, k - 1, k + 1);
-    }
-    for (; x < width - 1; ++x) next[x] = moved(x, x - 1, x + 1);
-    if (width > 1) next[width - 1] = moved(width - 1, width - 2, width - 1);
+        return p + dt * sevenPoint(p, old.here[xp], old.here[xm], old.after[x], old.before[x], old.above[x],
+                                   old.below[x], overX, overY, overZ);
+    });
 }
 
 }  // namespace
@@ -67,7 +57,7 @@ void curvatureLayers(double* values, double* saved, Extent3D extent, double hx, 
                               upper + std::min(y + 2, height - 1) * stride};
             withDivision(
                 [&](auto overX, auto overY, auto overZ) {
-                    stepRow(old, extent.width, dt, overX, overY, overZ, next + y * stride);
+                    stepCurvatureRow(old, extent.width, dt, overX, overY, overZ, next + y * stride);
                 },
                 hx * hx, hy * hy, hz * hz);
         }

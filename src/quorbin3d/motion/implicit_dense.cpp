@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "common/motion/reflected.h"
 #include "quorbin3d/differences/readers.h"
 
 using namespace lset::detail;
@@ -17,14 +18,6 @@ struct Weights {
     Over overX, overY;  // divide by the squared spacings
     double diagonal;
     bool alongX, alongY, alongZ;
-};
-
-/// The neighbours of coordinate c on an axis of n points, reflected at both ends; on an axis of one point itself.
-struct Reflected {
-    std::ptrdiff_t before, after;
-    Reflected(int c, int n) : before(c - 1 < 0 ? 1 : c - 1), after(c + 1 >= n ? n - 2 : c + 1) {
-        if (n == 1) before = after = 0;
-    }
 };
 
 /// A row of the iterate under way, between its neighbours.

@@ -1,17 +1,8 @@
 #include "quorbin2d/marching_squares.h"
 
-#include "quorbin2d/extraction/crossing.h"
-#include "quorbin2d/level_set_2d.h"
-
 const int MarchingSquares::lut_size[16] = {0, 1, 1, 1, 1, 2, 1, 1, 1, 1, 2, 1, 1, 1, 1, 0};
 
 const int MarchingSquares::lut[16][4] = {{-1, -1, -1, -1}, {3, 0, -1, -1}, {0, 1, -1, -1}, {3, 1, -1, -1},  //
                                          {1, 2, -1, -1},   {3, 0, 1, 2},   {0, 2, -1, -1}, {3, 2, -1, -1},  //
                                          {2, 3, -1, -1},   {2, 0, -1, -1}, {0, 3, 2, 1},   {2, 1, -1, -1},  //
                                          {1, 3, -1, -1},   {1, 0, -1, -1}, {0, 3, -1, -1}, {-1, -1, -1, -1}};
-
-brin::Vec2<double> LevelSet2D::getPoint(int x0, int y0, int x1, int y1) const {
-    const double f0 = get(x0, y0);
-    const double f1 = get(x1, y1);
-    return lset::detail::zeroCrossing({double(x0), double(y0)}, f0, {double(x1), double(y1)}, f1);
-}
