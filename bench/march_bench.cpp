@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "fields.h"
-#include "textbook_march.h"
+#include "textbook/march.h"
 
 namespace {
 

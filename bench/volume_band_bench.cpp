@@ -1,20 +1,14 @@
 #include <vector>
 
 #include "blobs.h"
-#include "quiet.h"
 
 namespace {
-
-void initQuietly(FastLevelSet3D& band, const FullLevelSet3D& grid) {
-    quietly([&] { band.initTo(grid, 1); });
-}
 
 void volumeBandOfAGrid(benchmark::State& state) {
     FullLevelSet3D grid;
     fillBlobs(grid, static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        FastLevelSet3D band;
-        initQuietly(band, grid);
+        FastLevelSet3D band = quorbin::bandOf(grid);
         state.counters["points"] = band.size();
     }
 }
@@ -22,9 +16,7 @@ void volumeBandOfAGrid(benchmark::State& state) {
 FastLevelSet3D bandOfBlobs(const benchmark::State& state) {
     FullLevelSet3D grid;
     fillBlobs(grid, static_cast<int>(state.range(0)));
-    FastLevelSet3D band;
-    initQuietly(band, grid);
-    return band;
+    return quorbin::bandOf(grid);
 }
 
 void volumeBandCurvatureStep(benchmark::State& state) {
@@ -67,15 +59,14 @@ void volumeBandTwentySteps(benchmark::State& state) {
     FullLevelSet3D grid;
     fillBlobs(grid, static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        FastLevelSet3D band;
-        initQuietly(band, grid);
+        FastLevelSet3D band = quorbin::bandOf(grid);
         for (int step = 0; step < kSteps; ++step) {
             band.moveAlongCurvature();
             band.ensureSignedDistanceFMM();
         }
         std::vector<brin::Vec3<double>> vertices, normals;
         std::vector<gpoint3> triangles;
-        getTrianglesUnique(band, vertices, normals, triangles);
+        quorbin::getTrianglesUnique(band, vertices, normals, triangles);
         benchmark::DoNotOptimize(triangles.data());
         state.counters["points"] = band.size();
     }

@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "blobs.h"
-#include "textbook_march.h"
+#include "textbook/march.h"
 
 namespace {
 

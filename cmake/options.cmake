@@ -1,7 +1,6 @@
 # What every target of the project is compiled with. Results are the same to the last bit at every
 # optimisation level: no contraction to fused operations, and never -ffast-math.
 add_library(quorbin_options INTERFACE)
-target_compile_features(quorbin_options INTERFACE cxx_std_17)
 target_compile_options(quorbin_options INTERFACE
     -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wshadow
     $<$<BOOL:${QUORBIN_WARNINGS_AS_ERRORS}>:-Werror>)

@@ -1,6 +1,6 @@
-// How far the three distances are from the true one of a circle, and what they cost. The first two columns of errors are
-// largest ones: near the circle (within three samples), and anywhere.
-#include <quorbin2d.h>
+// How far the three distances are from the true one of a circle, and what they cost. The first two columns of
+// errors are largest ones: near the circle (within three samples), and anywhere.
+#include <quorbin.h>
 
 #include <algorithm>
 #include <chrono>
@@ -11,13 +11,13 @@ namespace {
 
 struct Method {
     const char* name;
-    void (FullLevelSet2D::*measure)();
+    void (quorbin::FullLevelSet2D::*measure)();
 };
 
 void printRow(const Method& method, int size) {
     const double radius = 0.3 * size, centre = 0.5 * size - 0.2;
     const auto distance = [=](int x, int y) { return std::hypot(x - centre, y - centre) - radius; };
-    FullLevelSet2D grid;
+    quorbin::FullLevelSet2D grid;
     grid.init(size, size, 1.0, 1.0);
     for (int y = 0; y < size; ++y)
         for (int x = 0; x < size; ++x) grid(x, y) = distance(x, y);
@@ -40,9 +40,10 @@ void printRow(const Method& method, int size) {
 }  // namespace
 
 int main() {
-    const Method methods[] = {{"ensureSignedDistanceFMM", &FullLevelSet2D::ensureSignedDistanceFMM},
-                              {"ensureSignedDistance", &FullLevelSet2D::ensureSignedDistance},
-                              {"ensureSignedDistanceBrute", &FullLevelSet2D::ensureSignedDistanceBrute}};
+    const Method methods[] = {
+        {"ensureSignedDistanceFMM", &quorbin::FullLevelSet2D::ensureSignedDistanceFMM},
+        {"ensureSignedDistance", &quorbin::FullLevelSet2D::ensureSignedDistance},
+        {"ensureSignedDistanceBrute", &quorbin::FullLevelSet2D::ensureSignedDistanceBrute}};
     std::printf("%-28s %5s   %8s   %8s   %8s   %6s\n", "", "size", "near", "anywhere", "mean", "ns/pt");
     for (const Method& method : methods)
         for (const int size : {64, 128, 256, 512}) printRow(method, size);

@@ -1,6 +1,6 @@
-// Finds a bright shape in a noisy picture: the outline moves outwards where the picture is more like the mean inside than
-// like the mean outside (Chan and Vese 2001), and by its curvature, which keeps it short.
-#include <quorbin2d.h>
+// Finds a bright shape in a noisy picture: the outline moves outwards where the picture is more like the mean
+// inside than like the mean outside (Chan and Vese 2001), and by its curvature, which keeps it short.
+#include <quorbin.h>
 
 #include <cmath>
 #include <cstdio>
@@ -9,7 +9,7 @@
 int main() {
     constexpr int kSize = 128;
     constexpr double kWeight = 0.2;
-    brin::Image<double> picture(kSize, kSize, 1);
+    quorbin::Image<double> picture(kSize, kSize, 1);
     std::mt19937 random(1);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
@@ -17,14 +17,14 @@ int main() {
             picture(x, y) = (isInShape ? 0.7 : 0.3) + 0.2 * (random() / 4294967296.0 - 0.5);
         }
 
-    FullLevelSet2D outline;
+    quorbin::FullLevelSet2D outline;
     outline.init(kSize, kSize, 1.0, 1.0);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x)
             outline(x, y) = std::hypot(x - 64.0, y - 64.0) - 50;  // <= 0 is inside
 
     double inside = 0, outside = 0;  // the means
-    const auto speed = [&](LevelSet2D* levelSet, int x, int y, double* limit) {
+    const auto speed = [&](quorbin::LevelSet2D* levelSet, int x, int y, double* limit) {
         const double grey = picture(x, y);
         const double force = (grey - inside) * (grey - inside) - (grey - outside) * (grey - outside);
         *limit = 1 / (4 * kWeight + 2 * std::abs(force));  // stable, and at most half a pixel

@@ -15,8 +15,8 @@ namespace {
 using Image = itk::Image<double, 3>;
 using March = itk::FastMarchingImageFilter<Image, Image>;
 
-/// The grid points beside the surface, on both sides, with their distance to the plane through its crossings of
-/// the grid lines: 1/d^2 is the sum of 1/d_a^2 over the axes a that have one.
+/// The grid points beside the surface, on both sides, with their distance to the plane through its crossings
+/// of the grid lines: 1/d^2 is the sum of 1/d_a^2 over the axes a that have one.
 March::NodeContainer::Pointer front(const std::vector<double>& field, int n) {
     auto nodes = March::NodeContainer::New();
     const std::size_t strides[] = {1, static_cast<std::size_t>(n), static_cast<std::size_t>(n) * n};

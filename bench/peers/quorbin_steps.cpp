@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
         grid.init(n, n, n, 1, 1, 1);
         fillBlobs(grid.data(), n);
         const Timer timer;
-        band.initTo(grid, 1);
+        band = quorbin::bandOf(grid);
         std::printf("quorbin  n %d\n    band of a grid %.1f ms  points %d\n", n, timer.seconds() * 1e3,
                     band.size());
     }
@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
     std::vector<brin::Vec3<double>> vertices, normals;
     std::vector<gpoint3> triangles;
     const Timer timer;
-    getTrianglesUnique(band, vertices, normals, triangles);
+    quorbin::getTrianglesUnique(band, vertices, normals, triangles);
     std::printf("    mesh           %.1f ms  vertices %zu  triangles %zu\n", timer.seconds() * 1e3,
                 vertices.size(), triangles.size());
 }

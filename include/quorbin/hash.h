@@ -8,7 +8,8 @@
 #include <new>
 #include <utility>
 
-/// An array that grows at its end. It keeps itself about half empty: what a reference into it is worth follows from that.
+/// An array that grows at its end. It keeps itself about half empty: what a reference into it is worth
+/// follows from that.
 template <class T>
 struct GrowArray {
     int capacity = 32;  ///< elements there is room for; the room is taken with the first one
@@ -54,8 +55,8 @@ struct GrowArray {
     const T* begin() const { return data; }
     const T* end() const { return data + count; }
 
-    /// Adds an element of zeros. Where 2 · count + 1 is not below the capacity, that grows by count + 1 + increment first
-    /// and references become invalid.
+    /// Adds an element of zeros. Where 2 · count + 1 is not below the capacity, that grows by count + 1 +
+    /// increment first and references become invalid.
     T& append() {
         if (2LL * count + 1 >= capacity) {
             const long long grown = static_cast<long long>(capacity) + (count + 1) + increment;
@@ -93,8 +94,10 @@ struct Point3And {
     bool isAtSamePoint(const Point3And& other) const { return x == other.x && y == other.y && z == other.z; }
 };
 
-/// A fixed number of buckets of entries. Visiting bucket by bucket, and in each its entries in the order in which they came,
-/// is the order in which everything on narrow bands goes.
+namespace lset::detail {
+
+/// A fixed number of buckets of entries. Visiting bucket by bucket, and in each its entries in the order in
+/// which they came, is the order in which everything on narrow bands goes.
 template <class Entry>
 struct BucketTable {
     int bucketCount;
@@ -153,13 +156,16 @@ struct BucketTable {
     }
 };
 
-/// A hash table from grid points, of any sign, to values. Points are added and never removed; buckets are searched one entry
-/// after the other, so bucketCount should be about the number of points. References stay valid until a point enters a
-/// bucket that has to grow for it. Copying is deep and keeps the order of the entries.
+}  // namespace lset::detail
+
+/// A hash table from grid points, of any sign, to values. Points are added and never removed; buckets are
+/// searched one entry after the other, so bucketCount should be about the number of points. References stay
+/// valid until a point enters a bucket that has to grow for it. Copying is deep and keeps the order of the
+/// entries.
 template <class T>
-struct PointHash : BucketTable<PointAnd<T>> {
+struct PointHash : lset::detail::BucketTable<PointAnd<T>> {
     using Entry = PointAnd<T>;
-    using BucketTable<Entry>::BucketTable;
+    using lset::detail::BucketTable<Entry>::BucketTable;
 
     /// The value of a point, which is added with 0 where it is absent.
     T& operator()(int x, int y) { return this->findOrAdd(sumOf(x, y), {x, y, T()}).value; }
@@ -182,9 +188,9 @@ struct PointHash : BucketTable<PointAnd<T>> {
 
 /// The same for grid points of a volume.
 template <class T>
-struct Point3Hash : BucketTable<Point3And<T>> {
+struct Point3Hash : lset::detail::BucketTable<Point3And<T>> {
     using Entry = Point3And<T>;
-    using BucketTable<Entry>::BucketTable;
+    using lset::detail::BucketTable<Entry>::BucketTable;
 
     T& operator()(int x, int y, int z) { return this->findOrAdd(sumOf(x, y, z), {x, y, z, T()}).value; }
 

@@ -16,3 +16,4 @@
 
 #include "quorbin2d/contour.h"
 #include "quorbin2d/contour_hash.h"
+#include "quorbin2d/contours.h"

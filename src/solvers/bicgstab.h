@@ -23,10 +23,11 @@ inline double largestMagnitude(const std::vector<double>& values) {
     return largest;
 }
 
-/// Solves A u = b by preconditioned BiCGStab (van der Vorst 1992), from the u it is given. multiply(v, w) puts A v into w,
-/// precondition(v) replaces v by what is about the solution for v. Done, and true, when the residual, computed anew from u,
-/// is at most tolerance (|A| |u| + |b|) in the norm of the largest magnitude; false after the given number of
-/// steps, of two multiplications each, and as soon as they lead nowhere. Seven vectors beside u and b.
+/// Solves A u = b by preconditioned BiCGStab (van der Vorst 1992), from the u it is given. multiply(v, w)
+/// puts A v into w, precondition(v) replaces v by what is about the solution for v. Done, and true, when the
+/// residual, computed anew from u, is at most tolerance (|A| |u| + |b|) in the norm of the largest magnitude;
+/// false after the given number of steps, of two multiplications each, and as soon as they lead nowhere.
+/// Seven vectors beside u and b.
 template <class Multiply, class Precondition>
 bool solveByBicgstab(const Multiply& multiply, const Precondition& precondition, double normOfA,
                      const std::vector<double>& b, double tolerance, int steps, std::vector<double>& u) {
@@ -64,7 +65,8 @@ bool solveByBicgstab(const Multiply& multiply, const Precondition& precondition,
                 u[i] += omega * correction[i];
                 residual[i] -= omega * refined[i];
             }
-            // By the updated residual, which rounding has taken away from the true one: that is looked at above.
+            // By the updated residual, which rounding has taken away from the true one: that is looked at
+            // above.
             const double estimate = largestMagnitude(residual);
             if (estimate <= allowed()) break;
             if (++sinceChecked == kPatience) {

@@ -7,16 +7,17 @@
 
 namespace lset::detail {
 
-/// The cosine transform of the first kind of rows of a fixed length, by a Fourier transform of their even extension. Two
-/// rows go through one complex transform. Fast at every length: where the extension's has large prime factors, the
-/// transform is a convolution with a chirp (Bluestein 1970). The error is a few units in the last place of the largest value.
+/// The cosine transform of the first kind of rows of a fixed length, by a Fourier transform of their even
+/// extension. Two rows go through one complex transform. Fast at every length: where the extension's has
+/// large prime factors, the transform is a convolution with a chirp (Bluestein 1970). The error is a few
+/// units in the last place of the largest value.
 class CosineTransform {
  public:
     explicit CosineTransform(int length);
     ~CosineTransform();
 
-    /// Replaces two rows f by f0 + (-1)^k fn + 2 sum fj cos(pi j k / n), n = length - 1, k = 0 ... n. Twice over this is 2n f.
-    /// Rows of one value stay as they are. The second row may be null.
+    /// Replaces two rows f by f0 + (-1)^k fn + 2 sum fj cos(pi j k / n), n = length - 1, k = 0 ... n. Twice
+    /// over this is 2n f. Rows of one value stay as they are. The second row may be null.
     void transform(double* first, double* second);
 
  private:

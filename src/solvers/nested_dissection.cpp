@@ -15,7 +15,8 @@ class Dissection {
     std::vector<int> order() {
         std::vector<int> all(part_.size());
         for (std::size_t v = 0; v < all.size(); ++v) all[v] = static_cast<int>(v);
-        // Filled from the end: a separator goes in before the parts that it separates. A stack keeps the recursion flat.
+        // Filled from the end: a separator goes in before the parts that it separates. A stack keeps the
+        // recursion flat.
         std::vector<int> reversed;
         reversed.reserve(all.size());
         std::vector<std::vector<int>> pending{std::move(all)};

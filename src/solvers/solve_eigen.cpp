@@ -41,7 +41,8 @@ bool solveDirectly(const brin::SparseMatrix& A, const double* b, double* x) {
             A.forEachEntry(i, [&](int j, double value) { columns.insert(i, j) = value; });
         columns.makeCompressed();
 
-        // The order of COLAMD costs twice the time on the matrices of grids, that of minimum degree fifty times.
+        // The order of COLAMD costs twice the time on the matrices of grids, that of minimum degree fifty
+        // times.
         const std::vector<int> order = nestedDissection(graphOf(columns));
         Eigen::PermutationMatrix<Eigen::Dynamic> place(n);
         for (int k = 0; k < n; ++k) place.indices()[order[static_cast<std::size_t>(k)]] = k;

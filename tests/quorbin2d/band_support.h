@@ -7,11 +7,9 @@
 /// Any subclass of the band: nothing is overridden, and yet the library must read it through its slots.
 struct SlowBand : FastLevelSet2D {};
 
-/// Makes a band of a dense grid without its line on standard output.
-inline void initQuietly(FastLevelSet2D& band, FullLevelSet2D& grid, bool reinit) {
-    testing::internal::CaptureStdout();
-    band.initTo(grid, reinit ? 1 : 0);
-    testing::internal::GetCapturedStdout();
+/// Makes a band, of any subclass, of a dense grid.
+inline void assignBandOf(FastLevelSet2D& band, FullLevelSet2D& grid, bool reinitialized) {
+    band = quorbin::bandOf(grid, reinitialized);
 }
 
 /// Points and values in the order of the hash, values as bits.
@@ -33,8 +31,8 @@ inline BandContent contentOf(const PointHash<double>& hash) {
     return content;
 }
 
-/// Calls check(band, slow) with the same band in both: from random fields and smooth ones, of many sizes and spacings,
-/// reinitialised or not, with gaps.
+/// Calls check(band, slow) with the same band in both: from random fields and smooth ones, of many sizes and
+/// spacings, reinitialised or not, with gaps.
 template <class Check>
 void onBandPairs(Check check) {
     std::mt19937 random(11);
@@ -55,7 +53,7 @@ void onBandPairs(Check check) {
                 FastLevelSet2D band;
                 SlowBand slow;
                 for (FastLevelSet2D* one : {&band, static_cast<FastLevelSet2D*>(&slow)}) {
-                    initQuietly(*one, grid, kind == 3);
+                    assignBandOf(*one, grid, kind == 3);
                     for (int i = 0; i < 3; ++i) (*one)(size + 3 * i, -2 - i) = i - 1;  // scattered points
                 }
                 check(band, slow);

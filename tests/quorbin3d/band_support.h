@@ -9,11 +9,9 @@
 /// Any subclass of the band: nothing is overridden, and yet the library must read it through its slots.
 struct SlowBand3D : FastLevelSet3D {};
 
-/// Makes a band of a dense grid without its line on standard output.
-inline void initQuietly(FastLevelSet3D& band, const FullLevelSet3D& grid, bool reinit) {
-    testing::internal::CaptureStdout();
-    band.initTo(grid, reinit ? 1 : 0);
-    testing::internal::GetCapturedStdout();
+/// Makes a band, of any subclass, of a dense grid.
+inline void assignBandOf(FastLevelSet3D& band, const FullLevelSet3D& grid, bool reinitialized) {
+    band = quorbin::bandOf(grid, reinitialized);
 }
 
 /// Points and values in the order of the hash, values as bits.
@@ -35,8 +33,8 @@ inline BandContent3D contentOf(const Point3Hash<double>& hash) {
     return content;
 }
 
-/// Calls check(band, slow) with the same band in both: of noise, small integers and balls, many sizes and spacings, reinitialised
-/// or not, with points scattered about.
+/// Calls check(band, slow) with the same band in both: of noise, small integers and balls, many sizes and
+/// spacings, reinitialised or not, with points scattered about.
 template <class Check>
 void onVolumeBandPairs(Check check) {
     int kind = 0;
@@ -45,7 +43,7 @@ void onVolumeBandPairs(Check check) {
         SlowBand3D slow;
         const int size = dense.getWidth();
         for (FastLevelSet3D* one : {&band, static_cast<FastLevelSet3D*>(&slow)}) {
-            initQuietly(*one, dense, kind % 2 == 0);
+            assignBandOf(*one, dense, kind % 2 == 0);
             for (int i = 0; i < 3; ++i) (*one)(size + 3 * i, -2 - i, 5 * i) = i - 1;
         }
         ++kind;

@@ -30,7 +30,8 @@ inline std::vector<std::uint64_t> bits(const std::vector<brin::Vec3<double>>& po
     return bits(reinterpret_cast<const double*>(points.data()), 3 * points.size());
 }
 
-/// Calls check(dense, slow) with the same field in both: noise, small integers and balls, many sizes and spacings.
+/// Calls check(dense, slow) with the same field in both: noise, small integers and balls, many sizes and
+/// spacings.
 template <class Check>
 void onVolumePairs(Check check) {
     std::mt19937 random(17);

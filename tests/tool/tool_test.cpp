@@ -197,7 +197,8 @@ TEST_F(Tool, SegmentFindsTheShapesFromCirclesAndFromALevel) {
         ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
         EXPECT_GT(diceOf(found, drawn), 0.97);
     }
-    // Dark on bright finds the same outline, by circles that do not know where it is; the bright side is inside.
+    // Dark on bright finds the same outline, by circles that do not know where it is; the bright side is
+    // inside.
     std::string pgm = "P5 64 48 255\n";
     for (int i = 0; i < 64 * 48; ++i)
         pgm += static_cast<char>((std::hypot(i % 64 - 30, i / 64 - 25) < 15 ? 40 : 90) + i * 7919 % 31);

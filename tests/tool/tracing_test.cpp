@@ -16,7 +16,7 @@ struct Total {
 Total totalOf(const Contour& contour) {
     Total total;
     for (const auto& polygon : contour.polygons) {
-        total.area += area(contour.points, polygon);
+        total.area += quorbin::area(contour.points, polygon);
         total.polygonPoints += polygon.size();
     }
     return total;

@@ -33,7 +33,8 @@ class VolumeTool : public testing::Test {
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    /// A ball of radius 8 in world units, at (12, 11, 13), with z spacing 2; a part of it beyond the volume on request.
+    /// A ball of radius 8 in world units, at (12, 11, 13), with z spacing 2; a part of it beyond the volume
+    /// on request.
     void writeBall(bool isCut) const {
         FullLevelSet3D grid;
         fill(

@@ -7,8 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "quiet_output.h"
-
 namespace {
 
 std::array<int, 2> sizeOf(const FullLevelSet2D& grid) { return {grid.getWidth(), grid.getHeight()}; }
@@ -31,7 +29,8 @@ double& valueAt(LevelSet& levelSet, const Point& p) {
     return std::apply([&](auto... c) -> double& { return levelSet(c...); }, p);
 }
 
-/// Fills what is not a number between values, row after row: from one value to the next all is on the side of the first.
+/// Fills what is not a number between values, row after row: from one value to the next all is on the side of
+/// the first.
 void fillGaps(double* values, std::ptrdiff_t width, std::ptrdiff_t rows, std::ptrdiff_t rowsInLayer,
               double reach) {
     double* const end = values + width * rows;
@@ -60,19 +59,8 @@ bool suitsABand(std::initializer_list<double> spacings) {
     return std::max(spacings) <= kMostUnequal * std::min(spacings);
 }
 
-void initQuietly(FastLevelSet2D& band, FullLevelSet2D& grid, bool reinit) {
-    const QuietOutput quiet;
-    band.initTo(grid, reinit ? 1 : 0);
-}
-
-void initQuietly(FastLevelSet3D& band, const FullLevelSet3D& grid, bool reinit) {
-    const QuietOutput quiet;
-    band.initTo(grid, reinit ? 1 : 0);
-}
-
 template <std::size_t dimensions>
-Band<dimensions>::Band(Grid& field) : size_(sizeOf(field)) {
-    initQuietly(band_, field, false);
+Band<dimensions>::Band(Grid& field) : size_(sizeOf(field)), band_(quorbin::bandOf(field, false)) {
     mirror();
     reinitialise();
 }

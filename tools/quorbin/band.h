@@ -8,8 +8,8 @@
 #include <quorbin2d.h>
 #include <quorbin3d.h>
 
-/// The field of a picture (2) or volume (3) on a narrow band. A band has no border where an outline could end, so a few points
-/// beyond it are stored too, mirrored as the dense grid mirrors.
+/// The field of a picture (2) or volume (3) on a narrow band. A band has no border where an outline could
+/// end, so a few points beyond it are stored too, mirrored as the dense grid mirrors.
 template <std::size_t dimensions>
 class Band {
  public:
@@ -30,16 +30,13 @@ class Band {
     void mirror();
     void mirror(std::size_t axis);
 
-    Points band_;
     std::array<int, dimensions> size_;
+    Points band_;
 };
 
 extern template class Band<2>;
 extern template class Band<3>;
 
-/// Whether a band is of use: it reaches two of the largest spacings, which are many of the smallest where they differ much.
+/// Whether a band is of use: it reaches two of the largest spacings, which are many of the smallest where
+/// they differ much.
 bool suitsABand(std::initializer_list<double> spacings);
-
-/// FastLevelSet2D::initTo and that of 3D without the line that the library prints.
-void initQuietly(FastLevelSet2D& band, FullLevelSet2D& grid, bool reinit);
-void initQuietly(FastLevelSet3D& band, const FullLevelSet3D& grid, bool reinit);

@@ -77,7 +77,9 @@ Contour outlineOf(const FullLevelSet2D& field, bool open) {
         for (auto& line : *lines) line.erase(std::unique(line.begin(), line.end(), sameSpot), line.end());
     for (auto& polygon : contour.polygons)
         while (polygon.size() > 1 && sameSpot(polygon.front(), polygon.back())) polygon.pop_back();
-    const auto isSliver = [&](const std::vector<int>& polygon) { return area(contour.points, polygon) == 0; };
+    const auto isSliver = [&](const std::vector<int>& polygon) {
+        return quorbin::area(contour.points, polygon) == 0;
+    };
     contour.polygons.erase(std::remove_if(contour.polygons.begin(), contour.polygons.end(), isSliver),
                            contour.polygons.end());
     contour.openLines.erase(std::remove_if(contour.openLines.begin(), contour.openLines.end(),

@@ -19,8 +19,8 @@ Contour traceClosed(const FullLevelSet2D& field);
 /// Outlines as they are within the picture.
 Contour traceOpen(const FullLevelSet2D& field);
 
-/// The closed or open contour without what encloses nothing: polygons of no area, as samples of exactly 0 may have
-/// around them, and points that repeat the one before.
+/// The closed or open contour without what encloses nothing: polygons of no area, as samples of exactly 0 may
+/// have around them, and points that repeat the one before.
 Contour outlineOf(const FullLevelSet2D& field, bool open);
 
 /// Whether the field has values on both sides of zero.

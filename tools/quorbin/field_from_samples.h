@@ -21,7 +21,7 @@ struct FieldOptions {
 /// between them, half way between the greys on its two sides.
 double otsuLevel(const std::vector<double>& samples);
 
-/// Makes the field of a raster or a volume: ≤ 0 inside. A field is taken as it is, less the level if one is given. A picture
-/// of two values is a mask. note says which level was taken, or stays empty.
+/// Makes the field of a raster or a volume: ≤ 0 inside. A field is taken as it is, less the level if one is
+/// given. A picture of two values is a mask. note says which level was taken, or stays empty.
 void makeField(const Raster& raster, const FieldOptions& options, FullLevelSet2D& field, std::string& note);
 void makeField(const Volume& volume, const FieldOptions& options, FullLevelSet3D& field, std::string& note);

@@ -7,16 +7,16 @@
 #include "band.h"
 #include "raster.h"
 
-/// Two regions of constant intensity (Chan and Vese 2001): the outline moves by
-/// weight · curvature + (I - c_in)² - (I - c_out)², where c_in and c_out are the mean intensities on its two sides.
+/// Two regions of constant intensity (Chan and Vese 2001): the outline moves by weight · curvature + (I -
+/// c_in)² - (I - c_out)², where c_in and c_out are the mean intensities on its two sides.
 class Segmentation {
  public:
     /// Intensities are scaled to 0..1, from the darkest sample to the brightest.
     Segmentation(const Raster& picture, double weight, bool implicit);
 
-    /// Moves the outline by a number of steps and makes the field a signed distance. An explicit step takes the stable
-    /// time, or less where the outline would move by more than half a sample; an implicit one the time
-    /// in which the largest force moves it by one.
+    /// Moves the outline by a number of steps and makes the field a signed distance. An explicit step takes
+    /// the stable time, or less where the outline would move by more than half a sample; an implicit one the
+    /// time in which the largest force moves it by one.
     void move(FullLevelSet2D& field, int steps);
 
     /// Takes the means of the two sides, as every step does.
@@ -40,5 +40,6 @@ class Segmentation {
     double meanInside_ = 0, meanOutside_ = 0;
 };
 
-/// The furthest that a point of either outline lies from the other, by two fields that are signed distances, in samples.
+/// The furthest that a point of either outline lies from the other, by two fields that are signed distances,
+/// in samples.
 double furthestApart(const FullLevelSet2D& one, const FullLevelSet2D& other);

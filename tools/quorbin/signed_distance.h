@@ -8,8 +8,9 @@ using DistanceMethod = void (*)(FullLevelSet2D& field);
 /// By fast marching: first order, any spacings.
 void distanceByMarching(FullLevelSet2D& field);
 
-/// By the segments of the contour, spread by sweeps. The outline stays where it is to second order, which marching does not
-/// give. The spacings must be equal; points further away than the segments are spread are marched.
+/// By the segments of the contour, spread by sweeps. The outline stays where it is to second order, which
+/// marching does not give. The spacings must be equal; points further away than the segments are spread are
+/// marched.
 void distanceBySegments(FullLevelSet2D& field);
 
 /// By the nearest of all segments: exact for the polygonal contour. As above otherwise.

@@ -7,8 +7,8 @@
 
 namespace brin {
 
-/// A dense matrix of doubles, row by row without gaps, made with all elements zero. Copies share the elements; a negative
-/// size counts as 0.
+/// A dense matrix of doubles, row by row without gaps, made with all elements zero. Copies share the
+/// elements; a negative size counts as 0.
 class Matrix {
  public:
     Matrix(int rows, int cols)

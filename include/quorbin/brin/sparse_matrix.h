@@ -10,8 +10,8 @@
 
 namespace brin {
 
-/// A sparse matrix that is filled entry by entry. Room is reserved for the same number of entries in every row; rows that
-/// need more get it elsewhere.
+/// A sparse matrix that is filled entry by entry. Room is reserved for the same number of entries in every
+/// row; rows that need more get it elsewhere.
 class QUORBIN_EXPORT SparseMatrix {
  public:
     /// An entry, as forEachEntry gives it.
@@ -27,8 +27,9 @@ class QUORBIN_EXPORT SparseMatrix {
     int cols() const { return cols_; }
     std::size_t entryCount() const;
 
-    /// The entry at row i and column j, created as 0.0 when absent. The reference is valid until an entry is created.
-    /// Linear in the entries of the row. Indices outside the matrix are the caller's error, unchecked.
+    /// The entry at row i and column j, created as 0.0 when absent. The reference is valid until an entry is
+    /// created. Linear in the entries of the row. Indices outside the matrix are the caller's error,
+    /// unchecked.
     double& get(int i, int j);
 
     /// Calls visit(column, value) for each entry of a row, in the order they were created.
@@ -44,8 +45,8 @@ class QUORBIN_EXPORT SparseMatrix {
             for (const Entry& entry : more->second) visit(entry.column, entry.value);
     }
 
-    /// Solves A x = b by a direct method and returns x, n × 1. A column of not-a-number when A is singular, not square or of
-    /// another size than b, or when memory does not suffice.
+    /// Solves A x = b by a direct method and returns x, n × 1. A column of not-a-number when A is singular,
+    /// not square or of another size than b, or when memory does not suffice.
     static Matrix umfsolve(SparseMatrix& A, Matrix& b);
 
  private:

@@ -19,15 +19,6 @@ QUORBIN_EXPORT void getUniquePoints(std::vector<brin::Vec2<double>>& points,
 QUORBIN_EXPORT std::vector<std::vector<int>> getPolygons(std::vector<brin::Vec2<double>>& points,
                                                          std::vector<std::pair<int, int>>& segments);
 
-/// Area enclosed by a polygon of getPolygons, in grid units times xSpace · ySpace: positive when the polygon
-/// runs counterclockwise (x right, y up), as outlines of the inside do, and negative for holes.
-QUORBIN_EXPORT double area(const std::vector<brin::Vec2<double>>& points, const std::vector<int>& polygon,
-                           double xSpace = 1.0, double ySpace = 1.0);
-
-/// Length of the closed polygon, in grid units or, with the spacings, in world units.
-QUORBIN_EXPORT double length(const std::vector<brin::Vec2<double>>& points, const std::vector<int>& polygon,
-                             double xSpace = 1.0, double ySpace = 1.0);
-
 /// Squared distance from p to the segment a-b; no root is taken. side, unless null: 1 when p is on the line
 /// or to the left of a→b (x right, y up), else 0.
 QUORBIN_EXPORT double distToSeg(brin::Vec2<double>& a, brin::Vec2<double>& b, brin::Vec2<double>& p,

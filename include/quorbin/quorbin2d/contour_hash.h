@@ -20,8 +20,9 @@ struct MyEqual {
     }
 };
 
-/// Hash and equality of contour points. Equality allows 1e-6 in each coordinate; the hash, the low 32 bits of the
-/// whole part of 1097 · (x + y), does not: equal points on different sides of a whole number have different hashes.
+/// Hash and equality of contour points. Equality allows 1e-6 in each coordinate; the hash, the low 32 bits of
+/// the whole part of 1097 · (x + y), does not: equal points on different sides of a whole number have
+/// different hashes.
 struct QUORBIN_EXPORT vec2d_hash {
     std::uint32_t operator()(const brin::Vec2<double>& p) const;
     bool operator()(const brin::Vec2<double>& a, const brin::Vec2<double>& b) const;

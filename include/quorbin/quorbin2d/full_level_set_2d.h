@@ -23,6 +23,9 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     FullLevelSet2D() = default;
     ~FullLevelSet2D() override;
     FullLevelSet2D(const FullLevelSet2D&) = delete;
+    /// What has been moved from is empty.
+    FullLevelSet2D(FullLevelSet2D&& other) noexcept;
+    FullLevelSet2D& operator=(FullLevelSet2D&& other) noexcept;
 
     // Storage
 
@@ -31,8 +34,11 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     /// tell.
     void init(int width, int height, double xSpace, double ySpace);
 
+    /// Empties the grid: sizes and spacings 0, no arrays.
+    virtual void release();
+
     /// Deep copy of sizes, spacings and values; the object ends empty if the arrays cannot be had.
-    void operator=(const FullLevelSet2D& other);  // NOLINT(misc-unconventional-assign-operator)
+    void operator=(const FullLevelSet2D& other);
 
     int getWidth() const override;
     int getHeight() const override;
@@ -64,14 +70,11 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     double getCurvature(int x, int y) const override;
     double getCurvatureAndUpwind(int x, int y, double vx, double vy, double& dx, double& dy) const override;
 
-    /// Empties the grid: sizes and spacings 0, no arrays.
-    virtual void release();
-
     // Motion
 
     /// One forward Euler step of φt = Δφ over the stability limit 1 / (2/hx² + 2/hy²). Motion by curvature as
-    /// long as the field is close to a signed distance: a circle shrinks by r² = r₀² − 2t. A subclass is asked
-    /// for every central difference first, so its sizes must be 0 or at least 2.
+    /// long as the field is close to a signed distance: a circle shrinks by r² = r₀² − 2t. A subclass is
+    /// asked for every central difference first, so its sizes must be 0 or at least 2.
     void moveAlongCurvature();
 
     /// One forward Euler step of the whole grid with the rate that f returns. f(levelSet, x, y, limit)
@@ -81,19 +84,21 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     /// throws passes through with the values unchanged.
     void moveWithCurvature(const boost::function<double(LevelSet2D*, int, int, double*)>& f);
 
-    /// One backward Euler step of φt = Δφ over the time 1, (I − Δ) u = φ, stable whatever the spacings. Neighbours are
-    /// reflected at all four edges without repeating the edge point; an axis of one point has none. Solved by cosine
-    /// transforms in about 100 ns and 16 bytes a point. Where a value is not finite, all become not-a-number.
+    /// One backward Euler step of φt = Δφ over the time 1, (I − Δ) u = φ, stable whatever the spacings.
+    /// Neighbours are reflected at all four edges without repeating the edge point; an axis of one point has
+    /// none. Solved by cosine transforms in about 100 ns and 16 bytes a point. Where a value is not finite,
+    /// all become not-a-number.
     void moveAlongCurvatureImplicit();
 
-    /// One backward Euler step of size dt, (I − dt (k Δ + vx Dx + vy Dy)) u = φ + dt s, with the coefficients that f
-    /// writes for each point: f(levelSet, x, y, k, vx, vy, s), diffusion weight, advection along x and y, source. All
-    /// four must be written every time. Dx and Dy are the backward difference for a positive coefficient and the
-    /// forward one for any other: the unstable choice, so that advection over several cells in a step makes the
-    /// equations hard to solve. f sees the old field. The last argument has no effect on the dense grid. Solved to a
-    /// backward error of 1e-14 by BiCGStab in 1 to 5 µs and 120 bytes a point, or, where that does not converge,
-    /// directly: 10 µs and 1500 bytes a point, and more on larger grids. Values become not-a-number where the equations
-    /// have no solution or hold what is not finite. For what f throws see moveWithCurvature.
+    /// One backward Euler step of size dt, (I − dt (k Δ + vx Dx + vy Dy)) u = φ + dt s, with the coefficients
+    /// that f writes for each point: f(levelSet, x, y, k, vx, vy, s), diffusion weight, advection along x and
+    /// y, source. All four must be written every time. Dx and Dy are the backward difference for a positive
+    /// coefficient and the forward one for any other: the unstable choice, so that advection over several
+    /// cells in a step makes the equations hard to solve. f sees the old field. The last argument has no
+    /// effect on the dense grid. Solved to a backward error of 1e-14 by BiCGStab in 1 to 5 µs and 120 bytes a
+    /// point, or, where that does not converge, directly: 10 µs and 1500 bytes a point, and more on larger
+    /// grids. Values become not-a-number where the equations have no solution or hold what is not finite. For
+    /// what f throws see moveWithCurvature.
     void moveWithCurvatureImplicit(
         const boost::function<void(LevelSet2D*, int, int, double&, double&, double&, double&)>& f, double dt,
         int maxIterations);
@@ -106,16 +111,16 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     /// proportional to the front. More points than an int can number leave the object unchanged.
     void ensureSignedDistanceFMM();
 
-    /// Replaces values by the distance to the nearest segment of getLines, in grid units whatever the spacings,
-    /// negative for values that were ≤ 0 or not a number; distances above √(2 · width · height) become that. Exact
-    /// for the segments: a tree of boxes finds the nearest, O(log n) a point.
+    /// Replaces values by the distance to the nearest segment of getLines, in grid units whatever the
+    /// spacings, negative for values that were ≤ 0 or not a number; distances above √(2 · width · height)
+    /// become that. Exact for the segments: a tree of boxes finds the nearest, O(log n) a point.
     void ensureSignedDistanceBrute();
 
-    /// The same in four sweeps that pass the index of the nearest segment from point to point (Danielsson 1980), in
-    /// linear time. Exact near the contour; further off the sweeps, two forward and two backward, may miss the nearest
-    /// segment and find one some per cent further, mostly towards the lower right and the upper left. Points further
-    /// than √(width · height) keep their values, so a field without a zero crossing stays as it is. Takes 12 bytes a
-    /// point while it works.
+    /// The same in four sweeps that pass the index of the nearest segment from point to point (Danielsson
+    /// 1980), in linear time. Exact near the contour; further off the sweeps, two forward and two backward,
+    /// may miss the nearest segment and find one some per cent further, mostly towards the lower right and
+    /// the upper left. Points further than √(width · height) keep their values, so a field without a zero
+    /// crossing stays as it is. Takes 12 bytes a point while it works.
     void ensureSignedDistance();
 
     /// Unsigned distance of a point from the crossings of its own four grid edges; 1e11 if none is crossed.

@@ -6,9 +6,10 @@
 #include "../quorbin_export.h"
 #include "gpoint3.h"
 
-/// A closed surface held as the zero crossing of a scalar field sampled on a regular grid: a value ≤ 0 is inside, a value > 0
-/// outside. Grid points are named by int (x, y, z), x along rows, y across them, z across layers; spacings are world units per
-/// grid step. Every generic algorithm of the library reads a field through these slots only.
+/// A closed surface held as the zero crossing of a scalar field sampled on a regular grid: a value ≤ 0 is
+/// inside, a value > 0 outside. Grid points are named by int (x, y, z), x along rows, y across them, z across
+/// layers; spacings are world units per grid step. Every generic algorithm of the library reads a field
+/// through these slots only.
 class QUORBIN_EXPORT LevelSet3D {
  public:
     virtual ~LevelSet3D();
@@ -27,8 +28,8 @@ class QUORBIN_EXPORT LevelSet3D {
     virtual double get(int x, int y, int z) const = 0;
     virtual double& operator()(int x, int y, int z) = 0;
 
-    /// First differences at a grid point, in value per world unit: central, backward (Minus), forward (Plus), and upwind,
-    /// which is backward for speed > 0 and forward for any other.
+    /// First differences at a grid point, in value per world unit: central, backward (Minus), forward (Plus),
+    /// and upwind, which is backward for speed > 0 and forward for any other.
     virtual double getDyCentral(int x, int y, int z) const = 0;
     virtual double getDyMinus(int x, int y, int z) const = 0;
     virtual double getDyPlus(int x, int y, int z) const = 0;
@@ -42,8 +43,8 @@ class QUORBIN_EXPORT LevelSet3D {
     virtual double getDzPlus(int x, int y, int z) const = 0;
     virtual double getDzUpwind(int x, int y, int z, double speed) const = 0;
 
-    /// The curvature term: the seven-point Laplacian, which is the sum of the principal curvatures of the level surfaces
-    /// where the field is a signed distance. It is not divided by the length of the gradient.
+    /// The curvature term: the seven-point Laplacian, which is the sum of the principal curvatures of the
+    /// level surfaces where the field is a signed distance. It is not divided by the length of the gradient.
     virtual double getCurvature(int x, int y, int z) const = 0;
 
     /// Returns getCurvature and stores the upwind differences for the speeds vx, vy and vz.
@@ -53,21 +54,21 @@ class QUORBIN_EXPORT LevelSet3D {
     /// Whether the point is stored.
     virtual bool have(int x, int y, int z) const = 0;
 
-    /// Calls f(x, y, z, value) for every stored point; f may change the value. With forEachWithNeigh, for those whose cell
-    /// towards +x, +y, +z is stored.
+    /// Calls f(x, y, z, value) for every stored point; f may change the value. With forEachWithNeigh, for
+    /// those whose cell towards +x, +y, +z is stored.
     virtual void forEach(void (*f)(int, int, int, double&)) = 0;
     virtual void forEachWithNeigh(void (*f)(int, int, int, double&)) = 0;
 
-    /// The zero surface as a soup of triangles by marching cubes, in grid-index units: counterclockwise seen from outside, with
-    /// unit normals (or 0 where there is no gradient) that point outwards. Cells row by row, layer by layer; triangle i is
-    /// vertices 3i, 3i + 1, 3i + 2. All three vectors are emptied first.
+    /// The zero surface as a soup of triangles by marching cubes, in grid-index units: counterclockwise seen
+    /// from outside, with unit normals (or 0 where there is no gradient) that point outwards. Cells row by
+    /// row, layer by layer; triangle i is vertices 3i, 3i + 1, 3i + 2. All three vectors are emptied first.
     virtual void getTriangles(std::vector<brin::Vec3<double>>& vertices,
                               std::vector<brin::Vec3<double>>& normals, std::vector<gpoint3>& triangles);
 
-    /// The zero crossing of the straight line between two grid points, in grid-index units, measured from the first; the
-    /// midpoint where the values differ by less than 1e-16. normal, unless null, gets the mean of the unit gradients at the
-    /// two, weighted alike, which is no unit vector; it is left alone at a midpoint. Two values ≤ 0 are reported on standard
-    /// output.
+    /// The zero crossing of the straight line between two grid points, in grid-index units, measured from the
+    /// first; the midpoint where the values differ by less than 1e-16. normal, unless null, gets the mean of
+    /// the unit gradients at the two, weighted alike, which is no unit vector; it is left alone at a
+    /// midpoint. Two values ≤ 0 are reported on standard output.
     brin::Vec3<double> getPoint(int x1, int y1, int z1, int x2, int y2, int z2,
                                 brin::Vec3<double>* normal) const;
 

@@ -10,8 +10,8 @@
 #include "band/storage/workspace.h"
 #include "common/stepped.h"
 
-/// How algorithms read a band. A reader holds the stored points in their order and names each by a Place, from which the
-/// neighbours are a step away:
+/// How algorithms read a band. A reader holds the stored points in their order and names each by a Place,
+/// from which the neighbours are a step away:
 ///
 ///     entries()                         the stored points
 ///     forEach(visit)                    visit(entry, place) for each of them
@@ -74,8 +74,8 @@ class VirtualBandReader {
     TiledPoints<dimensions> tiles_;
 };
 
-/// Reads a copy of exactly the band, laid out by tiles: the hash is touched once a point, and neighbours are found without
-/// searching.
+/// Reads a copy of exactly the band, laid out by tiles: the hash is touched once a point, and neighbours are
+/// found without searching.
 template <class Band>
 class TiledBandReader {
  public:
@@ -131,8 +131,8 @@ class TiledBandReader {
     Spacings h_;
 };
 
-/// Whether all neighbours of a point are stored; asks after and before it along each axis, no further than the first that is
-/// not.
+/// Whether all neighbours of a point are stored; asks after and before it along each axis, no further than
+/// the first that is not.
 template <std::size_t axis = 0, class Reader>
 bool isInterior(const Reader& band, const typename Reader::Place& p) {
     if (!band.have(band.template step<axis, 1>(p)) || !band.have(band.template step<axis, -1>(p)))
@@ -141,9 +141,9 @@ bool isInterior(const Reader& band, const typename Reader::Place& p) {
     return true;
 }
 
-/// Calls body with the reader that the exact type of the band allows, and with what to work with: that of the band where
-/// nothing but the library runs, its own where an override may come back to the same band. Meant once a call, outside the
-/// loops.
+/// Calls body with the reader that the exact type of the band allows, and with what to work with: that of the
+/// band where nothing but the library runs, its own where an override may come back to the same band. Meant
+/// once a call, outside the loops.
 template <class Band, class Body>
 decltype(auto) withBandReader(Band& band, BandWorkspace<BandTraits<Band>::dimensions>& work, Body&& body) {
     if (&typeid(band) == &typeid(Band)) {

@@ -6,8 +6,8 @@
 
 #include "common/stepped.h"
 
-/// Difference formulas on a band of any number of dimensions, read through its slot get. A band has no edge at which a
-/// difference would become another. The first operand is read first.
+/// Difference formulas on a band of any number of dimensions, read through its slot get. A band has no edge
+/// at which a difference would become another. The first operand is read first.
 namespace lset::detail {
 
 template <std::size_t dimensions>
@@ -90,7 +90,8 @@ double laplacian(const BandCross<dimensions>& cross, const std::array<double, di
     return addAcross(((cross.beside[0] + minusTwice) + cross.beside[1]) / (h[0] * h[0]), cross, h);
 }
 
-/// The Laplacian of getCurvatureAndUpwind, whose x term begins with the value before the point: the last bit may differ.
+/// The Laplacian of getCurvatureAndUpwind, whose x term begins with the value before the point: the last bit
+/// may differ.
 template <std::size_t dimensions>
 double laplacianFromBefore(const BandCross<dimensions>& cross, const std::array<double, dimensions>& h) {
     const double minusTwice = cross.here * -2.0;

@@ -12,8 +12,9 @@
 
 namespace lset::detail {
 
-/// A band under a march (see march): states and distances by the numbers of points, which come into being as they are
-/// reached. As on the dense grid the distance entry of a trial point holds its handle. For Estimator see DenseMarch.
+/// A band under a march (see march): states and distances by the numbers of points, which come into being as
+/// they are reached. As on the dense grid the distance entry of a trial point holds its handle. For Estimator
+/// see DenseMarch.
 template <std::size_t dimensions, class Estimator>
 class BandMarch {
  public:
@@ -76,8 +77,9 @@ class BandMarch {
     // A point without a distance has none to pass on.
     bool spreads(double distance) const { return distance <= limit_ && distance < kNoDistance; }
 
-    /// Whether every point that has become known on this side has looked at its neighbours. Those beyond the limit do not, so
-    /// that from then on more neighbours may be new to a point than the one that looks at it.
+    /// Whether every point that has become known on this side has looked at its neighbours. Those beyond the
+    /// limit do not, so that from then on more neighbours may be new to a point than the one that looks at
+    /// it.
     bool haveAllSpread() const { return allSpread_; }
 
     /// A number that the estimator keeps for a trial point, from 0.
@@ -184,8 +186,8 @@ class BandFrontFinder {
     Front front_;
 };
 
-/// Replaces the points of a band by those that a march from its zero crossing reaches, with their signed distances. Leaves it
-/// unchanged where a spacing is not positive and finite, so that a march would not end.
+/// Replaces the points of a band by those that a march from its zero crossing reaches, with their signed
+/// distances. Leaves it unchanged where a spacing is not positive and finite, so that a march would not end.
 template <class Estimator, class Reader, std::size_t dimensions, class FirstDistance>
 void marchBand(Reader& band, BandWorkspace<dimensions>& work, const std::array<double, dimensions>& h,
                FirstDistance firstDistance, typename BandStorage<dimensions>::Hash& points) {

@@ -33,8 +33,8 @@ void moveBandAlongCurvature(Band& band, BandWorkspace<BandTraits<Band>::dimensio
     });
 }
 
-/// Moves them at the rate that f returns, by the part of the smallest limit it writes: f(levelSet, coordinates ..., limit).
-/// Returns the time, 0 if there are none.
+/// Moves them at the rate that f returns, by the part of the smallest limit it writes: f(levelSet,
+/// coordinates ..., limit). Returns the time, 0 if there are none.
 template <class Band, class Speed>
 double moveBandWithCurvature(Band& band, const Speed& f,
                              typename BandStorage<BandTraits<Band>::dimensions>::Hash& points) {
@@ -85,8 +85,8 @@ struct BandIterate {
     double& value(std::size_t i) { return points[i].value; }
 };
 
-/// What becomes of a neighbour of an interior point that is not among the points that were stored at first, since only a subclass
-/// says that it is there, or a callback has added it.
+/// What becomes of a neighbour of an interior point that is not among the points that were stored at first,
+/// since only a subclass says that it is there, or a callback has added it.
 enum class AbsentNeighbour { kEntersWithZero, kMakesPointNotInterior };
 
 template <AbsentNeighbour absent, class Reader>

@@ -10,9 +10,10 @@
 
 namespace lset::detail {
 
-/// Numbers for scattered grid points such that neighbours are found without searching: the plane or space is cut into tiles
-/// of 64 points, tiles are made where points are, and each knows the tiles beside it. The number of a point is 64 times that
-/// of its tile and its place within. What belongs to points lies in arrays by their numbers.
+/// Numbers for scattered grid points such that neighbours are found without searching: the plane or space is
+/// cut into tiles of 64 points, tiles are made where points are, and each knows the tiles beside it. The
+/// number of a point is 64 times that of its tile and its place within. What belongs to points lies in arrays
+/// by their numbers.
 template <std::size_t dimensions>
 class TiledPoints {
  public:

@@ -49,8 +49,8 @@ void setPoints(typename BandStorage<dimensions>::Hash& points,
                    BandStorage<dimensions>::pointOf(entry)) = entry.value;
 }
 
-/// Replaces the points of a hash, which are before, by others, none of which may occur twice. Where there is not enough memory
-/// the hash has its points again, for which its buckets have room.
+/// Replaces the points of a hash, which are before, by others, none of which may occur twice. Where there is
+/// not enough memory the hash has its points again, for which its buckets have room.
 template <std::size_t dimensions>
 void replacePoints(typename BandStorage<dimensions>::Hash& points,
                    const std::vector<typename BandStorage<dimensions>::Entry>& inOrder,
@@ -63,8 +63,8 @@ void replacePoints(typename BandStorage<dimensions>::Hash& points,
     }
 }
 
-/// What operations on a band work with: a copy of the band laid out by tiles, and lists. It is kept from one call to the
-/// next, since memory that is new to the process costs more than all that is done to it.
+/// What operations on a band work with: a copy of the band laid out by tiles, and lists. It is kept from one
+/// call to the next, since memory that is new to the process costs more than all that is done to it.
 template <std::size_t dimensions>
 struct BandWorkspace {
     using Storage = BandStorage<dimensions>;

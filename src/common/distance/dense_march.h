@@ -7,9 +7,10 @@
 
 namespace lset::detail {
 
-/// A dense grid under a march (see march), on flat arrays of states and distances. While a point is a trial point its distance
-/// is in the queue, and its entry among the distances holds its handle. Estimator, made from the spacings, makes tentative
-/// distances of a point q, or of one whose neighbour a step (1 or −1) along an axis has just become known:
+/// A dense grid under a march (see march), on flat arrays of states and distances. While a point is a trial
+/// point its distance is in the queue, and its entry among the distances holds its handle. Estimator, made
+/// from the spacings, makes tentative distances of a point q, or of one whose neighbour a step (1 or −1)
+/// along an axis has just become known:
 ///
 ///     reach(march, q, side)
 ///     reachFrom<axis, step>(march, q, side)
@@ -17,7 +18,8 @@ namespace lset::detail {
 template <std::size_t dimensions, class Estimator>
 class DenseMarch {
  public:
-    /// Its index, and its coordinates along all axes but the last, where the index alone tells what is beyond the edge.
+    /// Its index, and its coordinates along all axes but the last, where the index alone tells what is beyond
+    /// the edge.
     struct Point {
         std::array<int, dimensions - 1> at;
         std::ptrdiff_t i;

@@ -16,8 +16,8 @@ struct Front {
     void add(int point, bool isInside) { (isInside ? inside : outside).push_back(point); }
 };
 
-/// Finds the front of a dense grid: gives each of its points a state and a first distance, which firstDistance(point) forms.
-/// The arrays have one entry for each grid point; states must be far everywhere.
+/// Finds the front of a dense grid: gives each of its points a state and a first distance, which
+/// firstDistance(point) forms. The arrays have one entry for each grid point; states must be far everywhere.
 template <std::size_t dimensions, class FirstDistance>
 class FrontFinder {
  public:

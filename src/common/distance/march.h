@@ -5,25 +5,29 @@
 
 namespace lset::detail {
 
-/// Where a point lies as seen from its neighbour: a step (1 or −1) along an axis, known when the code is compiled.
+/// Where a point lies as seen from its neighbour: a step (1 or −1) along an axis, known when the code is
+/// compiled.
 template <int axis, int step>
 struct From {};
 
-/// Fast marching (Sethian 1996) over one side of the interface, outward from the ids of its front points on that
-/// side. What a point is, is the grid's affair:
+/// Fast marching (Sethian 1996) over one side of the interface, outward from the ids of its front points on
+/// that side. What a point is, is the grid's affair:
 ///
 ///     id(p), point(id)
-///     forEachNeighbour(p, visit)     visit(q, From<axis, step>()) for each neighbour in the grid, with p as seen from q. It
-///                                    takes visit by reference: a copy would be read back at once in one piece, for which the
-///                                    processor waits until all that has been written before is in the cache, a quarter of
-///                                    the time
+///     forEachNeighbour(p, visit)     visit(q, From<axis, step>()) for each neighbour in the grid, with p as
+///                                    seen from q
 ///     isFar(q), isTrial(q)
-///     reach(q, side)                 makes q a trial point; its tentative distance from all known neighbours
+///     reach(q, side)                 makes q a trial point; its tentative distance from all known
+///                                    neighbours
 ///     reachFrom(q, from, side)       the same where p has just become known
-///     improve(q, from, side, last)   its next tentative distance, from the last one, once p has become known too
+///     improve(q, from, side, last)   its next tentative distance, from the last one, once p has become known
+///                                    too
 ///     keepHandle(q, handle), handle(q)
 ///     accept(p, side, distance)
 ///     spreads(distance)              whether the neighbours of a point at this distance are looked at
+///
+/// A grid takes visit by reference: a copy would be read back at once in one piece, for which the processor
+/// waits until all that has been written before is in the cache. That took a quarter of the time.
 template <class Grid, class Ids>
 void march(Grid& grid, const Ids& front, State side, MarchQueue& queue) {
     for (const int id : front) {

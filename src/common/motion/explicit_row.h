@@ -4,9 +4,9 @@
 
 namespace lset::detail {
 
-/// Writes a row of an explicit step: next[x] = moved(x, before, after), with the columns beside x, mirrored at the ends. ahead
-/// is what the next rows will be the first to read. For a loop that vectorises, moved refers to pointers that are __restrict;
-/// copies in a closure are not.
+/// Writes a row of an explicit step: next[x] = moved(x, before, after), with the columns beside x, mirrored
+/// at the ends. ahead is what the next rows will be the first to read. For a loop that vectorises, moved
+/// refers to pointers that are __restrict; copies in a closure are not.
 template <class Moved>
 void stepRow(int width, const double* ahead, double* __restrict next, Moved moved) {
     // The hardware fetches ahead within a page only; a cache line holds eight values.

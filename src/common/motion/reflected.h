@@ -4,8 +4,8 @@
 
 namespace lset::detail {
 
-/// The neighbours of coordinate c on an axis of n points as implicit steps see them: reflected at both ends without repeating
-/// the edge point (−1 is 1, n is n − 2), and on an axis of one point the point itself.
+/// The neighbours of coordinate c on an axis of n points as implicit steps see them: reflected at both ends
+/// without repeating the edge point (−1 is 1, n is n − 2), and on an axis of one point the point itself.
 struct Reflected {
     std::ptrdiff_t before, after;
 

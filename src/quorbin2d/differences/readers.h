@@ -57,7 +57,8 @@ class DenseReader2D {
     double hx_, hy_;
 };
 
-/// Calls body with the reader that the exact type of the level set allows. Meant once a call, outside the loops.
+/// Calls body with the reader that the exact type of the level set allows. Meant once a call, outside the
+/// loops.
 template <class Body>
 decltype(auto) withReader(const LevelSet2D& levelSet, Body&& body) {
     // By address: comparing names costs more than reading a point. A second copy of the type in another

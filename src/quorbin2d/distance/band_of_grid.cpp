@@ -44,13 +44,23 @@ void seed(FullLevelSet2D& grid, const DenseReader2D& field, PointHash<double>& v
 
 }  // namespace
 
-void FastLevelSet2D::initTo(FullLevelSet2D& grid, int reinit) {
+void FastLevelSet2D::makeOf(FullLevelSet2D& grid, bool reinitialized) {
     const double hx = grid.getXSpace(), hy = grid.getYSpace();
     PointHash<double> seeded(bucketCountFor(grid));
     withReader(grid, [&](const auto& field) { seed(grid, field, seeded); });
     values_.swap(seeded);
     xSpace_ = hx;
     ySpace_ = hy;
-    if (reinit != 0) ensureSignedDistanceFMM();
+    if (reinitialized) ensureSignedDistanceFMM();
+}
+
+void FastLevelSet2D::initTo(FullLevelSet2D& grid, int reinit) {
+    makeOf(grid, reinit != 0);
     std::printf(messages::kBandMade, size());
+}
+
+FastLevelSet2D quorbin::bandOf(FullLevelSet2D& grid, bool reinitialized) {
+    FastLevelSet2D band;
+    band.makeOf(grid, reinitialized);
+    return band;
 }

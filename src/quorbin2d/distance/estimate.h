@@ -19,8 +19,8 @@ struct Estimate2D {
     Source2D source;
 };
 
-/// Tentative distance of a point from those of its neighbours that are known. A usable pair of neighbours on different axes
-/// rules out the single ones, however near.
+/// Tentative distance of a point from those of its neighbours that are known. A usable pair of neighbours on
+/// different axes rules out the single ones, however near.
 inline Estimate2D estimateFrom(const KnownNeighbours2D& known, double hx, double hy,
                                const EikonalQuadratic& quadratic) {
     const auto [right, left, up, down] = known;

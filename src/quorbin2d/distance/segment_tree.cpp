@@ -52,8 +52,8 @@ double SegmentTree::smallest(const Point& p, double bound, std::size_t& nearest)
         const Box& box = boxes_[node];
         const double dx = std::max({box.low.x - p.x, p.x - box.high.x, 0.0});
         const double dy = std::max({box.low.y - p.y, p.y - box.high.y, 0.0});
-        // Measuring errs by a few roundings of the distance plus the length of a segment, which is at most a cell's
-        // diagonal: 1e-12 is far more.
+        // Measuring errs by a few roundings of the distance plus the length of a segment, which is at most a
+        // cell's diagonal: 1e-12 is far more.
         const double squared = (dx * dx + dy * dy) * (1 - 1e-12) - 1e-12;
         if (squared > best + 1e-12 * std::sqrt(best)) {
             node = box.next;

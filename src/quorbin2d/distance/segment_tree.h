@@ -9,17 +9,17 @@
 
 namespace lset::detail {
 
-/// Segments in a tree of boxes, halved at the middle of their longer side. Finds the same squared distance, to the last
-/// bit, as measuring every segment: a box is passed over only if it is further than any rounding could make up for.
-/// Coordinates must be numbers.
+/// Segments in a tree of boxes, halved at the middle of their longer side. Finds the same squared distance,
+/// to the last bit, as measuring every segment: a box is passed over only if it is further than any rounding
+/// could make up for. Coordinates must be numbers.
 class SegmentTree {
  public:
     using Point = brin::Vec2<double>;
 
     SegmentTree(const std::vector<Point>& points, const std::vector<std::pair<int, int>>& segments);
 
-    /// The smallest of bound and the squared distances from p. nearest is tried first and then set to the segment
-    /// found, so that a neighbouring point begins with a good guess; 0 to begin with.
+    /// The smallest of bound and the squared distances from p. nearest is tried first and then set to the
+    /// segment found, so that a neighbouring point begins with a good guess; 0 to begin with.
     double smallest(const Point& p, double bound, std::size_t& nearest) const;
 
  private:

@@ -9,7 +9,8 @@ using namespace lset::detail;
 
 namespace {
 
-/// The nearest segment of a cell to a grid point: its squared distance, negative where the point is on its left.
+/// The nearest segment of a cell to a grid point: its squared distance, negative where the point is on its
+/// left.
 double signedSquare(const std::vector<MeasuredSegment>& segments, const brin::Vec2<double>& point,
                     double& square) {
     square = 1e11;

@@ -11,8 +11,8 @@ void FullLevelSet2D::ensureSignedDistanceBrute() {
     std::vector<brin::Vec2<double>> points;
     std::vector<std::pair<int, int>> segments;
     getLines(points, segments);
-    // A distance that is not a number replaces whatever is there and is replaced by none: one segment that starts nowhere,
-    // and no point has a distance. One that only ends nowhere counts as its start.
+    // A distance that is not a number replaces whatever is there and is replaced by none: one segment that
+    // starts nowhere, and no point has a distance. One that only ends nowhere counts as its start.
     const auto isNumber = [&](int i) {
         const brin::Vec2<double>& p = points[static_cast<std::size_t>(i)];
         return !std::isnan(p.x) && !std::isnan(p.y);

@@ -45,10 +45,10 @@ inline TiledBandCell bandCell(const TiledBandReader2D& reader, int x, int y, con
 /// In which order the other corners of a cell are asked for.
 enum class CornerOrder { kRightAboveDiagonal, kRightDiagonalAbove };
 
-/// Visits the cells of a band whose four corners are stored, in the order of their lower left ones: visit(cell, corners,
-/// case) with places of the corners counterclockwise from the lower left one.
+/// Visits the cells of a band whose four corners are stored, in the order of their lower left ones:
+/// visit(lower left point, places, values) of the corners, counterclockwise from the lower left one.
 template <CornerOrder order, class Reader, class Visit>
-void forEachBandCell(const Reader& band, Visit visit) {
+void forEachWholeCell(const Reader& band, Visit visit) {
     using Place = typename Reader::Place;
     band.forEach([&](const PointAnd<double>& point, Place p) {
         const Place right = band.template step<0, 1>(p), above = band.template step<1, 1>(p);
@@ -60,6 +60,15 @@ void forEachBandCell(const Reader& band, Visit visit) {
         const Place corners[4] = {p, right, diagonal, above};
         double values[4] = {point.value};
         for (int c = 1; c < 4; ++c) values[c] = band.get(corners[c]);
+        visit(point, corners, values);
+    });
+}
+
+/// Visits those of them that carry segments: visit(lower left point, places, cell, case).
+template <CornerOrder order, class Reader, class Visit>
+void forEachBandCell(const Reader& band, Visit visit) {
+    using Place = typename Reader::Place;
+    forEachWholeCell<order>(band, [&](const auto& point, const Place(&corners)[4], const double(&values)[4]) {
         const int cell = cellCase(values[0] > 0.0, values[1] > 0.0, values[2] > 0.0, values[3] > 0.0);
         if (MarchingSquares::lut_size[cell] > 0)
             visit(point, corners, bandCell(band, point.x, point.y, values), cell);

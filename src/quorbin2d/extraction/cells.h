@@ -20,8 +20,8 @@ void forEachSegment(int caseOfCell, Visit visit) {
     for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) visit(edge[0], edge[1]);
 }
 
-/// Visits the cells that carry segments, row by row: visit(x, y, case). endRow(done, all) follows each row of cells. Every
-/// corner is read through its slot.
+/// Visits the cells that carry segments, row by row: visit(x, y, case). endRow(done, all) follows each row of
+/// cells. Every corner is read through its slot.
 template <class Visit, class EndRow>
 void forEachCrossedCell(const VirtualReader2D& field, int width, int height, Visit visit, EndRow endRow) {
     for (int y = 0; y < height - 1; ++y) {

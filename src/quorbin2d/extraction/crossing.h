@@ -19,4 +19,13 @@ inline brin::Vec2<double> zeroCrossing(brin::Vec2<double> a, double fa, brin::Ve
     return (1 - t) * a + t * b;
 }
 
+/// The same for samples that may not be finite: beside such a one, not-a-number included, the crossing is at
+/// the finite sample, and between two of them at the midpoint.
+inline brin::Vec2<double> crossingBetween(brin::Vec2<double> a, double fa, brin::Vec2<double> b, double fb) {
+    if (std::isfinite(fa) && std::isfinite(fb)) return zeroCrossing(a, fa, b, fb);
+    if (std::isfinite(fa)) return a;
+    if (std::isfinite(fb)) return b;
+    return 0.5 * (a + b);
+}
+
 }  // namespace lset::detail

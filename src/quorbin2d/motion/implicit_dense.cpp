@@ -56,8 +56,8 @@ bool solveByTransforms(int width, int height, double wx, double wy, std::vector<
     return true;
 }
 
-/// Leaves u for b in u. wx and wy are the weights of the neighbours that the mean diffusion gives. False where the Krylov
-/// method does not reach a backward error of rounding within its steps.
+/// Leaves u for b in u. wx and wy are the weights of the neighbours that the mean diffusion gives. False
+/// where the Krylov method does not reach a backward error of rounding within its steps.
 bool solveIteratively(const StencilSystem& system, int width, int height, double wx, double wy,
                       double normOfA, std::vector<double>& u) {
     constexpr double kBackwardError = 1e-14;

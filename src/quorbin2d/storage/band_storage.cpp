@@ -1,5 +1,7 @@
 #include "quorbin2d/fast_level_set_2d.h"
 
+#include <utility>
+
 #include "band/storage/workspace.h"
 
 namespace {
@@ -23,6 +25,17 @@ FastLevelSet2D::FastLevelSet2D(const FastLevelSet2D& other)
 FastLevelSet2D& FastLevelSet2D::operator=(const FastLevelSet2D& other) {
     values_ = other.values_;
     LevelSet2D::operator=(other);
+    return *this;
+}
+
+FastLevelSet2D::FastLevelSet2D(FastLevelSet2D&& other) : FastLevelSet2D() { *this = std::move(other); }
+
+FastLevelSet2D& FastLevelSet2D::operator=(FastLevelSet2D&& other) noexcept {
+    if (this == &other) return *this;
+    values_.swap(other.values_);
+    work_.swap(other.work_);
+    LevelSet2D::operator=(other);
+    other.values_.clear();
     return *this;
 }
 

@@ -38,7 +38,7 @@ void FullLevelSet2D::init(int width, int height, double xSpace, double ySpace) {
     adopt(width, height, xSpace, ySpace);
 }
 
-void FullLevelSet2D::operator=(const FullLevelSet2D& other) {  // NOLINT(misc-unconventional-assign-operator)
+void FullLevelSet2D::operator=(const FullLevelSet2D& other) {
     release();
     const double ySpace = other.getYSpace();
     const double xSpace = other.getXSpace();
@@ -47,6 +47,19 @@ void FullLevelSet2D::operator=(const FullLevelSet2D& other) {  // NOLINT(misc-un
     if (!adopt(width, height, xSpace, ySpace)) return;
     // A subclass may report other sizes than it stores.
     std::copy_n(other.values_.get(), std::min(size(), other.size()), values_.get());
+}
+
+FullLevelSet2D::FullLevelSet2D(FullLevelSet2D&& other) noexcept { *this = std::move(other); }
+
+FullLevelSet2D& FullLevelSet2D::operator=(FullLevelSet2D&& other) noexcept {
+    if (this == &other) return *this;
+    width_ = std::exchange(other.width_, 0);
+    height_ = std::exchange(other.height_, 0);
+    xSpace_ = std::exchange(other.xSpace_, 0.0);
+    ySpace_ = std::exchange(other.ySpace_, 0.0);
+    values_ = std::move(other.values_);
+    scratch_ = std::move(other.scratch_);
+    return *this;
 }
 
 int FullLevelSet2D::getWidth() const { return width_; }

@@ -7,7 +7,9 @@ using namespace lset::detail;
 double FullLevelSet3D::getDxMinus(int x, int y, int z) const {
     return backward<0>(VirtualReader3D{*this}, x, y, z);
 }
-double FullLevelSet3D::getDxPlus(int x, int y, int z) const { return forward<0>(VirtualReader3D{*this}, x, y, z); }
+double FullLevelSet3D::getDxPlus(int x, int y, int z) const {
+    return forward<0>(VirtualReader3D{*this}, x, y, z);
+}
 double FullLevelSet3D::getDxCentral(int x, int y, int z) const {
     const int points = VirtualReader3D{*this}.width();
     if (x == 0) return getDxPlus(x, y, z);
@@ -21,7 +23,9 @@ double FullLevelSet3D::getDxUpwind(int x, int y, int z, double speed) const {
 double FullLevelSet3D::getDyMinus(int x, int y, int z) const {
     return backward<1>(VirtualReader3D{*this}, x, y, z);
 }
-double FullLevelSet3D::getDyPlus(int x, int y, int z) const { return forward<1>(VirtualReader3D{*this}, x, y, z); }
+double FullLevelSet3D::getDyPlus(int x, int y, int z) const {
+    return forward<1>(VirtualReader3D{*this}, x, y, z);
+}
 double FullLevelSet3D::getDyCentral(int x, int y, int z) const {
     const int points = VirtualReader3D{*this}.height();
     if (y == 0) return getDyPlus(x, y, z);
@@ -35,7 +39,9 @@ double FullLevelSet3D::getDyUpwind(int x, int y, int z, double speed) const {
 double FullLevelSet3D::getDzMinus(int x, int y, int z) const {
     return backward<2>(VirtualReader3D{*this}, x, y, z);
 }
-double FullLevelSet3D::getDzPlus(int x, int y, int z) const { return forward<2>(VirtualReader3D{*this}, x, y, z); }
+double FullLevelSet3D::getDzPlus(int x, int y, int z) const {
+    return forward<2>(VirtualReader3D{*this}, x, y, z);
+}
 double FullLevelSet3D::getDzCentral(int x, int y, int z) const {
     const int points = VirtualReader3D{*this}.depth();
     if (z == 0) return getDzPlus(x, y, z);

@@ -62,7 +62,8 @@ class DenseReader3D {
     double hx_, hy_, hz_;
 };
 
-/// Calls body with the reader that the exact type of the level set allows. Meant once a call, outside the loops.
+/// Calls body with the reader that the exact type of the level set allows. Meant once a call, outside the
+/// loops.
 template <class Body>
 decltype(auto) withReader(const LevelSet3D& levelSet, Body&& body) {
     if (&typeid(levelSet) == &typeid(FullLevelSet3D))

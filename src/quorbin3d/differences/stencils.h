@@ -2,8 +2,8 @@
 
 #include "common/differences/divide.h"
 
-/// Difference formulas on anything that reads a field by get(x, y, z), along axis 0 (x), 1 (y) or 2 (z). A read is a statement:
-/// their order is fixed.
+/// Difference formulas on anything that reads a field by get(x, y, z), along axis 0 (x), 1 (y) or 2 (z). A
+/// read is a statement: their order is fixed.
 namespace lset::detail {
 
 /// The seven-point Laplacian of a value and its neighbours; the overs divide by the squared spacings.

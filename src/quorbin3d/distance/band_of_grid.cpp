@@ -49,7 +49,7 @@ void seed(const DenseReader3D& field, Point3Hash<double>& values) {
 
 }  // namespace
 
-void FastLevelSet3D::initTo(const FullLevelSet3D& grid, int reinit) {
+void FastLevelSet3D::makeOf(const FullLevelSet3D& grid, bool reinitialized) {
     const double hx = grid.getXSpace(), hy = grid.getYSpace(), hz = grid.getZSpace();
     Point3Hash<double> seeded(bucketCountFor(grid));
     withReader(grid, [&](const auto& field) { seed(field, seeded); });
@@ -57,6 +57,16 @@ void FastLevelSet3D::initTo(const FullLevelSet3D& grid, int reinit) {
     xSpace_ = hx;
     ySpace_ = hy;
     zSpace_ = hz;
-    if (reinit != 0) ensureSignedDistanceFMM();
+    if (reinitialized) ensureSignedDistanceFMM();
+}
+
+void FastLevelSet3D::initTo(const FullLevelSet3D& grid, int reinit) {
+    makeOf(grid, reinit != 0);
     std::printf(messages::kBandMade, values_.size());
+}
+
+FastLevelSet3D quorbin::bandOf(const FullLevelSet3D& grid, bool reinitialized) {
+    FastLevelSet3D band;
+    band.makeOf(grid, reinitialized);
+    return band;
 }

@@ -7,8 +7,8 @@
 
 namespace lset::detail {
 
-/// The eikonal quadratic for neighbours on three axes, and for those on two, with what depends on the spacings alone formed
-/// once. The former is guarded, the latter not; callers take a running minimum.
+/// The eikonal quadratic for neighbours on three axes, and for those on two, with what depends on the
+/// spacings alone formed once. The former is guarded, the latter not; callers take a running minimum.
 class EikonalQuadratics3D {
  public:
     EikonalQuadratics3D(double hx, double hy, double hz)

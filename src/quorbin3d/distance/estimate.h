@@ -50,8 +50,8 @@ struct KnownAlongAxis {
 /// The neighbours of a point by direction: each null unless it is known, else its distance.
 using KnownNeighbours3D = std::array<const double*, 6>;
 
-/// Tentative distance of a point from those of its neighbours that are known. Candidates from three axes rule out those from
-/// two, and these the single ones, however near.
+/// Tentative distance of a point from those of its neighbours that are known. Candidates from three axes rule
+/// out those from two, and these the single ones, however near.
 inline Estimate3D estimateFrom(const KnownNeighbours3D& known, const EikonalQuadratics3D& quadratics) {
     KnownAlongAxis along[3];
     for (int direction = 0; direction < 6; ++direction)
@@ -71,9 +71,10 @@ inline Estimate3D estimateFrom(const KnownNeighbours3D& known, const EikonalQuad
     return {nearest.best, Source3D::kSingle};
 }
 
-/// The next tentative distance of a point once a neighbour along an axis, at the distance here, has become known. Only
-/// candidates that it is part of can be new; the minimum over the others is the last distance, unless that comes from fewer
-/// axes than are known now. The last distance must be usable; its source becomes that of the next.
+/// The next tentative distance of a point once a neighbour along an axis, at the distance here, has become
+/// known. Only candidates that it is part of can be new; the minimum over the others is the last distance,
+/// unless that comes from fewer axes than are known now. The last distance must be usable; its source becomes
+/// that of the next.
 template <int axis>
 double improved(double last, Source3D& source, double here, const KnownAlongAxis& lower,
                 const KnownAlongAxis& higher, const EikonalQuadratics3D& quadratics) {

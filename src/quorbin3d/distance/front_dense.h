@@ -7,7 +7,8 @@
 
 namespace lset::detail {
 
-/// Finds the front row by row, layer by layer, and gives each of its points a state and a first distance (see FrontFinder).
+/// Finds the front row by row, layer by layer, and gives each of its points a state and a first distance (see
+/// FrontFinder).
 Front findFront(FullLevelSet3D& grid, const std::array<int, 3>& sizes, signed char* states,
                 double* distances);
 

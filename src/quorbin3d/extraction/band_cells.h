@@ -24,8 +24,8 @@ struct BandCell3D {
     }
 };
 
-/// Visits them in the order of their first corners: visit(cell). The other corners are asked for by number, no further than the
-/// first that is not stored.
+/// Visits them in the order of their first corners: visit(cell). The other corners are asked for by number,
+/// no further than the first that is not stored.
 template <class Reader, class Visit>
 void forEachBandCell(const Reader& band, Visit visit) {
     using Place = typename Reader::Place;

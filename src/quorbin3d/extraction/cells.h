@@ -16,8 +16,8 @@ constexpr int kCornerX[8] = {0, 1, 1, 0, 0, 1, 1, 0};
 constexpr int kCornerY[8] = {0, 0, 1, 1, 0, 0, 1, 1};
 constexpr int kCornerZ[8] = {0, 0, 0, 0, 1, 1, 1, 1};
 
-/// Visits the cells that the surface crosses, row by row, layer by layer: visit(x, y, z, case). Every corner is read through
-/// its slot. Its sizes are read once. endLayer(done, all) follows each layer of cells.
+/// Visits the cells that the surface crosses, row by row, layer by layer: visit(x, y, z, case). Every corner
+/// is read through its slot. Its sizes are read once. endLayer(done, all) follows each layer of cells.
 template <class Visit, class EndLayer>
 void forEachCrossedCell(const VirtualReader3D& field, Visit visit, EndLayer endLayer) {
     const int depth = field.depth(), height = field.height(), width = field.width();
@@ -33,8 +33,8 @@ void forEachCrossedCell(const VirtualReader3D& field, Visit visit, EndLayer endL
     }
 }
 
-/// Visits the cells of exactly the dense grid whose corners have different flags: one look at each value, eight cells at a time.
-/// Bit k of the case is the flag of corner k.
+/// Visits the cells of exactly the dense grid whose corners have different flags: one look at each value,
+/// eight cells at a time. Bit k of the case is the flag of corner k.
 template <class Visit, class EndLayer>
 void forEachMixedCell(const DenseReader3D& field, void (SignRow::*flag)(const double*), Visit visit,
                       EndLayer endLayer) {

@@ -34,8 +34,8 @@ struct GridPoint3D {
     int x, y, z;
 };
 
-/// Where the straight line from p (value a) to q (value b) is zero, and, unless normal is null, the mean of the gradients that
-/// gradientAt gives for the two. See LevelSet3D::getPoint.
+/// Where the straight line from p (value a) to q (value b) is zero, and, unless normal is null, the mean of
+/// the gradients that gradientAt gives for the two. See LevelSet3D::getPoint.
 template <class GradientAt>
 Vec3 zeroCrossing(const GridPoint3D& p, double a, const GridPoint3D& q, double b, Vec3* normal,
                   GradientAt&& gradientAt) {

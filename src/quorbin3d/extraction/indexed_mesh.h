@@ -22,8 +22,8 @@ struct IndexedMesh {
         triangles.clear();
     }
 
-    /// Adds the triangles of a cell. indexAt(edge) refers to the index that is kept for an edge, kNone if there is none yet;
-    /// make(edge) forms the crossing.
+    /// Adds the triangles of a cell. indexAt(edge) refers to the index that is kept for an edge, kNone if
+    /// there is none yet; make(edge) forms the crossing.
     template <class IndexAt, class Make>
     void addCell(int caseOfCell, IndexAt indexAt, Make make) {
         const signed char* edge = MarchingCubes::lut[caseOfCell];

@@ -9,7 +9,8 @@ using namespace lset::detail;
 
 namespace {
 
-/// The index of the vertex on each grid edge, by the number of the grid point where the edge begins, and its axis.
+/// The index of the vertex on each grid edge, by the number of the grid point where the edge begins, and its
+/// axis.
 class VerticesByEdge {
  public:
     template <class Reader, class Cell>
@@ -29,8 +30,8 @@ class VerticesByEdge {
 
 }  // namespace
 
-void getTrianglesUnique(const FastLevelSet3D& field, std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
-                        std::vector<gpoint3>& triangles) {
+void quorbin::getTrianglesUnique(const FastLevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
     IndexedMesh mesh{vertices, normals, triangles};
     mesh.clear();
     auto& notWritten = const_cast<FastLevelSet3D&>(field);  // readers can write, this does not

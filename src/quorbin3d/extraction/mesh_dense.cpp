@@ -11,8 +11,8 @@ using namespace lset::detail;
 
 namespace {
 
-/// Adds the triangles of a cell. makeVertex(p, q, normal) gives the crossing between two corners and its normal, which is not
-/// of unit length yet.
+/// Adds the triangles of a cell. makeVertex(p, q, normal) gives the crossing between two corners and its
+/// normal, which is not of unit length yet.
 template <class MakeVertex>
 void addCell(IndexedMesh& mesh, SharedVertices& shared, int x, int y, int z, int cell,
              MakeVertex makeVertex) {
@@ -86,8 +86,8 @@ void meshSurrounded(const Reader& field, IndexedMesh& mesh) {
 
 }  // namespace
 
-void getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
-                        std::vector<gpoint3>& triangles) {
+void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
     IndexedMesh mesh{vertices, normals, triangles};
     mesh.clear();
     withReader(field, [&](const auto& reader) {
@@ -108,8 +108,8 @@ void getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices, st
     });
 }
 
-void getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
-                        std::vector<gpoint3>& triangles) {
+void quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
     IndexedMesh mesh{vertices, normals, triangles};
     mesh.clear();
     withReader(field, [&](const auto& reader) {

@@ -5,8 +5,8 @@
 
 using Vec3 = brin::Vec3<double>;
 
-double surfaceArea(const std::vector<Vec3>& vertices, const std::vector<gpoint3>& triangles, double xSpace,
-                   double ySpace, double zSpace) {
+double quorbin::surfaceArea(const std::vector<Vec3>& vertices, const std::vector<gpoint3>& triangles,
+                            double xSpace, double ySpace, double zSpace) {
     double twice = 0;
     for (const gpoint3& t : triangles) {
         const auto at = [&](int i) {
@@ -19,8 +19,8 @@ double surfaceArea(const std::vector<Vec3>& vertices, const std::vector<gpoint3>
     return twice / 2;
 }
 
-double enclosedVolume(const std::vector<Vec3>& vertices, const std::vector<gpoint3>& triangles, double xSpace,
-                      double ySpace, double zSpace) {
+double quorbin::enclosedVolume(const std::vector<Vec3>& vertices, const std::vector<gpoint3>& triangles,
+                               double xSpace, double ySpace, double zSpace) {
     if (vertices.empty()) return 0;
     // Measured from one of its points, so that a small mesh far out loses no digits.
     const Vec3 origin = vertices.front();
@@ -31,3 +31,6 @@ double enclosedVolume(const std::vector<Vec3>& vertices, const std::vector<gpoin
     }
     return sixfold / 6 * xSpace * ySpace * zSpace;
 }
+
+double quorbin::surfaceArea(const Mesh& mesh) { return surfaceArea(mesh.vertices, mesh.triangles); }
+double quorbin::enclosedVolume(const Mesh& mesh) { return enclosedVolume(mesh.vertices, mesh.triangles); }

@@ -9,8 +9,8 @@
 
 namespace lset::detail {
 
-/// The vertices on the grid edges of the layer of cells under way, and of the grid layer above it: enough to share each
-/// between the cells that have its edge.
+/// The vertices on the grid edges of the layer of cells under way, and of the grid layer above it: enough to
+/// share each between the cells that have its edge.
 class SharedVertices {
  public:
     SharedVertices(int width, int height)

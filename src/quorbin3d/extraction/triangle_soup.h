@@ -21,7 +21,7 @@ class TriangleSoup {
 
     /// Adds the triangles of a case; crossingAt(edge) gives their vertices and normals.
     template <class CrossingAt>
-    void addCell(int caseOfCell, CrossingAt crossingAt) {
+    void addCell(int caseOfCell, const CrossingAt& crossingAt) {
         const signed char* edge = MarchingCubes::lut[caseOfCell];
         for (int t = 0; t < MarchingCubes::lut_sizes[caseOfCell]; ++t) {
             const int first = static_cast<int>(vertices_.size());

@@ -5,13 +5,13 @@ using namespace lset::detail;
 
 void FastLevelSet3D::getTriangles(std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
                                   std::vector<gpoint3>& triangles) {
-    TriangleSoup soup(vertices, normals, triangles);
     withBandReader(*this, *work_, [&](auto& band, BandWorkspace<3>&) {
+        TriangleSoup soup(vertices, normals, triangles);
         auto crossings = bandCrossingsOf(band);
         forEachBandCell(band, [&](const auto& cell) {
             crossings.enterCell();
             soup.addCell(cell.number, [&](int edge) -> decltype(auto) { return crossings.at(cell, edge); });
         });
+        soup.flush();
     });
-    soup.flush();
 }

@@ -19,8 +19,8 @@ bool isByte(double value) { return std::abs(value - 1) < 0.001 || std::abs(value
 
 constexpr std::size_t kTooMany = SIZE_MAX;
 
-/// The number of points of a grid with these sizes, or kTooMany where it does not hold as many: a subclass may report other
-/// sizes than it stores, but not larger ones.
+/// The number of points of a grid with these sizes, or kTooMany where it does not hold as many: a subclass
+/// may report other sizes than it stores, but not larger ones.
 std::size_t pointsWithin(std::size_t held, const std::int32_t (&sizes)[3]) {
     if (std::any_of(sizes, sizes + 3, [](std::int32_t s) { return s < 0; })) return kTooMany;
     if (std::count(sizes, sizes + 3, 0) > 0) return 0;

@@ -49,7 +49,8 @@ bool readRuns(double* values, std::size_t count, File& file) {
     char tag[4] = {};
     if (!file.read(tag, sizeof tag) || std::memcmp(tag, kTag, sizeof tag) != 0) return false;
     for (std::size_t i = 0; i < count;) {
-        // No further than the last run that is needed: a pipe may have more to come, or nothing and stay open.
+        // No further than the last run that is needed: a pipe may have more to come, or nothing and stay
+        // open.
         char run[kRunSize];
         if (!file.read(run, kRunSize)) return false;
         const auto value = static_cast<signed char>(run[0]);

@@ -40,8 +40,8 @@ void relax(const Row& row, int x, std::ptrdiff_t left, std::ptrdiff_t right, con
     row.here[x] = (-row.old[x] - neighbours) / -weight.diagonal;
 }
 
-/// Rows that follow each other, each a step behind the one before: every point sees the same values as one row after the other
-/// would show it, but the points under way do not wait for each other.
+/// Rows that follow each other, each a step behind the one before: every point sees the same values as one
+/// row after the other would show it, but the points under way do not wait for each other.
 template <class Over>
 void relaxRows(const Row* rows, int count, int width, const Weights<Over>& weight) {
     const auto relaxAt = [&](const Row& row, int x) {
@@ -59,8 +59,8 @@ void relaxRows(const Row* rows, int count, int width, const Weights<Over>& weigh
     }
 }
 
-/// One Gauss-Seidel sweep over u; returns the sum of squares of the residuals. readRow(y, z, buffer) gives a row of the field
-/// before the step.
+/// One Gauss-Seidel sweep over u; returns the sum of squares of the residuals. readRow(y, z, buffer) gives a
+/// row of the field before the step.
 template <class Over, class ReadRow>
 double sweep(double* u, int width, int height, int depth, const Weights<Over>& weight, ReadRow readRow) {
     const std::ptrdiff_t stride = width, layer = stride * height;

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "band/storage/workspace.h"
 #include "common/stepped.h"
 #include "quorbin3d/fast_level_set_3d.h"
@@ -37,6 +39,17 @@ FastLevelSet3D::FastLevelSet3D(const FastLevelSet3D& other)
 FastLevelSet3D& FastLevelSet3D::operator=(const FastLevelSet3D& other) {
     values_ = other.values_;
     LevelSet3D::operator=(other);
+    return *this;
+}
+
+FastLevelSet3D::FastLevelSet3D(FastLevelSet3D&& other) : FastLevelSet3D() { *this = std::move(other); }
+
+FastLevelSet3D& FastLevelSet3D::operator=(FastLevelSet3D&& other) noexcept {
+    if (this == &other) return *this;
+    values_.swap(other.values_);
+    work_.swap(other.work_);
+    LevelSet3D::operator=(other);
+    other.values_.clear();
     return *this;
 }
 

@@ -44,13 +44,28 @@ void FullLevelSet3D::init(int width, int height, int depth, double xSpace, doubl
     adopt(width, height, depth, xSpace, ySpace, zSpace);
 }
 
-void FullLevelSet3D::operator=(const FullLevelSet3D& other) {  // NOLINT(misc-unconventional-assign-operator)
+void FullLevelSet3D::operator=(const FullLevelSet3D& other) {
     release();
     const double xSpace = other.getXSpace(), ySpace = other.getYSpace(), zSpace = other.getZSpace();
     const int width = other.getWidth(), height = other.getHeight(), depth = other.getDepth();
     if (!adopt(width, height, depth, xSpace, ySpace, zSpace)) return;
     // A subclass may report other sizes than it stores.
     std::copy_n(other.values_.get(), std::min(size(), other.size()), values_.get());
+}
+
+FullLevelSet3D::FullLevelSet3D(FullLevelSet3D&& other) noexcept { *this = std::move(other); }
+
+FullLevelSet3D& FullLevelSet3D::operator=(FullLevelSet3D&& other) noexcept {
+    if (this == &other) return *this;
+    width_ = std::exchange(other.width_, 0);
+    height_ = std::exchange(other.height_, 0);
+    depth_ = std::exchange(other.depth_, 0);
+    xSpace_ = std::exchange(other.xSpace_, 0.0);
+    ySpace_ = std::exchange(other.ySpace_, 0.0);
+    zSpace_ = std::exchange(other.zSpace_, 0.0);
+    values_ = std::move(other.values_);
+    scratch_ = std::move(other.scratch_);
+    return *this;
 }
 
 int FullLevelSet3D::getWidth() const { return width_; }

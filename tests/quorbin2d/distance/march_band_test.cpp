@@ -95,7 +95,7 @@ TEST(BandMarch, ReachesTwoSpacingsAndARingBeyondTheGridToo) {
     FullLevelSet2D grid;
     fill(grid, 12, 9, [](int x, int) { return x - 1.5; });
     FastLevelSet2D band;
-    initQuietly(band, grid, true);
+    assignBandOf(band, grid, true);
     for (int x = -3; x <= 6; ++x) {
         EXPECT_EQ(band.have(x, 4), x >= -1 && x <= 4) << x;
         if (band.have(x, 4)) {
@@ -156,7 +156,7 @@ TEST(BandSegments, GiveTheDistanceWithinThreeXSpacingsAndTheSideOfTheNearest) {
             grid, 60, 60, [=](int x, int y) { return std::hypot(x - centreX, y - centreY) - radius; },
             spacing, spacing);
         FastLevelSet2D band;
-        initQuietly(band, grid, false);
+        assignBandOf(band, grid, false);
         band.ensureSignedDistance();
         for (int y = 0; y < 60; ++y)
             for (int x = 0; x < 60; ++x) {

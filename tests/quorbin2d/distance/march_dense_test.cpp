@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "textbook_march.h"
+#include "textbook/march.h"
 
 namespace {
 

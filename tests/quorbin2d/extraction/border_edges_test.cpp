@@ -21,7 +21,7 @@ TEST(BorderEdges, CloseAContourAlongTheBorder) {
     EXPECT_EQ(segments.size(), before + 3);
     const auto polygons = getPolygons(points, segments);
     ASSERT_EQ(polygons.size(), 1U);
-    EXPECT_EQ(area(points, polygons[0]), 1.5 * 2);
+    EXPECT_EQ(quorbin::area(points, polygons[0]), 1.5 * 2);
 }
 
 TEST(BorderEdges, GoRoundAllFourCornersBackToTheSameSide) {
@@ -33,7 +33,7 @@ TEST(BorderEdges, GoRoundAllFourCornersBackToTheSameSide) {
     addBorderEdges(points, segments, &grid);
     const auto polygons = getPolygons(points, segments);
     ASSERT_EQ(polygons.size(), 1U);
-    EXPECT_EQ(area(points, polygons[0]), 16 - 0.5 * 0.5);
+    EXPECT_EQ(quorbin::area(points, polygons[0]), 16 - 0.5 * 0.5);
 }
 
 TEST(BorderEdges, SurvivePointsThatAreNoContour) {

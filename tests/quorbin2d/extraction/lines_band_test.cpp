@@ -17,7 +17,7 @@ TEST(BandLines, AreThoseOfTheDenseGridInAnotherOrder) {
     };
     onRandomPairs([&](FullLevelSet2D& grid, SlowPath&) {
         FastLevelSet2D band;
-        initQuietly(band, grid, false);
+        assignBandOf(band, grid, false);
         const int size = band.size();
         Points points, dense;
         Segments segments, denseSegments;
@@ -58,14 +58,14 @@ TEST(BandLines, MakeClosedPolygonsOnceTheirPointsAreShared) {
     FullLevelSet2D grid;
     fill(grid, 70, 70, [](int x, int y) { return std::hypot(x - 33.2, y - 36.9) - 21; });
     FastLevelSet2D band;
-    initQuietly(band, grid, true);
+    assignBandOf(band, grid, true);
     Points points;
     Segments segments;
     band.getLinesUnique(points, segments);
     const auto polygons = getPolygons(points, segments);
     ASSERT_EQ(polygons.size(), 1U);
     EXPECT_EQ(polygons[0].size(), segments.size());
-    EXPECT_NEAR(area(points, polygons[0]), M_PI * 21 * 21, 20);
+    EXPECT_NEAR(quorbin::area(points, polygons[0]), M_PI * 21 * 21, 20);
 }
 
 TEST(BandLines, DrawNothingWhereACornerIsMissing) {

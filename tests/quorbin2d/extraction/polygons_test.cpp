@@ -53,10 +53,10 @@ TEST(Polygons, OfOnePointAreOneLoopWithNegativeAreaAndOfAHoleWithPositive) {
         EXPECT_EQ(points.size(), 4U);
         const auto polygons = getPolygons(points, segments);
         ASSERT_EQ(polygons.size(), 1U);
-        EXPECT_EQ(area(points, polygons[0]), -sign * 0.5);
-        EXPECT_DOUBLE_EQ(length(points, polygons[0]), 2 * std::sqrt(2.0));
-        EXPECT_EQ(area(points, polygons[0], 3.0, 0.5), -sign * 0.75);
-        EXPECT_DOUBLE_EQ(length(points, polygons[0], 3.0, 4.0), 4 * 2.5);
+        EXPECT_EQ(quorbin::area(points, polygons[0]), -sign * 0.5);
+        EXPECT_DOUBLE_EQ(quorbin::length(points, polygons[0]), 2 * std::sqrt(2.0));
+        EXPECT_EQ(quorbin::area(points, polygons[0], 3.0, 0.5), -sign * 0.75);
+        EXPECT_DOUBLE_EQ(quorbin::length(points, polygons[0], 3.0, 4.0), 4 * 2.5);
     }
 }
 

@@ -105,7 +105,7 @@ TEST(BandMotion, SurvivesAnOverrideThatComesBackToTheBand) {
     FullLevelSet2D grid;
     fill(grid, 30, 30, [](int x, int y) { return std::hypot(x - 15.2, y - 14.7) - 9; });
     RestlessBand band;
-    initQuietly(band, grid, true);
+    assignBandOf(band, grid, true);
     band.moveAlongCurvature();
     std::set<std::pair<int, int>> points;
     for (const auto& bucket : band.points().buckets)
@@ -145,7 +145,8 @@ TEST(BandMotion, ImplicitStepRelaxesItsOwnEquation) {
     empty.moveWithCurvatureImplicit(nothing, 0.5, 2000000000);
 }
 
-/// Up to where the march spread, band and dense grid hold the same distances to the bit, after any number of steps.
+/// Up to where the march spread, band and dense grid hold the same distances to the bit, after any number of
+/// steps.
 TEST(BandMotion, IsThatOfTheDenseGridAsFarAsTheMarchSpreads) {
     for (const auto& [hx, hy] : {std::pair{1.0, 1.0}, {0.5, 0.8}}) {
         FullLevelSet2D grid;
@@ -157,7 +158,7 @@ TEST(BandMotion, IsThatOfTheDenseGridAsFarAsTheMarchSpreads) {
             },
             hx, hy);
         FastLevelSet2D band;
-        initQuietly(band, grid, true);
+        assignBandOf(band, grid, true);
         grid.ensureSignedDistanceFMM();
         const double limit = 0.95 / (2 / (hx * hx) + 2 / (hy * hy));
         for (int step = 0; step < 30; ++step) {

@@ -94,8 +94,8 @@ double meanRadius(const FullLevelSet2D& grid, double centre) {
     return sum / static_cast<double>(points.size());
 }
 
-/// How far a circle of radius 0.6 in a square of 2 strays from r^2 = r0^2 - 2t until the time 0.08. A dt of 0 means
-/// explicit steps.
+/// How far a circle of radius 0.6 in a square of 2 strays from r^2 = r0^2 - 2t until the time 0.08. A dt of 0
+/// means explicit steps.
 double errorOfCircle(int size, double dt) {
     const double h = 2.0 / size, centre = size / 2.0 - 0.3, time = 0.08;
     FullLevelSet2D grid;

@@ -46,7 +46,7 @@ TEST(Band, OfAGridIsTheCornersOfItsCrossedCells) {
         FullLevelSet2D grid;
         grid.init(width, height, 0.5, 2.0);
         FastLevelSet2D band;
-        initQuietly(band, grid, false);
+        assignBandOf(band, grid, false);
         EXPECT_EQ(band.getYSpace(), 2.0);
         return band.points().bucketCount;
     };
@@ -73,10 +73,21 @@ TEST(Band, OfAGridIsTheCornersOfItsCrossedCells) {
 TEST(Band, IsMadeAlikeFromADenseGridAndFromAnySubclassOfIt) {
     onRandomPairs([](FullLevelSet2D& dense, SlowPath& slow) {
         FastLevelSet2D one, other;
-        initQuietly(one, dense, false);
-        initQuietly(other, slow, false);
+        assignBandOf(one, dense, false);
+        assignBandOf(other, slow, false);
         ASSERT_TRUE(contentOf(one.points()) == contentOf(other.points()));
     });
+}
+
+TEST(Band, IsMovedAndLeavesAnEmptyOneBehind) {
+    FastLevelSet2D band;
+    band(5, -7) = 2;
+    FastLevelSet2D moved = std::move(band);
+    EXPECT_EQ(moved.get(5, -7), 2);
+    band(5, -7) = 9;  // which is a band as before
+    moved = std::move(band);
+    EXPECT_EQ(moved.get(5, -7), 9);
+    EXPECT_EQ(band.size(), 0);
 }
 
 }  // namespace

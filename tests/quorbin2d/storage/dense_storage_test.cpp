@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <cmath>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -65,6 +66,22 @@ TEST(DenseStorage, InterpolatesBilinearlyAndClamps) {
     EXPECT_EQ(grid.bilinear(3.0 + 7.5, 1.0), grid.bilinear(3.0, 1.0));
     EXPECT_EQ(grid.bilinear(3.0, 2.0), grid.get(3, 2));
     EXPECT_EQ(grid.bilinear(NAN, NAN), grid.get(0, 0));
+}
+
+TEST(DenseStorage, IsMovedAndLeavesAnEmptyOneBehind) {
+    FullLevelSet2D grid;
+    grid.init(3, 2, 0.5, 2.0);
+    grid.data()[1] = 7;
+    const double* const values = grid.data();
+    FullLevelSet2D moved = std::move(grid);
+    EXPECT_EQ(moved.data(), values);
+    EXPECT_EQ(moved.getXSpace(), 0.5);
+    grid = std::move(moved);
+    EXPECT_EQ(grid.data(), values);
+    EXPECT_EQ(moved.data(), nullptr);
+    EXPECT_EQ(moved.getWidth() + moved.getYSpace(), 0);
+    moved.init(3, 2, 0.5, 2.0);
+    EXPECT_EQ(moved.data()[1], 0);
 }
 
 }  // namespace

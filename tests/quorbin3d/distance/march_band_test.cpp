@@ -117,7 +117,7 @@ TEST(VolumeBandMarch, OfAPlaneKeepsSixLayersAndPassesTheFacesOfTheGrid) {
     FullLevelSet3D grid;
     fill(grid, {7, 7, 7}, [](int, int, int z) { return z - 3.5; });
     FastLevelSet3D band;
-    initQuietly(band, grid, true);
+    assignBandOf(band, grid, true);
     for (int z = -1; z <= 8; ++z) {
         EXPECT_EQ(band.have(3, 3, z), z >= 1 && z <= 6) << z;
         if (band.have(3, 3, z)) {
@@ -144,7 +144,7 @@ TEST(VolumeBandMarch, TakesAnyBand) {
     FullLevelSet3D grid;
     fill(grid, {26, 26, 18},
          [](int x, int y, int z) { return x % 8 == 4 && y % 8 == 4 && z % 8 == 4 ? -1 : 1; });
-    initQuietly(band, grid, false);
+    assignBandOf(band, grid, false);
     const int stored = band.size();
     Point3Hash<double> expected = band.points();
     TextbookMarch textbook(band, expected.bucketCount);
@@ -159,7 +159,7 @@ TEST(VolumeBandMarch, TakesAnyBand) {
         fill(
             ball, {9, 9, 9}, [](int x, int y, int z) { return std::hypot(x - 4, y - 4, z - 4) - 2.5; }, h,
             std::max(h, 1.0), std::max(h, 1.0));
-        initQuietly(band, ball, true);
+        assignBandOf(band, ball, true);
         EXPECT_LT(band.size(), 2000) << h;
         EXPECT_GT(band.size(), 0) << h;
     }
@@ -184,7 +184,7 @@ TEST(VolumeBandMarch, AtUnequalSpacingsIsTheDistanceOfTheDenseGrid) {
             },
             1, 1, hz);
         FastLevelSet3D band;
-        initQuietly(band, grid, true);
+        assignBandOf(band, grid, true);
         grid.ensureSignedDistanceFMM();
         int compared = 0;
         for (const auto& bucket : band.points().buckets)

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "quorbin3d/dense_support.h"
-#include "textbook_march.h"
+#include "textbook/march.h"
 
 namespace {
 

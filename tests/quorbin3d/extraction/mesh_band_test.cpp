@@ -36,8 +36,8 @@ TEST(VolumeBandMesh, IsTheSameOnBothPathsAndSharesVerticesByEdge) {
         band.getTriangles(one.vertices, one.normals, one.triangles);
         slow.getTriangles(other.vertices, other.normals, other.triangles);
         ASSERT_TRUE(one == other);
-        getTrianglesUnique(band, shared.vertices, shared.normals, shared.triangles);
-        getTrianglesUnique(slow, slowShared.vertices, slowShared.normals, slowShared.triangles);
+        quorbin::getTrianglesUnique(band, shared.vertices, shared.normals, shared.triangles);
+        quorbin::getTrianglesUnique(slow, slowShared.vertices, slowShared.normals, slowShared.triangles);
         ASSERT_TRUE(shared == slowShared);
         ASSERT_EQ(shared.triangles.size(), one.triangles.size());
         for (std::size_t t = 0; t < one.triangles.size(); ++t) {
@@ -55,7 +55,7 @@ TEST(VolumeBandMesh, IsTheSameOnBothPathsAndSharesVerticesByEdge) {
 TEST(VolumeBandMesh, IsThatOfTheDenseGridAndClosed) {
     onVolumePairs([](FullLevelSet3D& dense, SlowVolume&) {
         FastLevelSet3D band;
-        initQuietly(band, dense, false);
+        assignBandOf(band, dense, false);
         Soup ofBand, ofGrid;
         band.getTriangles(ofBand.vertices, ofBand.normals, ofBand.triangles);
         dense.getTriangles(ofGrid.vertices, ofGrid.normals, ofGrid.triangles);
@@ -65,9 +65,9 @@ TEST(VolumeBandMesh, IsThatOfTheDenseGridAndClosed) {
     fill(ball, {30, 28, 26},
          [](int x, int y, int z) { return std::hypot(x - 14.2, y - 13.6, z - 12.4) - 9; });
     FastLevelSet3D band;
-    initQuietly(band, ball, true);
+    assignBandOf(band, ball, true);
     Soup mesh;
-    getTrianglesUnique(band, mesh.vertices, mesh.normals, mesh.triangles);
+    quorbin::getTrianglesUnique(band, mesh.vertices, mesh.normals, mesh.triangles);
     std::map<std::pair<int, int>, int> edges;
     for (const gpoint3& t : mesh.triangles) {
         ++edges[{t.first, t.second}];
@@ -78,7 +78,7 @@ TEST(VolumeBandMesh, IsThatOfTheDenseGridAndClosed) {
         ASSERT_EQ(count, 1);
         ASSERT_EQ(edges.count({edge.second, edge.first}), 1U);
     }
-    EXPECT_NEAR(enclosedVolume(mesh.vertices, mesh.triangles), 4 / 3.0 * M_PI * 729, 40);
+    EXPECT_NEAR(quorbin::enclosedVolume(mesh.vertices, mesh.triangles), 4 / 3.0 * M_PI * 729, 40);
     for (std::size_t i = 0; i < mesh.vertices.size(); ++i) {
         const auto outward = mesh.vertices[i] - brin::Vec3<double>(14.2, 13.6, 12.4);
         EXPECT_GT(dot(mesh.normals[i], outward), 8.5);

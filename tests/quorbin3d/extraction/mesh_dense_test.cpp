@@ -29,8 +29,8 @@ int edgeBetween(int a, int b) {
 
 using EdgePairs = std::multiset<std::pair<int, int>>;
 
-/// The lines in which the surface of a case meets the faces: between two crossings, or around each inside corner where the
-/// corners of a face alternate.
+/// The lines in which the surface of a case meets the faces: between two crossings, or around each inside
+/// corner where the corners of a face alternate.
 EdgePairs linesOnFaces(int cell) {
     using namespace MarchingCubes;  // a namespace, not a class
     EdgePairs lines;
@@ -194,8 +194,8 @@ TEST(Mesh, IsTheSoupWithSharedVertices) {
         Vectors vertices, normals, soup, soupNormals, slowVertices, slowNormals;
         std::vector<gpoint3> triangles, soupTriangles, slowTriangles;
         dense.getTriangles(soup, soupNormals, soupTriangles);
-        getTrianglesUnique(dense, vertices, normals, triangles);
-        getTrianglesUnique(slow, slowVertices, slowNormals, slowTriangles);
+        quorbin::getTrianglesUnique(dense, vertices, normals, triangles);
+        quorbin::getTrianglesUnique(slow, slowVertices, slowNormals, slowTriangles);
         ASSERT_EQ(bits(vertices), bits(slowVertices));
         ASSERT_EQ(bits(normals), bits(slowNormals));
         ASSERT_EQ(triangles.size(), soupTriangles.size());
@@ -218,16 +218,16 @@ TEST(Mesh, IsClosedWithinTheGridAndWithACapEverywhere) {
     fill(
         ball, {24, 24, 12},
         [](int x, int y, int z) { return std::hypot(x - 11.4, y - 11.7, 2 * (z - 5.6)) - 8; }, 1, 1, 2);
-    getTrianglesUnique(ball, vertices, normals, triangles);
+    quorbin::getTrianglesUnique(ball, vertices, normals, triangles);
     EXPECT_TRUE(isClosed(triangles));
     EXPECT_EQ(2 * (vertices.size() - 2), triangles.size());  // Euler's formula for a sphere
-    EXPECT_NEAR(surfaceArea(vertices, triangles, 1, 1, 2), 4 * M_PI * 64, 12);
-    EXPECT_NEAR(enclosedVolume(vertices, triangles, 1, 1, 2), 4 / 3.0 * M_PI * 512, 45);
+    EXPECT_NEAR(quorbin::surfaceArea(vertices, triangles, 1, 1, 2), 4 * M_PI * 64, 12);
+    EXPECT_NEAR(quorbin::enclosedVolume(vertices, triangles, 1, 1, 2), 4 / 3.0 * M_PI * 512, 45);
 
     onVolumePairs([&](FullLevelSet3D& dense, SlowVolume&) {
-        getTrianglesCapped(dense, vertices, normals, triangles);
+        quorbin::getTrianglesCapped(dense, vertices, normals, triangles);
         ASSERT_TRUE(isClosed(triangles));
-        ASSERT_GE(enclosedVolume(vertices, triangles), -1e-12);
+        ASSERT_GE(quorbin::enclosedVolume(vertices, triangles), -1e-12);
         for (const auto& v : vertices) {
             ASSERT_TRUE(v.x >= 0 && v.x <= dense.getWidth() - 1 && v.y >= 0 && v.y <= dense.getHeight() - 1);
             ASSERT_TRUE(v.z >= 0 && v.z <= dense.getDepth() - 1);
@@ -236,9 +236,33 @@ TEST(Mesh, IsClosedWithinTheGridAndWithACapEverywhere) {
     // All inside: the cap is the box of the grid.
     FullLevelSet3D full;
     fill(full, {4, 5, 6}, [](int, int, int) { return -1.0; });
-    getTrianglesCapped(full, vertices, normals, triangles);
-    EXPECT_DOUBLE_EQ(enclosedVolume(vertices, triangles), 3 * 4 * 5);
-    EXPECT_DOUBLE_EQ(surfaceArea(vertices, triangles), 2 * (12 + 15 + 20));
+    quorbin::getTrianglesCapped(full, vertices, normals, triangles);
+    EXPECT_DOUBLE_EQ(quorbin::enclosedVolume(vertices, triangles), 3 * 4 * 5);
+    EXPECT_DOUBLE_EQ(quorbin::surfaceArea(vertices, triangles), 2 * (12 + 15 + 20));
+}
+
+TEST(Mesh, ByValueIsInWorldUnits) {
+    FullLevelSet3D ball;
+    fill(
+        ball, {20, 20, 10},
+        [](int x, int y, int z) { return std::hypot(x - 9.4, y - 9.7, 2 * (z - 4.6)) - 6; }, 0.5, 0.5, 1);
+    Vectors vertices, normals;
+    std::vector<gpoint3> triangles;
+    for (const bool capped : {false, true}) {
+        const quorbin::Mesh mesh = quorbin::mesh(ball, {capped});
+        if (capped)
+            quorbin::getTrianglesCapped(ball, vertices, normals, triangles);
+        else
+            quorbin::getTrianglesUnique(ball, vertices, normals, triangles);
+        ASSERT_EQ(mesh.triangles.size(), triangles.size());
+        EXPECT_EQ(bits(mesh.normals), bits(normals));
+        EXPECT_EQ(mesh.vertices[3],
+                  brin::Vec3<double>(0.5 * vertices[3].x, 0.5 * vertices[3].y, vertices[3].z));
+        EXPECT_DOUBLE_EQ(quorbin::enclosedVolume(mesh),
+                         quorbin::enclosedVolume(vertices, triangles, 0.5, 0.5, 1));
+        EXPECT_NEAR(quorbin::surfaceArea(mesh), 4 * M_PI * 9, 2);
+    }
+    EXPECT_EQ(quorbin::mesh(quorbin::bandOf(ball, false)).triangles.size(), triangles.size());
 }
 
 TEST(GetPoint, GivesMidpointsAndReportsWhatDoesNotCross) {

@@ -164,7 +164,7 @@ TEST(VolumeBandMotion, IsThatOfTheDenseGridAsFarAsTheMarchSpreads) {
             },
             hx, hy, hz);
         FastLevelSet3D band;
-        initQuietly(band, grid, true);
+        assignBandOf(band, grid, true);
         grid.ensureSignedDistanceFMM();
         const double limit = 0.95 / (2 / (hx * hx) + 2 / (hy * hy) + 2 / (hz * hz));
         for (int step = 0; step < 8; ++step) {

@@ -64,7 +64,7 @@ TEST(VolumeBand, TakesItsDifferencesWithoutFaces) {
     fill(
         grid, {3, 3, 3}, [](int x, int y, int z) { return x * x + 2 * y * y - z * z - 0.5 + 0.3 * x; }, 0.5,
         2, 0.25);
-    initQuietly(band, grid, false);
+    assignBandOf(band, grid, false);
     ASSERT_TRUE(band.have(1, 1, 1));
     double dx = 0, dy = 0, dz = 0;
     const double laplacian = band.getCurvatureAndUpwind(1, 1, 1, 1, 0, -1, dx, dy, dz);
@@ -82,10 +82,21 @@ TEST(VolumeBand, HasTheBucketsOfAsManyPointsAsTheFacesOfTheGrid) {
         FullLevelSet3D grid;
         grid.init(size, size, size, 1, 1, 1);
         FastLevelSet3D band;
-        initQuietly(band, grid, false);
+        assignBandOf(band, grid, false);
         EXPECT_EQ(band.points().bucketCount, buckets);
         EXPECT_EQ(band.size(), 0);  // all corners 0: no front
     }
+}
+
+TEST(VolumeBand, IsMovedAndLeavesAnEmptyOneBehind) {
+    FastLevelSet3D band;
+    band(5, -7, 3) = 2;
+    FastLevelSet3D moved = std::move(band);
+    EXPECT_EQ(moved.get(5, -7, 3), 2);
+    band(5, -7, 3) = 9;  // which is a band as before
+    moved = std::move(band);
+    EXPECT_EQ(moved.get(5, -7, 3), 9);
+    EXPECT_EQ(band.size(), 0);
 }
 
 }  // namespace

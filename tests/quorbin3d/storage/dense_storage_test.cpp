@@ -1,4 +1,5 @@
 #include <cmath>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -122,6 +123,22 @@ TEST(VolumeDifferences, OfALinearFieldAreItsSlopesAndMirrorOneSidedAtTheFaces) {
     fill(
         grid, {3, 3, 3}, [](int x, int y, int z) { return x * x + 2.0 * y * y + 4.0 * z * z; }, 1, 2, 0.5);
     EXPECT_EQ(grid.getCurvature(1, 1, 1), 2 + 4 / 4.0 + 8 / 0.25);
+}
+
+TEST(Volume, IsMovedAndLeavesAnEmptyOneBehind) {
+    FullLevelSet3D grid;
+    grid.init(3, 2, 4, 0.5, 2.0, 1.0);
+    grid.data()[1] = 7;
+    const double* const values = grid.data();
+    FullLevelSet3D moved = std::move(grid);
+    EXPECT_EQ(moved.data(), values);
+    EXPECT_EQ(moved.getXSpace(), 0.5);
+    grid = std::move(moved);
+    EXPECT_EQ(grid.data(), values);
+    EXPECT_EQ(moved.data(), nullptr);
+    EXPECT_EQ(moved.getWidth() + moved.getYSpace(), 0);
+    moved.init(3, 2, 4, 0.5, 2.0, 1.0);
+    EXPECT_EQ(moved.data()[1], 0);
 }
 
 }  // namespace

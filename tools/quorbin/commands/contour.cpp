@@ -33,8 +33,8 @@ struct ContourCommand : FieldCommand {
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace();
         double enclosed = 0, around = 0;
         for (const auto& polygon : contour.polygons) {
-            enclosed += area(contour.points, polygon, hx, hy);
-            around += length(contour.points, polygon, hx, hy);
+            enclosed += quorbin::area(contour.points, polygon, hx, hy);
+            around += quorbin::length(contour.points, polygon, hx, hy);
         }
         const std::string lines = open ? " and " + counted(contour.openLines.size(), "open line") : "";
         const char* unit = hx == 1 && hy == 1 ? "pixels" : "units of the spacing";

@@ -33,15 +33,13 @@ struct BandSize {
 
 BandSize bandAround(const FullLevelSet3D& levelSet, double area) {
     if (!suitsABand({levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()})) return {};
-    FastLevelSet3D band;
-    initQuietly(band, levelSet, true);
+    FastLevelSet3D band = quorbin::bandOf(levelSet);
     return {band.size(), area > 0 ? band.size() / area : 0};
 }
 
 BandSize bandAround(FullLevelSet2D& levelSet) {
     if (!suitsABand({levelSet.getXSpace(), levelSet.getYSpace()})) return {};
-    FastLevelSet2D band;
-    initQuietly(band, levelSet, true);
+    FastLevelSet2D band = quorbin::bandOf(levelSet);
     std::vector<brin::Vec2<double>> points;
     std::vector<std::pair<int, int>> segments;
     levelSet.getLinesUnique(points, segments);
@@ -98,11 +96,11 @@ struct Info : FieldCommand {
         const Statistics known = statisticsOf(volume.samples, levelSet.data());
         std::vector<brin::Vec3<double>> vertices, normals;
         std::vector<gpoint3> triangles;
-        getTrianglesCapped(levelSet, vertices, normals, triangles);
+        quorbin::getTrianglesCapped(levelSet, vertices, normals, triangles);
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace(), hz = levelSet.getZSpace();
-        const double area = surfaceArea(vertices, triangles, hx, hy, hz);
-        const double enclosed = enclosedVolume(vertices, triangles, hx, hy, hz);
-        const BandSize band = bandAround(levelSet, surfaceArea(vertices, triangles));
+        const double area = quorbin::surfaceArea(vertices, triangles, hx, hy, hz);
+        const double enclosed = quorbin::enclosedVolume(vertices, triangles, hx, hy, hz);
+        const BandSize band = bandAround(levelSet, quorbin::surfaceArea(vertices, triangles));
         if (json) {
             Json object = {{"file", input},
                            {"format", volume.format},

@@ -100,18 +100,17 @@ struct MeshCommand : FieldCommand {
         if (soup)
             levelSet.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
         else if (cap)
-            getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
+            quorbin::getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
         else
-            getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
+            quorbin::getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
     }
 
     void meshBand(const FullLevelSet3D& levelSet, MeshDocument& mesh) const {
-        FastLevelSet3D band;
-        initQuietly(band, levelSet, true);
+        FastLevelSet3D band = quorbin::bandOf(levelSet);
         if (soup)
             band.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
         else
-            getTrianglesUnique(band, mesh.vertices, mesh.normals, mesh.triangles);
+            quorbin::getTrianglesUnique(band, mesh.vertices, mesh.normals, mesh.triangles);
         clip(mesh, {levelSet.getWidth() - 1.0, levelSet.getHeight() - 1.0, levelSet.getDepth() - 1.0});
     }
 
@@ -119,18 +118,18 @@ struct MeshCommand : FieldCommand {
         const char* units = isInIndexUnits ? "index units"
                             : byAffine     ? "units of the matrix"
                                            : "units of the spacing";
-        const double area = surfaceArea(mesh.vertices, mesh.triangles);
+        const double area = quorbin::surfaceArea(mesh.vertices, mesh.triangles);
         const bool isClosed = !soup && isClosedMesh(mesh);
         report("{}: {}, {} vertices, area {:.7g}{} in {}", input, counted(mesh.triangles.size(), "triangle"),
                mesh.vertices.size(), area,
-               isClosed
-                   ? fmt::format(", enclosed volume {:.7g}", enclosedVolume(mesh.vertices, mesh.triangles))
-                   : std::string(soup ? "" : ", open"),
+               isClosed ? fmt::format(", enclosed volume {:.7g}",
+                                      quorbin::enclosedVolume(mesh.vertices, mesh.triangles))
+                        : std::string(soup ? "" : ", open"),
                units);
     }
 
-    /// Takes vertices from index to world units. Normals are gradients there already: with a matrix A they go by its inverse
-    /// transpose.
+    /// Takes vertices from index to world units. Normals are gradients there already: with a matrix A they go
+    /// by its inverse transpose.
     void place(const Volume& volume, const Spacings& h, MeshDocument& mesh) const {
         const auto normalised = [](const brin::Vec3<double>& n) {
             const double length = std::sqrt(dot(n, n));

@@ -38,7 +38,8 @@ struct Slice : FieldCommand {
         if (!(levelSet.*getPlane)(index, plane, false)) throw std::bad_alloc();
     }
 
-    /// The intensities of the plane as greys, black to white over the range of the whole volume. A field has none.
+    /// The intensities of the plane as greys, black to white over the range of the whole volume. A field has
+    /// none.
     std::optional<Raster> pictureOf(const Volume& volume, FullLevelSet3D& scratch, int index) const {
         if (volume.isField) return std::nullopt;
         std::copy(volume.samples.begin(), volume.samples.end(), scratch.data());

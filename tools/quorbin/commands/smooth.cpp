@@ -26,8 +26,9 @@ void step(FullLevelSet2D& levelSet, double implicitTime) {
         implicitTime, 0);
 }
 
-/// Steps for the time of explicit ones on the dense grid. A step strips a layer of three, so every second one is followed by a
-/// reinitialisation. These err inwards, much like motion by curvature: four steps take the time of five.
+/// Steps for the time of explicit ones on the dense grid. A step strips a layer of three, so every second one
+/// is followed by a reinitialisation. These err inwards, much like motion by curvature: four steps take the
+/// time of five.
 int stepsOnBand(const FullLevelSet2D& levelSet, int steps) {
     return hasEqualSpacings(levelSet) ? static_cast<int>(std::lround(0.8 * steps)) : steps;
 }

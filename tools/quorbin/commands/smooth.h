@@ -10,14 +10,14 @@ constexpr int kReinitEvery = 10;
 struct Smoothing {
     int steps = 0;
     int reinitEvery = kReinitEvery;
-    double implicitTime =
-        0;  ///< of each implicit step, 1 in a volume; 0 for explicit ones of the largest stable time
-    bool onBand =
-        false;  ///< reinitialised at every second step, of which there are fewer for the same time, or at every
-                ///< implicit one
+    /// Of each implicit step, 1 in a volume; 0 for explicit ones of the largest stable time.
+    double implicitTime = 0;
+    /// Reinitialised at every implicit step, or every second explicit one, of which fewer make the same time.
+    bool onBand = false;
 };
 
-/// Moves the outline, or the surface in a volume, by its curvature. The field becomes a signed distance first, every reinitEvery steps, and at the end.
-/// Returns the number of steps after which nothing was left of the outline, or -1.
+/// Moves the outline, or the surface in a volume, by its curvature. The field becomes a signed distance
+/// first, every reinitEvery steps, and at the end. Returns the number of steps after which nothing was left
+/// of the outline, or -1.
 int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgress);
 int smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing, bool showProgress);

@@ -6,7 +6,8 @@
 #include "formats/readers.h"
 #include "formats/samples.h"
 
-/// The array of an NPY file, of any number of dimensions, the last of which is the one along which neighbours lie.
+/// The array of an NPY file, of any number of dimensions, the last of which is the one along which neighbours
+/// lie.
 struct NpyArray {
     std::vector<long long> shape;
     /// The values in that order. Refuses what ends early.

@@ -5,7 +5,8 @@
 #include <cstring>
 #include <vector>
 
-/// A type of samples by its kind ('f' floating point, 'u' and 'i' integers, 'b' truth values) and its size in bytes.
+/// A type of samples by its kind ('f' floating point, 'u' and 'i' integers, 'b' truth values) and its size in
+/// bytes.
 struct SampleType {
     char kind;
     std::size_t size;

@@ -12,7 +12,8 @@ inline constexpr long long kMostAlongAnAxis = 1 << 20;
 /// Where a file places index (x, y, z) in the world: three rows of a 3 × 4 matrix.
 using Affine = std::array<std::array<double, 4>, 3>;
 
-/// The content of a volume file, x fastest, then y, then z. Samples are intensities, or the values of a level set.
+/// The content of a volume file, x fastest, then y, then z. Samples are intensities, or the values of a level
+/// set.
 struct Volume {
     std::string format;
     int width = 0, height = 0, depth = 0;
@@ -32,8 +33,8 @@ struct RawLayout {
 /// Whether a file's content is that of a volume format.
 bool isVolume(const std::string& path);
 
-/// Reads NIfTI (.nii, .nii.gz), FL3D, FR3D, a 3D NPY file or a TIFF stack, which the content tells, or samples laid out as
-/// given. Whatever is wrong is a Failure that names the file.
+/// Reads NIfTI (.nii, .nii.gz), FL3D, FR3D, a 3D NPY file or a TIFF stack, which the content tells, or
+/// samples laid out as given. Whatever is wrong is a Failure that names the file.
 Volume readVolume(const std::string& path, const std::optional<RawLayout>& raw);
 
 /// Written into a file of a foreign format to say that it holds the values of a level set, not intensities.

@@ -131,7 +131,7 @@ void writeGeoJson(const Document& document, OutputFile& out) {
     std::vector<Ring> outlines, holes;
     for (const auto& polygon : contour.polygons) {
         Line line = scaled(contour, polygon, hx, hy);
-        const double enclosed = area(contour.points, polygon, hx, hy);
+        const double enclosed = quorbin::area(contour.points, polygon, hx, hy);
         (enclosed > 0 ? outlines : holes).push_back(makeRing(std::move(line), enclosed));
     }
     const std::vector<std::size_t> alone = nest(outlines, holes);

@@ -47,7 +47,8 @@ double shadeOf(const Vec3& normal) {
     return isInner ? -shade : shade;
 }
 
-/// Fills the samples of a triangle whose corners are in picture units: x to the right, y down, z towards the eye.
+/// Fills the samples of a triangle whose corners are in picture units: x to the right, y down, z towards the
+/// eye.
 void fillTriangle(const std::array<Vec3, 3>& corner, const std::array<Vec3, 3>& normal,
                   std::vector<Sample>& samples) {
     const auto [a, b, c] = corner;

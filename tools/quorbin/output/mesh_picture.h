@@ -7,5 +7,6 @@ struct View {
     double azimuth = 30, elevation = 20;
 };
 
-/// Draws a mesh as a PNG, shaded by its normals, in parallel projection; its inside, where it is open, darker. World units.
+/// Draws a mesh as a PNG, shaded by its normals, in parallel projection; its inside, where it is open,
+/// darker. World units.
 void writeMeshPicture(const MeshDocument& mesh, const View& view, OutputFile& out);

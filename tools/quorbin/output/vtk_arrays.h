@@ -20,8 +20,8 @@ class Base64 {
     std::string pending_;
 };
 
-/// The place of each array within the appended data of a VTK XML file, and how they are written: the number of bytes before
-/// each, in one base64 text.
+/// The place of each array within the appended data of a VTK XML file, and how they are written: the number
+/// of bytes before each, in one base64 text.
 class VtkArrays {
  public:
     /// A DataArray element for the next array, of that many bytes.

@@ -4,7 +4,7 @@
 #include <quorbin3d.h>
 
 #include "indexed_heap.h"
-#include "textbook_march.h"
+#include "march.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "textbook_march.h"
+#include "march.h"
 
 #include <cmath>
 #include <cstddef>

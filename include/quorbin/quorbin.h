@@ -1,0 +1,54 @@
+#pragma once
+
+/// Everything, under one name: quorbin::FullLevelSet2D is ::FullLevelSet2D, and so on.
+
+#include "brin/image.h"
+#include "brin/matrix.h"
+#include "brin/sparse_matrix.h"
+#include "brin/vec.h"
+#include "hash.h"
+#include "heap.h"
+#include "quorbin2d.h"
+#include "quorbin3d.h"
+
+namespace quorbin {
+
+using brin::cross;
+using brin::dot;
+using brin::Image;
+using brin::Matrix;
+using brin::SparseMatrix;
+using brin::Vec2;
+using brin::Vec3;
+
+using ::GrowArray;
+using ::Point3And;
+using ::Point3Hash;
+using ::PointAnd;
+using ::PointHash;
+using lset::Heap;
+using lset::HeapNode;
+
+using ::FastLevelSet2D;
+using ::FastLevelSet3D;
+using ::FullLevelSet2D;
+using ::FullLevelSet3D;
+using ::LevelSet2D;
+using ::LevelSet3D;
+
+using ::estimateDistanceHelper;
+using ::quadraticFMM;
+using ::quadraticFMM_2;
+
+using ::addBorderEdges;
+using ::distToSeg;
+using ::getPolygons;
+using ::getUniquePoints;
+using ::gpoint3;
+using ::hash_pair;
+using ::MarchingSquares;
+using ::MyEqual;
+using ::vec2d_hash;
+namespace MarchingCubes = ::MarchingCubes;
+
+}  // namespace quorbin

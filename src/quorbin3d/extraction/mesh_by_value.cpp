@@ -1,0 +1,31 @@
+#include "quorbin3d/mesh.h"
+
+namespace quorbin {
+
+namespace {
+
+void scale(Mesh& mesh, const LevelSet3D& field) {
+    const double hx = field.getXSpace(), hy = field.getYSpace(), hz = field.getZSpace();
+    for (brin::Vec3<double>& v : mesh.vertices) v = {v.x * hx, v.y * hy, v.z * hz};
+}
+
+}  // namespace
+
+Mesh mesh(const LevelSet3D& field, const MeshOptions& options) {
+    Mesh mesh;
+    if (options.capped)
+        getTrianglesCapped(field, mesh.vertices, mesh.normals, mesh.triangles);
+    else
+        getTrianglesUnique(field, mesh.vertices, mesh.normals, mesh.triangles);
+    scale(mesh, field);
+    return mesh;
+}
+
+Mesh mesh(const FastLevelSet3D& band) {
+    Mesh mesh;
+    getTrianglesUnique(band, mesh.vertices, mesh.normals, mesh.triangles);
+    scale(mesh, band);
+    return mesh;
+}
+
+}  // namespace quorbin

@@ -1,0 +1,142 @@
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "quorbin2d/band_support.h"
+
+namespace {
+
+using quorbin::Polygon;
+using Corners = std::vector<int>;
+
+double totalArea(const std::vector<Polygon>& polygons) {
+    double sum = 0;
+    for (const Polygon& polygon : polygons) sum += quorbin::area(polygon);
+    return sum;
+}
+
+bool isInRing(const quorbin::Ring& ring, double x, double y) {
+    bool isInside = false;
+    for (std::size_t i = 0, j = ring.size() - 1; i < ring.size(); j = i++) {
+        const auto &a = ring[j], &b = ring[i];
+        if ((a.y > y) != (b.y > y) && x < a.x + (y - a.y) / (b.y - a.y) * (b.x - a.x)) isInside = !isInside;
+    }
+    return isInside;
+}
+
+/// A field of one sign in each square of a chequered picture, so that regions lie within holes of others.
+void fillNested(FullLevelSet2D& grid, int rings, double hx, double hy) {
+    const int size = 4 * rings + 1, centre = size / 2;
+    fill(
+        grid, size, size,
+        [=](int x, int y) {
+            const int out = std::max(std::abs(x - centre), std::abs(y - centre));
+            return out % 2 == 0 && out < 2 * rings ? -1.0 : 1.0;
+        },
+        hx, hy);
+}
+
+TEST(Contours, GiveEachHoleToTheRegionAroundItInWorldUnits) {
+    FullLevelSet2D grid;
+    fillNested(grid, 3, 2.0, 0.5);
+    std::vector<Polygon> polygons = quorbin::contours(grid);
+    ASSERT_EQ(polygons.size(), 3U);
+    std::sort(polygons.begin(), polygons.end(), [](const Polygon& a, const Polygon& b) {
+        return quorbin::area(a.outline) < quorbin::area(b.outline);
+    });
+    EXPECT_EQ(polygons[0].holes.size(), 0U);
+    for (const std::size_t i : {1U, 2U}) {
+        ASSERT_EQ(polygons[i].holes.size(), 1U);
+        EXPECT_GT(quorbin::area(polygons[i].outline), 0);
+        EXPECT_LT(quorbin::area(polygons[i].holes[0]), 0);
+        EXPECT_GT(-quorbin::area(polygons[i].holes[0]), quorbin::area(polygons[i - 1].outline));
+    }
+    // A diamond around one point, of a square's half.
+    EXPECT_DOUBLE_EQ(quorbin::area(polygons[0]), 0.5 * 2.0 * 0.5);
+    EXPECT_DOUBLE_EQ(quorbin::length(polygons[0].outline), 4 * std::hypot(0.5 * 2.0, 0.5 * 0.5));
+}
+
+// Exact zeros, equal values, samples at the border: regions of the field and of its complement make up the
+// grid, and no hole lies outside its outline.
+TEST(Contours, CloseEveryRingAndAddUpWhateverTheField) {
+    std::mt19937 random(17);
+    std::uniform_int_distribution<int> size(1, 12), grey(-2, 1), kind(0, 2);
+    std::uniform_real_distribution<double> real(-1, 1);
+    for (int round = 0; round < 4000; ++round) {
+        FullLevelSet2D field, complement;
+        SlowPath slow;
+        const int width = size(random), height = size(random), chosen = kind(random);
+        fill(field, width, height, [&](int, int) {
+            return chosen == 0   ? real(random)
+                   : chosen == 1 ? double(grey(random))
+                                 : std::copysign(1e-300, real(random));
+        });
+        slow = field;
+        // An exact zero is inside the field, so it is just outside the complement.
+        fill(complement, width, height,
+             [&](int x, int y) { return field.get(x, y) == 0 ? 1e-30 : -field.get(x, y); });
+        const std::vector<Polygon> polygons = quorbin::contours(field);
+        ASSERT_NEAR(totalArea(polygons) + totalArea(quorbin::contours(complement)),
+                    (width - 1.0) * (height - 1.0), 1e-9);
+        ASSERT_EQ(totalArea(polygons), totalArea(quorbin::contours(slow)));
+        for (const Polygon& polygon : polygons) {
+            ASSERT_GT(quorbin::area(polygon.outline), 0);
+            for (const quorbin::Ring& hole : polygon.holes) {
+                ASSERT_LT(quorbin::area(hole), 0);
+                if (chosen != 0) continue;  // where rings touch, a point of one may lie on the other
+                ASSERT_TRUE(isInRing(polygon.outline, hole[0].x, hole[0].y));
+            }
+        }
+    }
+}
+
+TEST(Contours, TakeNotANumberForOutsideAndNeverPassItOn) {
+    constexpr double kNan = std::numeric_limits<double>::quiet_NaN(),
+                     kFar = std::numeric_limits<double>::infinity();
+    FullLevelSet2D grid;
+    fill(grid, 6, 6, [=](int x, int y) {
+        return x == 3 && y == 3 ? kNan : x == 0 ? kFar : y == 0 ? -kFar : -1.0;
+    });
+    const std::vector<Polygon> polygons = quorbin::contours(grid);
+    ASSERT_EQ(polygons.size(), 1U);
+    EXPECT_EQ(polygons[0].holes.size(), 1U);  // through the samples around it
+    EXPECT_DOUBLE_EQ(quorbin::area(polygons[0].holes[0]), -2.0);
+    for (const auto& p : polygons[0].outline) EXPECT_TRUE(std::isfinite(p.x) && std::isfinite(p.y));
+    FullLevelSet2D nothing;
+    EXPECT_TRUE(quorbin::contours(nothing).empty());
+}
+
+TEST(Contours, OfABandAreThoseOfTheGrid) {
+    FullLevelSet2D grid;
+    fill(
+        grid, 60, 50,
+        [](int x, int y) {
+            const double ring = std::abs(std::hypot(x - 30.3, y - 25.2) - 15) - 4;
+            return std::min(ring, std::hypot(x - 30.1, y - 25.4) - 5);
+        },
+        0.5, 2.0);
+    const std::vector<Polygon> dense = quorbin::contours(grid);
+    const FastLevelSet2D band = quorbin::bandOf(grid, false);
+    SlowBand slow;
+    static_cast<FastLevelSet2D&>(slow) = band;
+    for (const FastLevelSet2D* one : {&band, static_cast<const FastLevelSet2D*>(&slow)}) {
+        const std::vector<Polygon> polygons = quorbin::contours(*one);
+        ASSERT_EQ(polygons.size(), dense.size());
+        for (std::size_t i = 0; i < dense.size(); ++i) {
+            EXPECT_NEAR(quorbin::area(polygons[i]), quorbin::area(dense[i]), 1e-9);
+            EXPECT_EQ(polygons[i].holes.size(), dense[i].holes.size());
+        }
+    }
+    // Inside all around: a region without end.
+    for (int i = 0; i < 60 * 50; ++i) grid.data()[i] = -grid.data()[i];
+    const std::vector<Polygon> inverted = quorbin::contours(quorbin::bandOf(grid, false));
+    ASSERT_EQ(inverted.size(), 2U);
+    EXPECT_TRUE(inverted[0].outline.empty());
+    EXPECT_EQ(inverted[0].holes.size(), 1U);
+}
+
+}  // namespace
