@@ -23,9 +23,8 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quorbinConfig.cmake
 # The prefix is found from the file's own place, so that an installed tree can be moved.
 file(RELATIVE_PATH pc_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 # What a program that links a static library of ours must name too.
-set(QUORBIN_LIBS_PRIVATE "-lstdc++ -lm")
 if(QUORBIN_SOLVER STREQUAL UMFPACK)
-    string(PREPEND QUORBIN_LIBS_PRIVATE "-lumfpack ")
+    set(QUORBIN_LIBS_PRIVATE -lumfpack)
 endif()
 configure_file(cmake/quorbin.pc.in ${CMAKE_CURRENT_BINARY_DIR}/quorbin.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quorbin.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -8,17 +8,17 @@
 #include <new>
 #include <utility>
 
-/// An array that grows at its end. It keeps itself about half empty: what a reference into it is worth
-/// follows from that.
+/// An array that grows at its end. append reallocates it before it would be more than half full; until then,
+/// references to its elements stay valid.
 template <class T>
 struct GrowArray {
-    int capacity = 32;  ///< elements there is room for; the room is taken with the first one
-    int count = 0;      ///< elements in use
-    T* data = nullptr;  ///< owned, allocated by new[]
-    int increment = 32;
+    int capacity = 32;   ///< elements that fit; their memory is allocated when the first one is added
+    int count = 0;       ///< elements in use
+    T* data = nullptr;   ///< owned, allocated by new[]
+    int increment = 32;  ///< see append
 
     GrowArray() = default;
-    /// By way of an empty one, so that what is taken is freed again where copying an element throws.
+    /// Deep copy. Begins as an empty array, so that memory is freed again if copying an element throws.
     GrowArray(const GrowArray& other) : GrowArray() { *this = other; }
     GrowArray(GrowArray&& other) noexcept { swap(other); }
     ~GrowArray() { delete[] data; }
@@ -31,6 +31,7 @@ struct GrowArray {
         increment = other.increment;
         return *this;
     }
+    /// Swaps the two arrays.
     GrowArray& operator=(GrowArray&& other) noexcept {
         swap(other);
         return *this;
@@ -42,6 +43,7 @@ struct GrowArray {
         std::swap(increment, other.increment);
     }
 
+    /// Element i, from 0 to count − 1; i is checked by an assertion only.
     T& operator[](int i) {
         assert(i >= 0 && i < count);
         return data[i];
@@ -50,13 +52,15 @@ struct GrowArray {
         assert(i >= 0 && i < count);
         return data[i];
     }
+    /// The elements, as a range.
     T* begin() { return data; }
     T* end() { return data + count; }
     const T* begin() const { return data; }
     const T* end() const { return data + count; }
 
-    /// Adds an element of zeros. Where 2 · count + 1 is not below the capacity, that grows by count + 1 +
-    /// increment first and references become invalid.
+    /// Adds a value-initialised element (0 for a number) and returns it. If 2 · count + 1 ≥ capacity, the
+    /// capacity first grows by count + 1 + increment, and references to elements become invalid. Throws
+    /// std::bad_alloc if there is no memory for that, and leaves the array unchanged.
     T& append() {
         if (2LL * count + 1 >= capacity) {
             const long long grown = static_cast<long long>(capacity) + (count + 1) + increment;
@@ -78,7 +82,7 @@ struct GrowArray {
     }
 };
 
-/// A grid point with what is stored for it.
+/// A grid point of the plane and the value stored for it.
 template <class T>
 struct PointAnd {
     std::int32_t x, y;
@@ -86,6 +90,7 @@ struct PointAnd {
 
     bool isAtSamePoint(const PointAnd& other) const { return x == other.x && y == other.y; }
 };
+/// A grid point of a volume and the value stored for it.
 template <class T>
 struct Point3And {
     std::int32_t x, y, z;
@@ -96,12 +101,12 @@ struct Point3And {
 
 namespace lset::detail {
 
-/// A fixed number of buckets of entries. Visiting bucket by bucket, and in each its entries in the order in
-/// which they came, is the order in which everything on narrow bands goes.
+/// Entries in a fixed number of buckets. They are in order bucket by bucket, and in a bucket as they were
+/// added. All operations on narrow bands visit points in this order.
 template <class Entry>
 struct BucketTable {
     int bucketCount;
-    GrowArray<GrowArray<Entry>> buckets;  ///< as many as bucketCount
+    GrowArray<GrowArray<Entry>> buckets;  ///< bucketCount of them
 
     /// An empty table of max(count, 1) buckets.
     BucketTable(int count) : bucketCount(std::max(count, 1)) {
@@ -111,7 +116,7 @@ struct BucketTable {
 
     ~BucketTable() = default;
     BucketTable(const BucketTable&) = default;
-    /// Both or neither: a table whose buckets cannot be had stays as it is.
+    /// Deep copy. If there is not enough memory, throws std::bad_alloc and leaves this table unchanged.
     BucketTable& operator=(const BucketTable& other) {
         BucketTable copy(other);
         swap(copy);
@@ -123,20 +128,20 @@ struct BucketTable {
         buckets.swap(other.buckets);
     }
 
-    /// Number of entries.
+    /// Number of entries; takes time in proportion to the number of buckets.
     int size() const {
         int total = 0;
         for (const GrowArray<Entry>& bucket : buckets) total += bucket.count;
         return total;
     }
 
-    /// Leaves no entry; the buckets keep their memory.
+    /// Removes all entries; the buckets keep their memory.
     void clear() {
         for (GrowArray<Entry>& bucket : buckets) bucket.count = 0;
     }
 
  protected:
-    /// Entries are found by the sum of their coordinates, each weighed, and their point.
+    /// sum is the hash of the key's point, a weighted sum of its coordinates. It selects the bucket.
     const Entry* findEntry(std::uint32_t sum, const Entry& key) const {
         for (const Entry& entry : bucketOf(sum))
             if (entry.isAtSamePoint(key)) return &entry;
@@ -158,16 +163,16 @@ struct BucketTable {
 
 }  // namespace lset::detail
 
-/// A hash table from grid points, of any sign, to values. Points are added and never removed; buckets are
-/// searched one entry after the other, so bucketCount should be about the number of points. References stay
-/// valid until a point enters a bucket that has to grow for it. Copying is deep and keeps the order of the
-/// entries.
+/// A hash table from grid points to values; coordinates may be negative. Points are added and never removed
+/// one by one. A bucket is searched entry by entry, so bucketCount should be about the number of points.
+/// References to values stay valid until a point is added to a bucket that has to grow for it (see
+/// GrowArray::append). Copies are deep and keep the order of the entries.
 template <class T>
 struct PointHash : lset::detail::BucketTable<PointAnd<T>> {
     using Entry = PointAnd<T>;
     using lset::detail::BucketTable<Entry>::BucketTable;
 
-    /// The value of a point, which is added with 0 where it is absent.
+    /// The value of a point. A point that is absent is added with the value 0.
     T& operator()(int x, int y) { return this->findOrAdd(sumOf(x, y), {x, y, T()}).value; }
 
     /// The value of a point, or null where it is absent.
@@ -177,7 +182,7 @@ struct PointHash : lset::detail::BucketTable<PointAnd<T>> {
     }
     T* find(int x, int y) { return const_cast<T*>(static_cast<const PointHash&>(*this).find(x, y)); }
 
-    /// Adds a point that is known to be absent.
+    /// Adds a point with the value 0. It must be absent, which is not checked.
     T& add(int x, int y) { return this->addEntry(sumOf(x, y), {x, y, T()}).value; }
 
  private:

@@ -4,71 +4,74 @@
 
 namespace lset {
 
-/// An entry of Heap.
+/// An entry of a Heap.
 struct HeapNode {
     int id;
     double value;
 };
 
-/// Indexed binary min-heap of (id, value) with ids from 0 to capacity − 1, each in the heap at most once.
-/// Only values are compared, by strict tests, so the order in which equal values leave follows from the
-/// sifting rules. Takes 20 bytes for each id of the capacity. Ids outside the capacity are never inserted and
-/// never present.
+/// Indexed binary min-heap of (id, value). Ids are numbers from 0 to capacity − 1, each in the heap at most
+/// once; an id outside this range is never inserted and never present. Only values are compared, always by
+/// the operator >, so the order in which equal values leave follows from the sifting rules. Takes 20 bytes
+/// for each id of the capacity.
 class QUORBIN_EXPORT Heap {
  public:
-    /// A negative capacity counts as 0.
+    /// An empty heap. A negative capacity counts as 0. Throws std::bad_alloc.
     Heap(int capacity);
+
     ~Heap();
     Heap(const Heap&) = delete;
     void operator=(const Heap&) = delete;
 
-    /// Empties the heap, and forgets what remove left behind (see there).
+    /// Empties the heap. An id that remove has left as present (see there) is absent again. O(capacity).
     void removeAll();
 
-    /// Returns 0 after inserting. Returns 1, with a line on standard output, if the id is already present;
-    /// and 1 without a line if it is outside the capacity. O(log n).
+    /// Inserts an id with its value and returns 0. Inserts nothing and returns 1 if the id is outside the
+    /// capacity, or if it is already present; in the second case prints a line to standard output. O(log n).
     int insert(int id, double value);
 
-    /// Takes out the entry with the smallest value: returns its id and stores its value. On an empty heap
-    /// returns −1 and stores −1.0. The id that empties the heap still counts as present until removeAll.
-    /// O(log n).
+    /// Removes the entry with the smallest value, returns its id and stores its value in *value. On an empty
+    /// heap returns −1 and stores −1.0. The id whose removal leaves the heap empty still counts as present
+    /// until removeAll. O(log n).
     int remove(double* value);
 
-    /// Changes the value of a present id; a flag other than 0 forbids a decrease. An id that is not present
-    /// ends the process with a message and status 0. O(log n).
+    /// Changes the value of a present id. If flag is not 0, a value below the present one is ignored. An id
+    /// that is not present ends the process with a message on standard output and exit status 0. O(log n).
     void update(int id, double value, int flag);
 
+    /// Whether an id is present.
     bool exists(int id);
-    /// The value of a present id, unchecked.
+    /// The value of an id, which must be present; this is not checked.
     double get(int id);
-    /// The id with the smallest value (the id, not the value), or −1.
+    /// The id (not the value) of the entry with the smallest value, or −1 if the heap is empty.
     int peek();
 
-    // The sifting rules; a slot that holds no node is left alone.
+    // The sifting rules. They do nothing at a slot that holds no node.
 
     /// Moves the node at a slot up while its parent's value is greater.
     void siftup(int slot);
-    /// Fills the hole at a slot with the last node, moving it down; count stays.
+    /// Replaces the node at a slot by the last node, which it moves down as siftDown2 does; count stays.
     void siftDown(int slot);
     /// Moves the node at a slot down while a child's value is smaller; of equal children the left one is
     /// taken.
     void siftDown2(int slot);
 
-    /// Ends the process with messages and status 0 if a child's value is smaller than its parent's.
+    /// If a child's value is smaller than its parent's, prints the fault and the description to standard
+    /// output and ends the process with exit status 0.
     void checkHeapProperty(char* description);
     void checkHeapProperty(const char* description);
-    /// Ends the process with messages and status 0 if the position table is wrong. All heaps remember
-    /// together the description of the last check that passed. In both, the description is printed as a
-    /// format without arguments: %% prints %, anything else stands as it is.
+    /// Does the same if a node's entry in positions is wrong, and also prints the description of the last
+    /// check that passed on any heap. Both functions print %% in a description as %, except after "happened
+    /// at:", and anything else as it is.
     void check(char* description);
     void check(const char* description);
-    /// Prints "(id,value)," for every slot on one line.
+    /// Prints "(id,value)," for every slot on one line of standard output, values without decimals.
     void print();
 
-    int* positions;   ///< by id: the slot that holds it, −1 for none; owned
-    HeapNode* nodes;  ///< by slot: a node's children are at 2 · slot + 1 and the next; owned
-    int count;
-    int capacity;
+    int* positions;   ///< by id: the slot that holds it, or −1; owned
+    HeapNode* nodes;  ///< by slot: the children of slot s are in slots 2 s + 1 and 2 s + 2; owned
+    int count;        ///< nodes in the heap
+    int capacity;     ///< ids are smaller than this
 };
 
 }  // namespace lset

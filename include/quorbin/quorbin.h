@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything, under one name: quorbin::FullLevelSet2D is ::FullLevelSet2D, and so on.
+/// The whole library, with all its names in one namespace: quorbin::FullLevelSet2D is ::FullLevelSet2D.
 
 #include "brin/image.h"
 #include "brin/matrix.h"
@@ -49,6 +49,10 @@ using ::hash_pair;
 using ::MarchingSquares;
 using ::MyEqual;
 using ::vec2d_hash;
-namespace MarchingCubes = ::MarchingCubes;
+namespace MarchingCubes {
+using ::MarchingCubes::edges;
+using ::MarchingCubes::lut;
+using ::MarchingCubes::lut_sizes;
+}  // namespace MarchingCubes
 
 }  // namespace quorbin

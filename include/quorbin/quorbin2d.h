@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything two-dimensional, in the order of the data flow.
+/// Everything for level sets in two dimensions, from grids to contours.
 
 #include "quorbin_version.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything three-dimensional, in the order of the data flow.
+/// Everything for level sets in three dimensions, from grids to meshes.
 
 #include "quorbin_version.h"
 

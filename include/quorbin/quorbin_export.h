@@ -1,4 +1,4 @@
 #pragma once
 
-/// Marks what the shared library exports; everything else is hidden.
+/// Marks a class, function or table that the shared library exports; all others are hidden.
 #define QUORBIN_EXPORT __attribute__((visibility("default")))

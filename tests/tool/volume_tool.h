@@ -26,7 +26,7 @@ class VolumeTool : public testing::Test {
 
     int run(const std::string& arguments) const {
         const std::string command = "cd " + folder + " && " QUORBIN_TOOL " " + arguments + " >out 2>err";
-        return WEXITSTATUS(std::system(command.c_str()));  // NOLINT(cert-env33-c)
+        return WEXITSTATUS(std::system(command.c_str()));
     }
     std::string read(const std::string& name) const {
         std::ifstream file(folder + "/" + name, std::ios::binary);

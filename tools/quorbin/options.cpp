@@ -16,8 +16,7 @@ Spacing parseSpacing(const std::string& text) {
     Spacing spacing;
     double z = 0;
     char rest = 0;
-    const int read = std::sscanf(text.c_str(), "%lf,%lf,%lf%c", &spacing.x, &spacing.y, &z,
-                                 &rest);  // NOLINT(cert-err34-c)
+    const int read = std::sscanf(text.c_str(), "%lf,%lf,%lf%c", &spacing.x, &spacing.y, &z, &rest);
     if (read == 3) spacing.z = z;
     const auto isUsable = [](double h) { return h > 1e-100 && h < 1e100; };
     const bool isWhole = read == 3 || (read == 2 && std::count(text.begin(), text.end(), ',') == 1);
@@ -32,9 +31,7 @@ Spacing parseSpacing(const std::string& text) {
 std::array<long long, 3> parseSize(const std::string& text) {
     std::array<long long, 3> size{};
     char rest = 0;
-    const int read =
-        std::sscanf(text.c_str(), "%lld,%lld,%lld%c", &size[0], &size[1], &size[2],  // NOLINT(cert-err34-c)
-                    &rest);
+    const int read = std::sscanf(text.c_str(), "%lld,%lld,%lld%c", &size[0], &size[1], &size[2], &rest);
     if (read != 3 ||
         !std::all_of(size.begin(), size.end(), [](long long n) { return n >= 1 && n <= kMostAlongAnAxis; }))
         refuse("--size {}: is no size; give three whole numbers, as in 128,128,64", text);

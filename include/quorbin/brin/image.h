@@ -6,8 +6,9 @@
 
 namespace brin {
 
-/// A raster image: rows from y = 0, x fastest, the channels of a pixel side by side.
-/// Made with all samples zero; a negative size counts as 0, and what does not fit into memory throws.
+/// A raster image. The samples lie row by row from y = 0, in a row pixel by pixel from x = 0, and the
+/// channels of a pixel side by side. A new image is all zeros. Negative sizes count as 0; sizes that do not
+/// fit into memory throw std::bad_alloc or std::length_error. Copies are deep.
 template <class T>
 class Image {
  public:
@@ -24,11 +25,12 @@ class Image {
     T* data() { return samples_.data(); }
     const T* data() const { return samples_.data(); }
 
+    /// Channel c of pixel (x, y); the indices are checked by an assertion only.
     T& operator()(int x, int y, int c = 0) { return samples_[index(x, y, c)]; }
     const T& operator()(int x, int y, int c = 0) const { return samples_[index(x, y, c)]; }
 
  private:
-    /// More than a vector can hold where the product leaves 64 bits, so that it is refused.
+    /// If the product exceeds 64 bits, a number that is too large for a vector, so that it is refused.
     static std::size_t sampleCount(int width, int height, int channels) {
         const std::size_t pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
         const auto most = static_cast<std::size_t>(-1);

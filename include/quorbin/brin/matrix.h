@@ -7,8 +7,8 @@
 
 namespace brin {
 
-/// A dense matrix of doubles, row by row without gaps, made with all elements zero. Copies share the
-/// elements; a negative size counts as 0.
+/// A dense matrix of doubles, stored row by row without gaps. A new matrix is all zeros; negative sizes count
+/// as 0. A copy shares its elements with the original: what is written to one is seen in both.
 class Matrix {
  public:
     Matrix(int rows, int cols)
@@ -22,6 +22,7 @@ class Matrix {
     double* data() { return elements_->data(); }
     const double* data() const { return elements_->data(); }
 
+    /// The element in row i and column j; the indices are checked by an assertion only.
     double& operator()(int i, int j) { return (*elements_)[index(i, j)]; }
     const double& operator()(int i, int j) const { return (*elements_)[index(i, j)]; }
 

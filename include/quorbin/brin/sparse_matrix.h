@@ -10,29 +10,31 @@
 
 namespace brin {
 
-/// A sparse matrix that is filled entry by entry. Room is reserved for the same number of entries in every
-/// row; rows that need more get it elsewhere.
+/// A sparse matrix of doubles that is filled entry by entry. Every row has room for the same number of
+/// entries; the entries of a row beyond that are kept elsewhere, at a higher cost.
 class QUORBIN_EXPORT SparseMatrix {
  public:
-    /// An entry, as forEachEntry gives it.
+    /// An entry of a row.
     struct Entry {
         int column;
         double value;
     };
 
-    /// rows × cols zeros with room for capacity entries in all. A negative size counts as 0.
+    /// A matrix of rows × cols zeros with room for capacity entries in all, capacity / rows in each row,
+    /// rounded up. Negative arguments count as 0. Throws std::bad_alloc or std::length_error.
     SparseMatrix(int rows, int cols, int capacity);
 
     int rows() const { return rows_; }
     int cols() const { return cols_; }
+    /// Number of entries that get has created, whatever their values.
     std::size_t entryCount() const;
 
-    /// The entry at row i and column j, created as 0.0 when absent. The reference is valid until an entry is
-    /// created. Linear in the entries of the row. Indices outside the matrix are the caller's error,
-    /// unchecked.
+    /// The entry in row i and column j, which is created as 0.0 if it is absent. The reference is valid until
+    /// the next entry is created. Takes time in proportion to the entries of the row. Indices must be inside
+    /// the matrix; this is not checked.
     double& get(int i, int j);
 
-    /// Calls visit(column, value) for each entry of a row, in the order they were created.
+    /// Calls visit(column, value) for each entry of a row, in the order in which they were created.
     template <class Visit>
     void forEachEntry(int row, Visit visit) const {
         const auto r = static_cast<std::size_t>(row);
@@ -45,8 +47,9 @@ class QUORBIN_EXPORT SparseMatrix {
             for (const Entry& entry : more->second) visit(entry.column, entry.value);
     }
 
-    /// Solves A x = b by a direct method and returns x, n × 1. A column of not-a-number when A is singular,
-    /// not square or of another size than b, or when memory does not suffice.
+    /// Solves A x = b by a direct method and returns x. A must be n × n and b n × 1; neither is changed. x
+    /// has as many rows as A, and all of them are not-a-number if A is singular, if the sizes do not fit, or
+    /// if there is not enough memory.
     static Matrix umfsolve(SparseMatrix& A, Matrix& b);
 
  private:

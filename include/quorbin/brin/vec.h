@@ -4,7 +4,7 @@
 
 namespace brin {
 
-/// A point or vector of the plane.
+/// A point or vector of the plane; (0, 0) unless something else is given.
 template <class T>
 struct Vec2 {
     T x{}, y{};
@@ -12,6 +12,7 @@ struct Vec2 {
     constexpr Vec2() = default;
     constexpr Vec2(T x_, T y_) : x(x_), y(y_) {}
 
+    /// x for axis 0, y for axis 1.
     constexpr T& operator[](int axis) { return assert(axis == 0 || axis == 1), axis == 0 ? x : y; }
     constexpr const T& operator[](int axis) const {
         return assert(axis == 0 || axis == 1), axis == 0 ? x : y;
@@ -32,7 +33,7 @@ struct Vec2 {
     friend constexpr bool operator!=(const Vec2& a, const Vec2& b) { return !(a == b); }
 };
 
-/// A point or vector of space.
+/// A point or vector of space; (0, 0, 0) unless something else is given.
 template <class T>
 struct Vec3 {
     T x{}, y{}, z{};
@@ -40,6 +41,7 @@ struct Vec3 {
     constexpr Vec3() = default;
     constexpr Vec3(T x_, T y_, T z_) : x(x_), y(y_), z(z_) {}
 
+    /// x for axis 0, y for axis 1, z for axis 2.
     constexpr T& operator[](int axis) {
         return assert(axis >= 0 && axis <= 2), axis == 0 ? x : axis == 1 ? y : z;
     }

@@ -9,7 +9,7 @@
 
 namespace quorbin {
 
-/// A closed curve: its points in order, the first of which is not repeated.
+/// A closed curve, as its points in order. The first point is not repeated at the end.
 using Ring = std::vector<brin::Vec2<double>>;
 
 /// A connected region: its outline, counterclockwise (x right, y up), and the outlines of its holes,
@@ -19,24 +19,28 @@ struct Polygon {
     std::vector<Ring> holes;
 };
 
-/// The regions inside a level set, with points in world units (grid index times spacing). What meets the
-/// border of the grid is closed along it. Not-a-number is outside; points repeated one after the other and
-/// rings of no area are left out. Regions come in the order of their first crossing, row by row. Throws
-/// std::bad_alloc. About 2 ns a cell and 0.2 µs a point.
+/// The connected regions where values are ≤ 0, with points in world units (grid index times spacing). A
+/// region that reaches the border of the grid is closed along it. Not-a-number is outside. Of equal points in
+/// succession one is kept, and rings without area are left out. Regions come in the order in which rows read
+/// from left to right, from y = 0 on, meet them first. About 2 ns a cell and 0.2 µs a point. Throws
+/// std::bad_alloc.
 QUORBIN_EXPORT std::vector<Polygon> contours(const FullLevelSet2D& field);
 
-/// The same of a band, of the cells whose four corners are stored; contours that do not close are left out. A
-/// region without end, as around a hole in a band that is inside all around, has an empty outline.
+/// The same for a band. Only cells whose four corners are stored count, and contours that do not close in
+/// them are left out. If the band is inside beyond its outermost contours, these are the holes of a region
+/// without end, whose outline is empty.
 QUORBIN_EXPORT std::vector<Polygon> contours(const FastLevelSet2D& band);
 
-/// Area that a ring encloses, positive where it runs counterclockwise; of a polygon, without its holes.
+/// Area that a ring encloses, positive if it runs counterclockwise and negative if clockwise; or the area of
+/// a polygon, that of its outline less that of its holes.
 QUORBIN_EXPORT double area(const Ring& ring);
 QUORBIN_EXPORT double area(const Polygon& polygon);
 
-/// Length of a closed ring.
+/// Length of a ring, the way back from its last point to its first included.
 QUORBIN_EXPORT double length(const Ring& ring);
 
-/// Area and length of a polygon of getPolygons: in grid units, or in world units, given the spacings.
+/// The same for a polygon of getPolygons, whose points are in grid-index units: in grid units, or, if the
+/// spacings are given, in world units.
 QUORBIN_EXPORT double area(const std::vector<brin::Vec2<double>>& points, const std::vector<int>& polygon,
                            double xSpace = 1.0, double ySpace = 1.0);
 QUORBIN_EXPORT double length(const std::vector<brin::Vec2<double>>& points, const std::vector<int>& polygon,

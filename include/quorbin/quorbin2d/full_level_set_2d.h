@@ -15,29 +15,31 @@ class FullLevelSet3D;
 
 /// A level set on a dense grid of width × height doubles.
 ///
-/// A coordinate outside the grid is mirrored once: c < 0 reads |c| (−1 reads 1), and where |c| ≥ n it reads
-/// 2n − 1 − |c| (n reads n − 1). Coordinates beyond −2n < c < 2n are the caller's error, unchecked. Object
-/// and arrays take 16 bytes a grid point. Not to be used from two threads at once.
+/// A coordinate c outside the grid is mirrored once: on an axis of n points it stands for |c| if that is
+/// below n (−1 for 1), else for 2n − 1 − |c| (n for n − 1). Only −2n < c < 2n is allowed, which is not
+/// checked. A grid point takes 16 bytes. Not to be used from two threads at once. Operations that run out of
+/// memory throw std::bad_alloc and leave the values unchanged, unless they say otherwise.
 class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
  public:
     FullLevelSet2D() = default;
     ~FullLevelSet2D() override;
     FullLevelSet2D(const FullLevelSet2D&) = delete;
-    /// What has been moved from is empty.
+    /// A grid that has been moved from is empty.
     FullLevelSet2D(FullLevelSet2D&& other) noexcept;
     FullLevelSet2D& operator=(FullLevelSet2D&& other) noexcept;
 
     // Storage
 
-    /// Makes a grid of zeros with the given sizes (≥ 0) and spacings; what the object held is freed. Negative
-    /// sizes, and sizes whose arrays cannot be had, leave the object unchanged: getWidth() and getHeight()
-    /// tell.
+    /// Makes this a grid of zeros with the given numbers of points (≥ 0) and spacings (world units), and
+    /// frees what it held. If a size is negative or there is not enough memory, the grid stays as it was:
+    /// compare getWidth() and getHeight(). Spacings are not checked.
     void init(int width, int height, double xSpace, double ySpace);
 
-    /// Empties the grid: sizes and spacings 0, no arrays.
+    /// Empties the grid: sizes and spacings become 0, and its memory is freed.
     virtual void release();
 
-    /// Deep copy of sizes, spacings and values; the object ends empty if the arrays cannot be had.
+    /// Deep copy of sizes, spacings and values. If there is not enough memory, or other is this grid itself,
+    /// the grid ends empty.
     void operator=(const FullLevelSet2D& other);
 
     int getWidth() const override;
@@ -46,18 +48,19 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     double& operator()(int x, int y) override;
     bool have(int x, int y) const override;
 
-    /// The values, row by row: point (x, y) is element y · width + x. Null after release and
-    /// before the first init.
+    /// The values, row by row: point (x, y) is element y · width + x. Null before the first init and after
+    /// release.
     double* data() { return values_.get(); }
     const double* data() const { return values_.get(); }
 
-    /// Bilinear interpolation at a point in grid-index units, clamped to the grid (not-a-number counts as 0).
-    /// The grid must not be empty.
+    /// The value at a point in grid-index units by bilinear interpolation. Coordinates are clamped to the
+    /// grid; one that is not a number counts as 0. The grid must not be empty.
     double bilinear(double x, double y) const;
 
-    // Differences: at the edge of the grid a one-sided difference becomes the opposite one, and a central one
-    // the one-sided; the curvature term reads mirrored. Along an axis of one point all differences are 0;
-    // a subclass must not ask for them, since there backward and forward defer to each other for ever.
+    // Differences. Where a neighbour would lie outside the grid, a one-sided difference is replaced by the
+    // opposite one, and a central one by the one-sided one that stays in the grid; the curvature term reads
+    // mirrored values. Along an axis of one point all first differences are 0. In a subclass they must not be
+    // called: there the backward and the forward difference would call each other without end.
 
     double getDyCentral(int x, int y) const override;
     double getDyMinus(int x, int y) const override;
@@ -72,33 +75,40 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
 
     // Motion
 
-    /// One forward Euler step of φt = Δφ over the stability limit 1 / (2/hx² + 2/hy²). Motion by curvature as
-    /// long as the field is close to a signed distance: a circle shrinks by r² = r₀² − 2t. A subclass is
-    /// asked for every central difference first, so its sizes must be 0 or at least 2.
+    /// One forward Euler step of φt = Δφ with the longest stable time step, 1 / (2/hx² + 2/hy²). As long as
+    /// the field is close to a signed distance, this moves the contour by its curvature: a circle shrinks by
+    /// r² = r₀² − 2t. In a subclass all central differences are asked for first, so that each size must be 0
+    /// or at least 2. About 1 ns a point.
     void moveAlongCurvature();
 
-    /// One forward Euler step of the whole grid with the rate that f returns. f(levelSet, x, y, limit)
-    /// returns the rate of change of the value at (x, y), in value per unit of time, and must write to *limit
-    /// the largest time step it allows there; the step taken is the smallest of them (1e11 if none is
-    /// smaller). f sees the old field throughout. An empty f throws boost::bad_function_call; whatever f
-    /// throws passes through with the values unchanged.
+    /// One forward Euler step with a rate of change of your own. f(levelSet, x, y, limit) is called for each
+    /// point, row by row; it returns that rate, in value per unit of time, and must write to *limit the
+    /// largest time step that it allows. The step taken is the smallest of these limits, at most 1e11. f sees
+    /// the old field throughout; if it releases the grid or makes another of it, the step ends there. An
+    /// empty f throws boost::bad_function_call. After that, and after any exception from f, the values are
+    /// unchanged.
     void moveWithCurvature(const boost::function<double(LevelSet2D*, int, int, double*)>& f);
 
-    /// One backward Euler step of φt = Δφ over the time 1, (I − Δ) u = φ, stable whatever the spacings.
-    /// Neighbours are reflected at all four edges without repeating the edge point; an axis of one point has
-    /// none. Solved by cosine transforms in about 100 ns and 16 bytes a point. Where a value is not finite,
-    /// all become not-a-number.
+    /// One backward Euler step of φt = Δφ over the time 1: replaces φ by the solution u of (I − Δ) u = φ.
+    /// Stable whatever the spacings. At all four edges neighbours are reflected without repeating the edge
+    /// point (−1 stands for 1, n for n − 2); along an axis of one point there are none. Solved by cosine
+    /// transforms in about 100 ns and 16 bytes a point. If any value is not finite, all become not-a-number.
     void moveAlongCurvatureImplicit();
 
-    /// One backward Euler step of size dt, (I − dt (k Δ + vx Dx + vy Dy)) u = φ + dt s, with the coefficients
-    /// that f writes for each point: f(levelSet, x, y, k, vx, vy, s), diffusion weight, advection along x and
-    /// y, source. All four must be written every time. Dx and Dy are the backward difference for a positive
-    /// coefficient and the forward one for any other: the unstable choice, so that advection over several
-    /// cells in a step makes the equations hard to solve. f sees the old field. The last argument has no
-    /// effect on the dense grid. Solved to a backward error of 1e-14 by BiCGStab in 1 to 5 µs and 120 bytes a
-    /// point, or, where that does not converge, directly: 10 µs and 1500 bytes a point, and more on larger
-    /// grids. Values become not-a-number where the equations have no solution or hold what is not finite. For
-    /// what f throws see moveWithCurvature.
+    /// One backward Euler step over the time dt: replaces φ by the solution u of
+    ///
+    ///     (I − dt (k Δ + vx Dx + vy Dy)) u = φ + dt s
+    ///
+    /// f(levelSet, x, y, k, vx, vy, s) writes the coefficients of each point: the weight k of diffusion, the
+    /// speeds vx and vy of advection, and the source s. It must write all four every time, and sees the old
+    /// field. At the edges neighbours are those of moveAlongCurvatureImplicit. Dx and Dy are backward
+    /// differences where the coefficient is positive and forward ones elsewhere. That is the unstable side:
+    /// advection over several cells in a step makes the equations hard to solve. maxIterations has no effect
+    /// here. Solved to a backward error of 1e-14 by BiCGStab in 1 to 5 µs and 120 bytes a point or, if that
+    /// does not converge, by a direct method: 10 µs and 1500 bytes a point, and more on larger grids. All
+    /// values become not-a-number if the equations have no solution, if the direct method runs out of memory,
+    /// or if a value or coefficient is not finite while k, vx and vy are not 0 everywhere. For an f that is
+    /// empty, throws or makes another grid see moveWithCurvature.
     void moveWithCurvatureImplicit(
         const boost::function<void(LevelSet2D*, int, int, double&, double&, double&, double&)>& f, double dt,
         int maxIterations);
@@ -106,66 +116,70 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     // Distance
 
     /// Replaces the values by the signed distance to the zero crossing, in world units, by fast marching
-    /// (Sethian 1996), first order. Negative or zero for values ≤ 0. A field without a zero
-    /// crossing ends as zeros. O(n log n); beside the arrays of the grid it takes a byte a point and memory
-    /// proportional to the front. More points than an int can number leave the object unchanged.
+    /// (Sethian 1996), first order. Where the value was ≤ 0, the distance is negative or 0. A field without a
+    /// zero crossing becomes all zeros. O(n log n), about 0.1 µs a point; beside the grid it takes a byte a
+    /// point and memory in proportion to the front. A grid of more than 2147483647 points is left unchanged.
     void ensureSignedDistanceFMM();
 
-    /// Replaces values by the distance to the nearest segment of getLines, in grid units whatever the
-    /// spacings, negative for values that were ≤ 0 or not a number; distances above √(2 · width · height)
-    /// become that. Exact for the segments: a tree of boxes finds the nearest, O(log n) a point.
+    /// Replaces the values by the distance to the nearest segment of getLines, in grid units whatever the
+    /// spacings: negative where the value was ≤ 0 or not a number. Distances above √(2 · width · height) are
+    /// set to that. All others are exact for the segments: a tree of boxes finds the nearest one in O(log n)
+    /// a point.
     void ensureSignedDistanceBrute();
 
-    /// The same in four sweeps that pass the index of the nearest segment from point to point (Danielsson
-    /// 1980), in linear time. Exact near the contour; further off the sweeps, two forward and two backward,
-    /// may miss the nearest segment and find one some per cent further, mostly towards the lower right and
-    /// the upper left. Points further than √(width · height) keep their values, so a field without a zero
-    /// crossing stays as it is. Takes 12 bytes a point while it works.
+    /// The same in linear time, by four sweeps over the grid, two forward and two backward, in which points
+    /// pass the index of their nearest segment on to their neighbours (Danielsson 1980). Exact near the
+    /// contour. Further off, mostly to its lower right and upper left, a point may miss its nearest segment
+    /// and take one that is some per cent further away. Points further than √(width · height) keep their
+    /// values, so a field without a zero crossing stays as it is. Takes 12 bytes a point while it works.
     void ensureSignedDistance();
 
-    /// Unsigned distance of a point from the crossings of its own four grid edges; 1e11 if none is crossed.
+    /// Unsigned distance of a grid point from the contour, in world units, from the crossings on the four
+    /// grid edges that meet at it; 1e11 if none of them is crossed.
     double estimateDistanceInit(int x, int y) const;
 
-    /// Unsigned distance of a point from those of its neighbours whose state equals sign (1 outside, −1
-    /// inside), by the eikonal quadratic; 1e11 if there is none. Both arrays have one entry for each grid
-    /// point, row by row; states are signed numbers.
+    /// Unsigned distance of a grid point, in world units, by the eikonal quadratic (see eikonal.h) from the
+    /// distances of its known neighbours: those whose state equals sign (1 outside, −1 inside). 1e11 if there
+    /// is none. Both arrays have one entry for each grid point, row by row; states are signed numbers.
     double estimateDistance(const double* distances, const char* states, int sign, int x, int y) const;
 
     // Extraction
 
-    /// The zero contour as a soup of directed segments by marching squares, in grid-index units: values > 0
-    /// lie on the right of a segment when x grows to the right and y upwards. Cells row by row; each segment
-    /// owns two fresh points. Both vectors are emptied first.
+    /// The zero contour by marching squares, as a soup of directed segments in grid-index units. A segment
+    /// holds the indices of its start and its end in points; no two segments share a point. Values > 0 lie on
+    /// the right of a segment (x to the right, y upwards). Cells are visited row by row. Both vectors are
+    /// emptied first.
     void getLines(std::vector<brin::Vec2<double>>& points, std::vector<std::pair<int, int>>& segments) const;
 
-    /// The same segments in the same order, but a point that two cells share is stored once.
+    /// The same segments in the same order, but neighbouring cells share the point on their common edge, as
+    /// getPolygons needs it.
     void getLinesUnique(std::vector<brin::Vec2<double>>& points,
                         std::vector<std::pair<int, int>>& segments) const;
 
-    /// A number for edge 0 to 3 of cell (x, y) that is the same from both cells which share it; any other
-    /// edge fails an assertion, in release builds too.
+    /// A number for an edge (0 to 3, see MarchingSquares) of cell (x, y), the same for both cells that share
+    /// the edge. Any other edge ends the process with a failed assertion, in release builds too.
     int getUniqueIndexMI(int x, int y, int edge) const;
 
     // Files
 
-    /// Writes sizes, spacings and values as FL2D (little-endian); false if that fails, and the file may then
-    /// be cut short.
+    /// Writes sizes, spacings and values to an FL2D file (little-endian). Returns false if that fails; the
+    /// file may then be cut short.
     bool save(const char* path) const;
 
-    /// Reads an FL2D file. False leaves the object unchanged when the file cannot be opened, is of another
-    /// kind, has a short header, sizes that are negative or too large, or needs more memory than there is. A
-    /// file that ends within the values also gives false, with the file's size and spacings and zeros for
-    /// what is missing.
+    /// Reads an FL2D file; returns whether it was complete. The grid stays as it was if the file cannot be
+    /// opened, is of another kind, ends within its header, has a negative size, or needs more memory than
+    /// there is. If the file ends within its values, the grid gets the file's sizes, spacings and complete
+    /// values, and zeros for the rest.
     bool load(const char* path);
 
-    /// One channel, 255 where the value is ≤ 0 and 0 elsewhere.
+    /// The inside as an image of the same size with one channel: 255 where the value is ≤ 0, and 0 elsewhere.
     brin::Image<unsigned char> getBinaryImage() const;
 
  private:
     friend class FullLevelSet3D;  // which cuts planes
 
-    // Memory from calloc costs nothing until it is touched, which a header that lies about its size never
-    // does.
+    // Memory from calloc costs nothing until it is touched, so a file whose header tells too large a size
+    // does no harm.
     struct Free {
         void operator()(double* array) const { std::free(array); }
     };

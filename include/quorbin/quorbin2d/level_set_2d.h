@@ -3,9 +3,10 @@
 #include "../brin/vec.h"
 #include "../quorbin_export.h"
 
-/// A closed curve held as the zero crossing of a scalar field sampled on a regular grid: a value ≤ 0 is
-/// inside, a value > 0 outside. Grid points are named by int (x, y), x along rows; spacings are world units
-/// per grid step. Every generic algorithm of the library reads a field through these slots only.
+/// A closed curve held as the zero crossing of a scalar field that is sampled on a regular grid: a value ≤ 0
+/// is inside, a value > 0 outside. A grid point has the whole-number coordinates (x, y), x along a row; in
+/// world units they are multiplied by the spacings. Algorithms read any subclass through these virtual
+/// functions only. In comments φ is the field, φt its rate of change, and hx and hy are the spacings.
 class QUORBIN_EXPORT LevelSet2D {
  public:
     virtual ~LevelSet2D();
@@ -14,11 +15,11 @@ class QUORBIN_EXPORT LevelSet2D {
     virtual int getWidth() const = 0;
     virtual int getHeight() const = 0;
 
-    /// Distance between neighbouring grid points along each axis.
+    /// Distance between neighbouring grid points along each axis, in world units.
     virtual double getXSpace() const;
     virtual double getYSpace() const;
 
-    /// Value at a grid point, and a reference through which it is written.
+    /// The value at a grid point, and a reference by which it can be written.
     virtual double get(int x, int y) const = 0;
     virtual double& operator()(int x, int y) = 0;
 
@@ -37,16 +38,16 @@ class QUORBIN_EXPORT LevelSet2D {
     /// field is a signed distance. It is not divided by the length of the gradient.
     virtual double getCurvature(int x, int y) const = 0;
 
-    /// Returns getCurvature and stores the upwind differences for the speeds vx and vy.
+    /// Returns getCurvature, and stores the upwind differences for the speeds vx and vy in dx and dy.
     virtual double getCurvatureAndUpwind(int x, int y, double vx, double vy, double& dx,
                                          double& dy) const = 0;
 
-    /// Whether the point is stored.
+    /// Whether a point is in the grid or stored in the band.
     virtual bool have(int x, int y) const = 0;
 
-    /// The zero crossing of the straight line from grid point (x0, y0) to (x1, y1), in grid-index units, by
-    /// linear interpolation measured from the first point; the midpoint where the values differ by less than
-    /// 1e-16. That the values differ in sign is not checked.
+    /// Where the field is zero between the grid points (x0, y0) and (x1, y1), in grid-index units, by linear
+    /// interpolation; the midpoint if the values differ by less than 1e-16. The values should differ in sign;
+    /// this is not checked. Exchanging the two points may change the last bits of the result.
     brin::Vec2<double> getPoint(int x0, int y0, int x1, int y1) const;
 
  private:

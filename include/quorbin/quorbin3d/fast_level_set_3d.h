@@ -14,11 +14,12 @@ class FullLevelSet3D;
 
 namespace quorbin {
 
-/// What FastLevelSet3D::initTo makes of a grid, as a band of its own and without a printed line: the corners
-/// of the cells that the surface crosses, and unless reinitialized is false the signed distance to it around
-/// them.
+/// The band that FastLevelSet3D::initTo makes of a dense grid, without the line that initTo prints: the
+/// corners of the cells that the surface crosses, with their values or, if reinitialized, made a signed
+/// distance by FastLevelSet3D::ensureSignedDistanceFMM.
 QUORBIN_EXPORT FastLevelSet3D bandOf(const FullLevelSet3D& grid, bool reinitialized = true);
 
+/// See mesh.h.
 QUORBIN_EXPORT void getTrianglesUnique(const FastLevelSet3D& band, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles);
@@ -30,32 +31,38 @@ template <std::size_t dimensions>
 struct BandWorkspace;
 }
 
-/// A level set on a narrow band around the zero surface, in a hash table of grid points: memory and time
-/// follow the area of the surface and not the volume. As on the band of two dimensions there is no extent and
-/// no face, coordinates may be negative, a point that is not stored reads as 0, and points are visited in the
-/// order of the hash. Each stored point takes 70 to 90 bytes, and about 110 more from the first march on.
-/// Copies are deep; a band that has been moved from is empty. Not to be used from two threads at once,
-/// reading included: operations share what they work with.
+/// A level set on a narrow band: only grid points around the zero surface are stored, in a hash table, so
+/// that memory and time follow the area of the surface and not the volume. The band has no width, height,
+/// depth or face, and coordinates may be negative. A point that is not stored reads as 0. Operations visit
+/// points in the order of the hash table: bucket by bucket, and in a bucket in the order in which they were
+/// added. A stored point takes 70 to 90 bytes, and about 110 more from the first march on. Copies are deep; a
+/// band that has been moved from is empty. Not to be used from two threads at once, not even for reading,
+/// since const operations share a workspace too. Operations that run out of memory throw std::bad_alloc and
+/// leave the points as they were, unless they say otherwise.
 class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
  public:
     // Storage
 
     /// An empty band with spacings of 1.
     FastLevelSet3D();
+
     ~FastLevelSet3D() override;
     FastLevelSet3D(const FastLevelSet3D& other);
     FastLevelSet3D& operator=(const FastLevelSet3D& other);
     FastLevelSet3D(FastLevelSet3D&& other);
     FastLevelSet3D& operator=(FastLevelSet3D&& other) noexcept;
 
-    /// −1: there is no extent.
+    /// −1, since a band has no extent.
     int getWidth() const override;
     int getHeight() const override;
     int getDepth() const override;
 
+    /// The value of a point, 0 if it is not stored.
     double get(int x, int y, int z) const override;
-    /// The value of a point, which enters the band with the value 0 where it is not stored.
+    /// The value of a point, as a reference that is valid until the points change. A point that is not stored
+    /// is added to the band with the value 0.
     double& operator()(int x, int y, int z) override;
+    /// Whether a point is stored.
     bool have(int x, int y, int z) const override;
 
     void forEach(void (*f)(int, int, int, double&)) override;
@@ -64,13 +71,13 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
     /// Does nothing; the band keeps its points.
     virtual void release();
 
-    /// Number of stored points.
+    /// Number of stored points. Takes time in proportion to the number of buckets.
     virtual int size() const;
 
-    /// The stored points, for visiting them in order.
+    /// The stored points, for visiting them in order, bucket by bucket.
     const Point3Hash<double>& points() const { return values_; }
 
-    // Differences: as on the dense grid, but without faces.
+    // Differences: as on the dense grid, but without faces; a neighbour that is not stored reads as 0.
 
     double getDyCentral(int x, int y, int z) const override;
     double getDyMinus(int x, int y, int z) const override;
@@ -85,62 +92,69 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
     double getDzPlus(int x, int y, int z) const override;
     double getDzUpwind(int x, int y, int z, double speed) const override;
     double getCurvature(int x, int y, int z) const override;
-    /// Returns the seven-point Laplacian and stores one-sided differences, from seven values: backward for a
-    /// speed > 0, forward for any other.
+    /// Returns the seven-point Laplacian, and stores the upwind differences in dx, dy and dz: backward for a
+    /// speed > 0, forward for any other. Reads seven values in all. The Laplacian may differ from that of
+    /// getCurvature in the last bit.
     double getCurvatureAndUpwind(int x, int y, int z, double vx, double vy, double vz, double& dx, double& dy,
                                  double& dz) const override;
 
-    /// Mean length of the central gradient over the interior points, 1 for a signed distance; not a number if
-    /// there are none.
+    /// Mean length of the gradient, by central differences, over the interior points (see below): about 1 for
+    /// a signed distance. Not a number if there are none.
     double averageNormalLength() const;
 
-    // Motion: of interior points, those whose six neighbours are stored.
+    // Motion. Steps move the interior points, which are those whose six neighbours are stored.
 
-    /// One forward Euler step of φt = Δφ over 0.95 of the stability limit. Points that are not interior leave
-    /// the band, so that each step strips a layer: reinitialise before it is too thin, every step or every
-    /// second.
+    /// One forward Euler step of φt = Δφ with 0.95 of the longest stable time step, 1 / (2/hx² + 2/hy² +
+    /// 2/hz²). Points that are not interior leave the band, so that each step takes off a layer of points.
+    /// Call ensureSignedDistanceFMM after every step or every second one, before the band is too thin.
     void moveAlongCurvature();
 
-    /// One forward Euler step with the rate that f returns, over 0.95 of the smallest limit it writes.
-    /// f(levelSet, x, y, z, limit) finds 0 in *limit. f sees the old field; points that are not interior keep
-    /// their values. Returns the step taken, 0 if no point is interior. An empty f throws
-    /// boost::bad_function_call; whatever f throws passes through with the values unchanged.
+    /// One forward Euler step with a rate of change of your own. f(levelSet, x, y, z, limit) is called for
+    /// each interior point; it returns that rate, in value per unit of time, and must write to *limit, where
+    /// it finds 0, the largest time step that it allows. The step taken is 0.95 of the smallest limit; it is
+    /// returned, and is 0 if no point is interior. Points that are not interior keep their values. f sees the
+    /// old values; points that it adds are not moved but count as neighbours from then on. An empty f throws
+    /// boost::bad_function_call. After that, and after any exception from f, the values are unchanged.
     double moveWithCurvature(const boost::function<double(LevelSet3D*, int, int, int, double*)>& f);
 
     /// One backward Euler step of φt = k Δφ + v · ∇φ + s over the time dt, by at most maxIterations
     /// Gauss-Seidel sweeps, until the residual's root mean square is below 1e-4. f(levelSet, x, y, z, k, vx,
-    /// vy, vz, s) is called once an interior point and finds 0 in all five, which are in world units; it sees
-    /// the old field and must not add points. A positive factor takes the forward difference, the stable
-    /// side, so that with k ≥ 0 the sweeps converge for every dt. Points that are not interior keep their
-    /// values.
+    /// vy, vz, s) is called once for each interior point and writes the coefficients there, in world units;
+    /// it finds 0 in all five and sees the old values. ∇ takes the forward difference along an axis where v
+    /// is positive and the backward one elsewhere. That is the stable side, so that with k ≥ 0 the sweeps
+    /// converge for every dt. Points that are not interior keep their values. Points that f adds are neither
+    /// moved nor neighbours, and the step drops them. An empty f throws boost::bad_function_call. After that,
+    /// and after any exception from f, the values are unchanged.
     void moveWithCurvatureImplicit(const boost::function<void(LevelSet3D*, int, int, int, double&, double&,
                                                               double&, double&, double&)>& f,
                                    double dt, int maxIterations);
 
     // Distance
 
-    /// Replaces the band by the corners of the cells of a dense grid that the surface crosses, with their
-    /// values, and unless reinit is 0 makes it a signed distance at once. The spacings become those of the
-    /// grid. Prints the number of points.
+    /// Replaces the band by the corners of those cells of a dense grid that the surface crosses, with their
+    /// values. The spacings become those of the grid. Unless reinit is 0, ensureSignedDistanceFMM follows.
+    /// Prints a line with the number of points to standard output.
     void initTo(const FullLevelSet3D& grid, int reinit);
 
     /// Replaces the band by the signed distance to its zero surface, in world units, by fast marching, first
-    /// order. Stored afterwards is what the march reached: the points up to 2.1 · max(hx, hy, hz) from the
-    /// surface and their neighbours. A band without a surface becomes empty; one with a spacing that is not
-    /// positive and finite stays as it is. About 0.3 µs a point. The number of points grows with how unequal
-    /// the spacings are: the limit is many of the smallest.
+    /// order. It then has the points up to 2.1 · max(hx, hy, hz) from the surface, and their neighbours.
+    /// Since the largest spacing sets this limit, the band is many points thick along an axis whose spacing
+    /// is much smaller. A band without a surface becomes empty; one with a spacing that is not positive and
+    /// finite stays as it is. About 0.3 µs a point.
     void ensureSignedDistanceFMM();
 
-    /// Unsigned distance of a point from those of its neighbours whose state equals sign (1 outside, −1
-    /// inside), by the eikonal quadratic; 1e11 if there is none. A known neighbour without a distance has 0.
+    /// Unsigned distance of a point, in world units, by the eikonal quadratic (see eikonal.h) from the
+    /// distances of its known neighbours: those whose state equals sign (1 outside, −1 inside). 1e11 if there
+    /// is none. A known neighbour that is not in distances counts as having the distance 0.
     double estimateDistance(const Point3Hash<double>& distances, const Point3Hash<char>& states, int sign,
                             int x, int y, int z) const;
 
     // Extraction
 
-    /// The zero surface as on the dense grid, of the cells whose eight corners are stored, in the order of
-    /// their first corners. Normals within a layer of the edge of the band are unreliable, vertices are not.
-    /// See also getTrianglesUnique.
+    /// The zero surface as on the dense grid, from the cells whose eight corners are stored, in the order of
+    /// their corners with the smallest coordinates in the band. Normals within one point of the edge of the
+    /// band are unreliable, since neighbours are missing there; vertices are right everywhere. See also
+    /// getTrianglesUnique.
     void getTriangles(std::vector<brin::Vec3<double>>& vertices, std::vector<brin::Vec3<double>>& normals,
                       std::vector<gpoint3>& triangles) override;
 

@@ -12,28 +12,31 @@ class FullLevelSet2D;
 
 /// A level set on a dense grid of width × height × depth doubles.
 ///
-/// A coordinate outside the grid is mirrored once, as in two dimensions: −1 reads 1, n reads n − 1.
-/// Coordinates beyond −2n < c < 2n are the caller's error, unchecked. Object and arrays take 16 bytes a grid
-/// point. Not to be used from two threads at once.
+/// A coordinate c outside the grid is mirrored once: on an axis of n points it stands for |c| if that is
+/// below n (−1 for 1), else for 2n − 1 − |c| (n for n − 1). Only −2n < c < 2n is allowed, which is not
+/// checked. A grid point takes 16 bytes. Not to be used from two threads at once. Operations that run out of
+/// memory throw std::bad_alloc and leave the values unchanged, unless they say otherwise.
 class QUORBIN_EXPORT FullLevelSet3D : public LevelSet3D {
  public:
     FullLevelSet3D() = default;
     ~FullLevelSet3D() override;
     FullLevelSet3D(const FullLevelSet3D&) = delete;
-    /// What has been moved from is empty.
+    /// A grid that has been moved from is empty.
     FullLevelSet3D(FullLevelSet3D&& other) noexcept;
     FullLevelSet3D& operator=(FullLevelSet3D&& other) noexcept;
 
     // Storage
 
-    /// Makes a grid of zeros with the given sizes (≥ 0) and spacings; what the object held is freed. Negative
-    /// sizes, and sizes whose arrays cannot be had, leave the object unchanged: the sizes tell.
+    /// Makes this a grid of zeros with the given numbers of points (≥ 0) and spacings (world units), and
+    /// frees what it held. If a size is negative or there is not enough memory, the grid stays as it was:
+    /// compare its sizes. Spacings are not checked.
     void init(int width, int height, int depth, double xSpace, double ySpace, double zSpace);
 
-    /// Empties the grid: sizes and spacings 0, no arrays.
+    /// Empties the grid: sizes and spacings become 0, and its memory is freed.
     virtual void release();
 
-    /// Deep copy of sizes, spacings and values; the object ends empty if the arrays cannot be had.
+    /// Deep copy of sizes, spacings and values. If there is not enough memory, or other is this grid itself,
+    /// the grid ends empty.
     void operator=(const FullLevelSet3D& other);
 
     int getWidth() const override;
@@ -43,23 +46,25 @@ class QUORBIN_EXPORT FullLevelSet3D : public LevelSet3D {
     double& operator()(int x, int y, int z) override;
     bool have(int x, int y, int z) const override;
 
-    /// The values: point (x, y, z) is element x + width · (y + height · z). Null after release and before the
-    /// first init.
+    /// The values: point (x, y, z) is element x + width · (y + height · z). Null before the first init and
+    /// after release.
     double* data() { return values_.get(); }
     const double* data() const { return values_.get(); }
 
-    /// Layer by layer, row by row. Both visit every point.
+    /// Both call f for every point, layer by layer and in each row by row.
     void forEach(void (*f)(int, int, int, double&)) override;
     void forEachWithNeigh(void (*f)(int, int, int, double&)) override;
 
-    /// Writes the plane at a fixed coordinate into out, whose x and y are the two other axes in their order;
-    /// makes it a signed distance if reinit. False, with out unchanged, for a coordinate outside the grid and
-    /// where the plane does not fit into memory.
+    /// Makes out the plane of the points with the given coordinate, and then, if reinit, its signed distance
+    /// by ensureSignedDistanceFMM. Along x and y, out has the other two axes in their order, with their
+    /// spacings. Returns false, with out unchanged, if the coordinate is outside the grid or there is not
+    /// enough memory for the plane.
     bool getXPlane(int x, FullLevelSet2D& out, bool reinit) const;
     bool getYPlane(int y, FullLevelSet2D& out, bool reinit) const;
     bool getZPlane(int z, FullLevelSet2D& out, bool reinit) const;
 
-    // Differences: one-sided ones read mirrored at the faces, a central one becomes the one-sided.
+    // Differences. At the faces of the grid one-sided differences and the curvature term read mirrored
+    // values, and a central difference is replaced by the one-sided one that stays in the grid.
 
     double getDyCentral(int x, int y, int z) const override;
     double getDyMinus(int x, int y, int z) const override;
@@ -77,51 +82,56 @@ class QUORBIN_EXPORT FullLevelSet3D : public LevelSet3D {
     double getCurvatureAndUpwind(int x, int y, int z, double vx, double vy, double vz, double& dx, double& dy,
                                  double& dz) const override;
 
-    /// Mean length of the central gradient over all points, 1 for a signed distance; not a number for an
-    /// empty grid.
+    /// Mean length of the gradient, by central differences, over all points: about 1 for a signed distance.
+    /// Not a number for an empty grid.
     double averageNormalLength() const;
 
     // Motion
 
-    /// One forward Euler step of φt = Δφ over the stability limit 1 / (2/hx² + 2/hy² + 2/hz²). Motion by mean
-    /// curvature as long as the field is close to a signed distance: a sphere shrinks by r² = r₀² − 4t. About
-    /// 1.5 ns a point.
+    /// One forward Euler step of φt = Δφ with the longest stable time step, 1 / (2/hx² + 2/hy² + 2/hz²). As
+    /// long as the field is close to a signed distance, this moves the surface by its mean curvature, the sum
+    /// of the principal ones: a sphere shrinks by r² = r₀² − 4t. About 1.5 ns a point.
     void moveAlongCurvature();
 
-    /// One backward Euler step of φt = Δφ over the time 1, by at most 15 Gauss-Seidel sweeps, until the root
-    /// of the residual's sum of squares over the points of a layer is below 1e-4. Neighbours are reflected at
-    /// all faces without repeating the edge point; an axis of one point has none. The z neighbours are
-    /// weighted by the y spacing, so the z spacing should equal it.
+    /// One backward Euler step of φt = Δφ over the time 1, by at most 15 Gauss-Seidel sweeps, until √(S /
+    /// (width · height)) is below 1e-4, where S is the sum of the squared residuals of all points. At all
+    /// faces neighbours are reflected without repeating the edge point (−1 stands for 1, n for n − 2); along
+    /// an axis of one point there are none. The neighbours along z are weighted by the y spacing, so the z
+    /// spacing should equal it.
     void moveAlongCurvatureImplicit();
 
-    /// One forward Euler step with the rate that f returns; see FullLevelSet2D::moveWithCurvature. Returns
-    /// the step taken.
+    /// One forward Euler step with a rate of change of your own. f(levelSet, x, y, z, limit) is called for
+    /// each point, layer by layer; for all else see FullLevelSet2D::moveWithCurvature. Returns the step
+    /// taken.
     double moveWithCurvature(const boost::function<double(LevelSet3D*, int, int, int, double*)>& f);
 
     // Distance
 
     /// Replaces the values by the signed distance to the zero crossing, in world units, by fast marching
-    /// (Sethian 1996), first order. Negative or zero for values ≤ 0. A field without a zero crossing ends as
-    /// zeros. Beside the level set's arrays a byte a point for states and 16 to 32 bytes for each point of
-    /// the queue.
+    /// (Sethian 1996), first order. Where the value was ≤ 0, the distance is negative or 0. A field without a
+    /// zero crossing becomes all zeros. O(n log n), about 0.3 µs a point; beside the grid it takes a byte a
+    /// point and 16 to 32 bytes for each point of the front. A grid of more than 2147483647 points is left
+    /// unchanged.
     void ensureSignedDistanceFMM();
 
-    /// Unsigned distance of a point from those of its neighbours whose state equals sign (1 outside, −1
-    /// inside), by the eikonal quadratic; 1e11 if there is none. Both arrays have one entry for each grid
-    /// point; states are signed numbers.
+    /// Unsigned distance of a grid point, in world units, by the eikonal quadratic (see eikonal.h) from the
+    /// distances of its known neighbours: those whose state equals sign (1 outside, −1 inside). 1e11 if there
+    /// is none. Both arrays have one entry for each grid point, in the order of data(); states are signed
+    /// numbers.
     double estimateDistance(const double* distances, const char* states, int sign, int x, int y, int z) const;
 
     // Files
 
-    /// Writes sizes, spacings and values, little-endian: as FR3D, runs of bytes, where all values are −1, 0
-    /// or 1 to within 0.001, and as FL3D, doubles, otherwise. False if that fails, and the file may then be
-    /// cut short.
+    /// Writes sizes, spacings and values to a file, little-endian: to an FR3D file, in which values are
+    /// rounded and stored in runs of equal ones, if all are 0 or within 0.001 of −1 or 1; otherwise to an
+    /// FL3D file of doubles. Returns false if that fails; the file may then be cut short.
     bool save(const char* path) const;
 
-    /// Reads an FL3D or FR3D file. False leaves the object unchanged when the file cannot be opened, is of
-    /// another kind, has a short header, sizes that are negative or too large, or needs more memory than
-    /// there is. A file whose values end early, or with a run of none, also gives false, with zeros for what
-    /// is missing. A negative run stores nothing. Prints a line for an FR3D file.
+    /// Reads an FL3D or FR3D file; returns whether it was complete. The grid stays as it was if the file
+    /// cannot be opened, is of another kind, ends within its header, has a negative size, or needs more
+    /// memory than there is. If the values end early, or at a run of length 0, the grid gets the file's
+    /// sizes, spacings and the values up to there, and zeros for the rest. A run of negative length is passed
+    /// over. For an FR3D file a line is printed to standard output.
     bool load(const char* path);
 
  private:

@@ -2,7 +2,8 @@
 
 #include <cstdint>
 
-/// Three indices: a triangle, or a grid point. Also hash and equality of such, for hashed containers.
+/// Three numbers: the vertex indices of a triangle, or the coordinates of a grid point. A gpoint3 also serves
+/// hashed containers of them as hash and as equality.
 struct gpoint3 {
     int first, second, third;
 

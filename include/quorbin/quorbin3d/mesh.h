@@ -10,62 +10,64 @@
 
 namespace quorbin {
 
-/// A surface of triangles that share their vertices.
+/// A surface of triangles that share vertices.
 struct Mesh {
     std::vector<brin::Vec3<double>> vertices;
     std::vector<brin::Vec3<double>>
-        normals;                     ///< one a vertex: of unit length, outwards; 0 where there is no gradient
+        normals;                     ///< one for each vertex: outwards, of length 1, or 0 without a gradient
     std::vector<gpoint3> triangles;  ///< indices of vertices, counterclockwise seen from outside
 };
 
+/// Options of mesh.
 struct MeshOptions {
-    /// Closes the surface along the faces of the grid: what is inside ends there, and the faces get
-    /// triangles.
+    /// Whether the surface is closed where the inside reaches the faces of the grid, by triangles on them.
     bool capped = false;
 };
 
-/// The zero surface of a level set in world units (grid index times spacing), by marching cubes (Lorensen and
-/// Cline 1987); closed wherever it does not leave the grid. The triangles and vertices of getTrianglesUnique
-/// or getTrianglesCapped. A field without extent has none; a band has an overload of its own. Throws
-/// std::bad_alloc. About 1 ns a cell and 0.1 µs a triangle.
+/// The zero surface of a level set by marching cubes (Lorensen and Cline 1987), in world units (grid index
+/// times spacing): the mesh of getTrianglesUnique or, if capped, of getTrianglesCapped. It is closed except
+/// where the surface leaves the grid. A field without extent gives an empty mesh; for a band there is an
+/// overload of its own. About 1 ns a cell and 0.1 µs a triangle. Throws std::bad_alloc.
 QUORBIN_EXPORT Mesh mesh(const LevelSet3D& field, const MeshOptions& options = {});
 
-/// The same of a band, of the cells whose eight corners are stored. A band has no faces to close it at.
+/// The same for a band, from the cells whose eight corners are stored.
 QUORBIN_EXPORT Mesh mesh(const FastLevelSet3D& band);
+/// Deleted: a band has no faces at which a mesh could be closed.
 Mesh mesh(const FastLevelSet3D& band, const MeshOptions& options) = delete;
 
-/// Area of a mesh.
+/// Area of a mesh, the sum of those of its triangles.
 QUORBIN_EXPORT double surfaceArea(const Mesh& mesh);
 
-/// Volume that a closed mesh encloses, positive where its triangles are counterclockwise seen from outside.
+/// Volume that a closed mesh encloses, positive if its triangles are counterclockwise seen from outside.
 QUORBIN_EXPORT double enclosedVolume(const Mesh& mesh);
 
-/// The triangles of LevelSet3D::getTriangles in the same order, with one vertex for each grid edge that the
-/// surface crosses, so that the mesh is closed wherever the surface does not leave the grid. Grid-index
-/// units; all three vectors are emptied first. Slivers of no area remain where values are exactly 0. A field
-/// without extent has none; a band has an overload of its own.
+/// The triangles of LevelSet3D::getTriangles in the same order and in grid-index units, but with one vertex
+/// for each grid edge that the surface crosses, so that the mesh is closed except where the surface leaves
+/// the grid. Triangles without area remain where values are exactly 0. A field without extent has no
+/// triangles; for a band there is an overload of its own. All three vectors are emptied first.
 QUORBIN_EXPORT void getTrianglesUnique(const LevelSet3D& field, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles);
 
-/// The same of a band: the triangles of its getTriangles in their order.
+/// The same for a band: the triangles of FastLevelSet3D::getTriangles in the same order.
 QUORBIN_EXPORT void getTrianglesUnique(const FastLevelSet3D& band, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles);
 
-/// The same of a dense grid, closed along the faces of the grid too: what is inside ends there, and the faces
-/// get triangles whose normals are theirs. Triangles that lie in no cell of the grid come in the order in
-/// which a layer of cells around it would be visited.
+/// Like getTrianglesUnique of a level set with extent, but closed along the faces of the grid too: where the
+/// inside reaches a face, the face gets triangles, and the vertices that this adds have its normal. Triangles
+/// come in the order of the cells of a grid that has one layer of points more all around, all of them
+/// outside.
 QUORBIN_EXPORT void getTrianglesCapped(const LevelSet3D& field, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles);
 
-/// A band has no faces to close it at.
+/// Deleted: a band has no faces at which a mesh could be closed.
 void getTrianglesCapped(const FastLevelSet3D& band, std::vector<brin::Vec3<double>>& vertices,
                         std::vector<brin::Vec3<double>>& normals, std::vector<gpoint3>& triangles) = delete;
 
-/// Area and volume of vertices and triangles in grid-index units: in the same units, or in world units, given
-/// the spacings.
+/// Area and volume of a mesh whose vertices are in grid-index units: in grid units or, if the spacings are
+/// given, in world units.
 QUORBIN_EXPORT double surfaceArea(const std::vector<brin::Vec3<double>>& vertices,
                                   const std::vector<gpoint3>& triangles, double xSpace = 1.0,
                                   double ySpace = 1.0, double zSpace = 1.0);

@@ -9,8 +9,9 @@
 
 namespace lset::detail {
 
-/// Appends to a vector through a small buffer. The vector grows to what the part done so far lets expect for
-/// the whole, so that a long result is hardly ever copied and does not leave half its room unused.
+/// Appends items to a vector through a small buffer. When the vector must grow, it gets room for all items
+/// that are to be expected, judging by the part of the work that is done. So a long result is hardly ever
+/// copied, and does not leave half its room unused.
 template <class T>
 class AppendBuffer {
  public:
@@ -21,15 +22,16 @@ class AppendBuffer {
 
     std::size_t size() const { return target_.size() + used_; }
 
-    /// The place of the next item, to be filled at once.
+    /// Adds an item, to be filled in before the next call.
     T& next() {
         if (used_ == buffer_.size()) flush();
         return buffer_[used_++];
     }
 
-    /// Says that done of total equal parts of the work are over.
+    /// To be called when done of total equal parts of the work are finished.
     void progress(int done, int total) { partDone_ = static_cast<double>(done) / total; }
 
+    /// Puts the items of the buffer into the vector; must follow the last item.
     void flush() {
         const std::size_t needed = target_.size() + used_;
         if (needed > target_.capacity()) {
@@ -42,7 +44,8 @@ class AppendBuffer {
     }
 
  private:
-    /// A first part much unlike the rest must not make the vector huge.
+    /// The number of items to expect in all, given those so far. At least a sixteenth of the work counts as
+    /// done: a first part with far more items than the rest must not make the vector huge.
     std::size_t expected(std::size_t soFar) const {
         if (partDone_ == 0) return soFar;
         const double whole = static_cast<double>(soFar) / std::max(partDone_, 1.0 / 16);

@@ -16,7 +16,7 @@ constexpr int kRowsAtOnce = 4;
 template <class Over>
 struct Weights {
     Over overX, overY;  // divide by the squared spacings
-    double diagonal;
+    double minusDiagonal;
     bool alongX, alongY, alongZ;
 };
 
@@ -34,10 +34,10 @@ void relax(const Row& row, int x, std::ptrdiff_t left, std::ptrdiff_t right, con
     if (weight.alongY) neighbours = neighbours + weight.overY(row.after[x] + row.before[x]);
     // By the y spacing, though the diagonal has the z spacing.
     if (weight.alongZ) neighbours = neighbours + weight.overY(row.above[x] + row.below[x]);
-    const double residual = row.old[x] + neighbours - weight.diagonal * row.here[x];
+    const double residual = row.old[x] + neighbours + weight.minusDiagonal * row.here[x];
     row.squares[x] = residual * residual;
     // Both negated: where the sum is zero, that decides its sign.
-    row.here[x] = (-row.old[x] - neighbours) / -weight.diagonal;
+    row.here[x] = (-row.old[x] - neighbours) / weight.minusDiagonal;
 }
 
 /// Rows that follow each other, each a step behind the one before: every point sees the same values as one
@@ -114,7 +114,7 @@ void FullLevelSet3D::moveAlongCurvatureImplicit() {
         const auto rowOf = [&](int y, int z, double* buffer) { return readRow(field, width_, y, z, buffer); };
         withDivision(
             [&](auto overX, auto overY) {
-                const Weights<decltype(overX)> weight{overX,      overY,       diagonal,
+                const Weights<decltype(overX)> weight{overX,      overY,       -diagonal,
                                                       width_ > 1, height_ > 1, depth_ > 1};
                 for (int i = 0; i < kSweeps; ++i) {
                     const double sum = sweep(scratch_.get(), width_, height_, depth_, weight, rowOf);

@@ -122,6 +122,26 @@ TEST(BandMarch, TakesMoreThanThreePointsForEachStoredOne) {
     for (int i = 0; i < 100; ++i) EXPECT_EQ(band.get(20 * i + 1, 0), 0.5);
 }
 
+TEST(BandMarch, LeavesABandAloneWhoseSpacingIsNoneAndEndsAtDistancesThatAreNone) {
+    const auto bandOfADisc = [](double hx, double hy) {
+        FullLevelSet2D grid;
+        fill(
+            grid, 5, 5, [](int x, int y) { return std::hypot(x - 2.0, y - 2.0) - 1.3; }, hx, hy);
+        return quorbin::bandOf(grid, false);
+    };
+    for (const double h : {0.0, -1.0, std::numeric_limits<double>::infinity(), std::nan("")}) {
+        FastLevelSet2D band = bandOfADisc(h, 1.0);
+        const BandContent before = contentOf(band.points());
+        band.ensureSignedDistanceFMM();
+        EXPECT_TRUE(contentOf(band.points()) == before) << h;
+    }
+    // One step from the front is a distance that counts as none, and nothing spreads from there.
+    FastLevelSet2D far = bandOfADisc(1e11, 1e11);
+    far.ensureSignedDistanceFMM();
+    EXPECT_LT(far.size(), 60);
+    EXPECT_GT(far.size(), 0);
+}
+
 TEST(BandMarch, AndSegmentsWrapAroundWhereCoordinatesEnd) {
     for (const auto measure :
          {&FastLevelSet2D::ensureSignedDistanceFMM, &FastLevelSet2D::ensureSignedDistance}) {

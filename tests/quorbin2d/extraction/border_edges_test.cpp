@@ -54,4 +54,17 @@ TEST(BorderEdges, SurvivePointsThatAreNoContour) {
     EXPECT_TRUE(none.empty());
 }
 
+TEST(BorderEdges, HaveNoBorderToCloseABandAt) {
+    FullLevelSet2D grid;
+    fill(grid, 5, 5, [](int x, int) { return x - 2.5; });
+    FastLevelSet2D band = quorbin::bandOf(grid);
+    Points points;
+    Segments segments;
+    band.getLinesUnique(points, segments);
+    const std::size_t before = segments.size();
+    addBorderEdges(points, segments, &band);
+    EXPECT_GT(before, 0U);
+    EXPECT_EQ(segments.size(), before);
+}
+
 }  // namespace

@@ -77,6 +77,7 @@ TEST_F(Fl2dFile, ThatIsNoneLeavesTheObjectAsItWas) {
     }
     EXPECT_FALSE(grid.load("/nonexistent/file"));
     EXPECT_FALSE(grid.save("/nonexistent/file"));
+    EXPECT_FALSE(grid.save("/dev/full"));  // which only flushing shows
 }
 
 TEST_F(Fl2dFile, CutShortGivesWhatThereIsAndZeros) {

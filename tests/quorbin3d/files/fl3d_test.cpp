@@ -76,6 +76,13 @@ TEST_F(VolumeFile, IsNotWrittenWhereASubclassReportsMoreThanItStores) {
     EXPECT_TRUE(grid.save(path.c_str()));
 }
 
+TEST_F(VolumeFile, SaysWhenItCannotBeWrittenInRunsToo) {
+    FullLevelSet3D mask, field;
+    fill(mask, {3, 2, 2}, [](int x, int y, int) { return x == y ? 1 : -1; });
+    fill(field, {300, 20, 20}, [](int x, int y, int z) { return (x + y + z) % 2; });
+    for (const FullLevelSet3D* grid : {&mask, &field}) EXPECT_FALSE(grid->save("/dev/full"));
+}
+
 TEST_F(VolumeFile, IsReadFromAPipeNoFurtherThanItsLastRun) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);

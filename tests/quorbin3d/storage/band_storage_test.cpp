@@ -1,3 +1,4 @@
+#include <cmath>
 #include <set>
 
 #include "quorbin3d/band_support.h"
@@ -86,6 +87,20 @@ TEST(VolumeBand, HasTheBucketsOfAsManyPointsAsTheFacesOfTheGrid) {
         EXPECT_EQ(band.points().bucketCount, buckets);
         EXPECT_EQ(band.size(), 0);  // all corners 0: no front
     }
+}
+
+TEST(VolumeBand, OfAGridTakesNotANumberForNotPositiveAndAMarchForOutside) {
+    FullLevelSet3D grid;
+    for (const double rest : {1.0, -1.0}) {
+        fill(grid, {5, 5, 5}, [=](int x, int y, int z) { return x == 2 && y == 2 && z == 2 ? NAN : rest; });
+        FastLevelSet3D band = quorbin::bandOf(grid, false);
+        EXPECT_EQ(band.size(), rest > 0 ? 27 : 0);
+    }
+    FastLevelSet3D band;
+    band(0, 0, 0) = NAN;
+    band(1, 0, 0) = -1.0;
+    band.ensureSignedDistanceFMM();
+    EXPECT_GT(band.get(0, 0, 0), 0);
 }
 
 TEST(VolumeBand, IsMovedAndLeavesAnEmptyOneBehind) {

@@ -204,8 +204,7 @@ void addMesh(CLI::App& app) {
             "--view",
             [mesh](const std::string& text) {
                 char rest = 0;
-                if (std::sscanf(text.c_str(), "%lf,%lf%c", &mesh->view.azimuth,
-                                &mesh->view.elevation,  // NOLINT(cert-err34-c)
+                if (std::sscanf(text.c_str(), "%lf,%lf%c", &mesh->view.azimuth, &mesh->view.elevation,
                                 &rest) != 2 ||
                     !(std::abs(mesh->view.azimuth) <= 360 && std::abs(mesh->view.elevation) <= 90))
                     refuse(

@@ -25,7 +25,7 @@ void readSome(png_structp png, png_bytep out, png_size_t count) {
 [[noreturn]] void keepMessage(png_structp png, png_const_charp message) {
     auto& source = *static_cast<PngSource*>(png_get_error_ptr(png));
     std::strncpy(source.message, message, sizeof source.message - 1);
-    std::longjmp(png_jmpbuf(png), 1);  // NOLINT(modernize-avoid-setjmp-longjmp)
+    std::longjmp(png_jmpbuf(png), 1);
 }
 
 /// A PNG being read. libpng leaves a failed call by longjmp, which must not cross a frame with destructors:

@@ -11,7 +11,8 @@ using Bytes = std::vector<unsigned char>;
 /// picture in colour; empty, only a grey one will do. Whatever is wrong is a Failure that names the file.
 Raster readRaster(const std::string& path, const std::string& channel);
 
-/// The bytes of a file, or a block more than most of them, or the first few.
+/// readBytes reads a file to its end or, if most is given, only until it has that many bytes; since it reads
+/// in blocks, it may return up to a block more. readStart reads the first block only.
 Bytes readBytes(const std::string& path);
 Bytes readBytes(const std::string& path, std::size_t most);
 Bytes readStart(const std::string& path);

@@ -96,8 +96,7 @@ void readSpacing(TIFF* tiff, Volume& volume) {
         if (perUnit[axis] > 0) volume.spacing[axis] = 1 / static_cast<double>(perUnit[axis]);
     const char* spacing = std::strstr(description, "spacing=");
     double between = 0;
-    if (spacing != nullptr && std::sscanf(spacing, "spacing=%lf", &between) == 1 &&  // NOLINT(cert-err34-c)
-        between > 0)
+    if (spacing != nullptr && std::sscanf(spacing, "spacing=%lf", &between) == 1 && between > 0)
         volume.spacing[2] = between;
 }
 
