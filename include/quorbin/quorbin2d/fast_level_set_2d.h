@@ -44,6 +44,7 @@ class QUORBIN_EXPORT FastLevelSet2D : public LevelSet2D {
     ~FastLevelSet2D() override;
     FastLevelSet2D(const FastLevelSet2D& other);
     FastLevelSet2D& operator=(const FastLevelSet2D& other);
+    // It makes an empty table for the other one.  NOLINTNEXTLINE(performance-noexcept-move-constructor)
     FastLevelSet2D(FastLevelSet2D&& other);
     FastLevelSet2D& operator=(FastLevelSet2D&& other) noexcept;
 

@@ -49,6 +49,7 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
     ~FastLevelSet3D() override;
     FastLevelSet3D(const FastLevelSet3D& other);
     FastLevelSet3D& operator=(const FastLevelSet3D& other);
+    // It makes an empty table for the other one.  NOLINTNEXTLINE(performance-noexcept-move-constructor)
     FastLevelSet3D(FastLevelSet3D&& other);
     FastLevelSet3D& operator=(FastLevelSet3D&& other) noexcept;
 

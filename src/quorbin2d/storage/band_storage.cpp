@@ -28,6 +28,7 @@ FastLevelSet2D& FastLevelSet2D::operator=(const FastLevelSet2D& other) {
     return *this;
 }
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor)
 FastLevelSet2D::FastLevelSet2D(FastLevelSet2D&& other) : FastLevelSet2D() { *this = std::move(other); }
 
 FastLevelSet2D& FastLevelSet2D::operator=(FastLevelSet2D&& other) noexcept {

@@ -42,6 +42,7 @@ FastLevelSet3D& FastLevelSet3D::operator=(const FastLevelSet3D& other) {
     return *this;
 }
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor)
 FastLevelSet3D::FastLevelSet3D(FastLevelSet3D&& other) : FastLevelSet3D() { *this = std::move(other); }
 
 FastLevelSet3D& FastLevelSet3D::operator=(FastLevelSet3D&& other) noexcept {
