@@ -1,5 +1,3 @@
-#include "formats/readers.h"
-
 #include <png.h>
 
 #include <cstdint>
@@ -8,10 +6,22 @@
 
 #include <gtest/gtest.h>
 
-#include "failure.h"
-#include "field_from_samples.h"
+#include "fields/from_samples.h"
+#include "io/failure.h"
+#include "io/format.h"
+
+using namespace quorbin::io;
+using namespace quorbin::fields;
 
 namespace {
+
+/// What the tool reads of a file with these bytes.
+quorbin::io::Image readBytes(const Bytes& bytes, const std::string& channel) {
+    const MemoryFile copy;
+    copy.write(bytes.data(), bytes.size());
+    InputFile file(copy.path());
+    return readImage(file, {channel});
+}
 
 Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
@@ -51,58 +61,59 @@ std::string npy(const std::string& descr, const std::string& order, const std::s
 
 TEST(PngReader, TakesEveryGreyPictureAndChannelsOfColour) {
     using Values = std::vector<double>;
-    EXPECT_EQ(readPng(png(3, 1, PNG_COLOR_TYPE_GRAY, 8, {0, 7, 255}), "").samples, (Values{0, 7, 255}));
-    EXPECT_EQ(readPng(png(2, 1, PNG_COLOR_TYPE_GRAY, 16, {1, 2, 255, 254}), "").samples,
+    EXPECT_EQ(readBytes(png(3, 1, PNG_COLOR_TYPE_GRAY, 8, {0, 7, 255}), "").samples, (Values{0, 7, 255}));
+    EXPECT_EQ(readBytes(png(2, 1, PNG_COLOR_TYPE_GRAY, 16, {1, 2, 255, 254}), "").samples,
               (Values{258, 65534}));
-    EXPECT_EQ(readPng(png(3, 1, PNG_COLOR_TYPE_GRAY, 1, {0xa0}), "").samples, (Values{255, 0, 255}));
-    EXPECT_EQ(readPng(png(2, 1, PNG_COLOR_TYPE_GRAY_ALPHA, 8, {9, 0, 8, 255}), "").samples, (Values{9, 8}));
-    EXPECT_EQ(readPng(png(2, 1, PNG_COLOR_TYPE_RGB, 8, {5, 5, 5, 6, 6, 6}), "").samples, (Values{5, 6}));
-    EXPECT_EQ(readPng(png(2, 1, PNG_COLOR_TYPE_PALETTE, 8, {1, 0}, {{3, 3, 3}, {4, 4, 4}}), "").samples,
+    EXPECT_EQ(readBytes(png(3, 1, PNG_COLOR_TYPE_GRAY, 1, {0xa0}), "").samples, (Values{255, 0, 255}));
+    EXPECT_EQ(readBytes(png(2, 1, PNG_COLOR_TYPE_GRAY_ALPHA, 8, {9, 0, 8, 255}), "").samples, (Values{9, 8}));
+    EXPECT_EQ(readBytes(png(2, 1, PNG_COLOR_TYPE_RGB, 8, {5, 5, 5, 6, 6, 6}), "").samples, (Values{5, 6}));
+    EXPECT_EQ(readBytes(png(2, 1, PNG_COLOR_TYPE_PALETTE, 8, {1, 0}, {{3, 3, 3}, {4, 4, 4}}), "").samples,
               (Values{4, 3}));
     const Bytes colour = png(1, 1, PNG_COLOR_TYPE_RGB, 8, {10, 20, 30});
-    EXPECT_THROW(readPng(colour, ""), Failure);
-    EXPECT_EQ(readPng(colour, "g").samples, (Values{20}));
-    EXPECT_NEAR(readPng(colour, "luma").samples[0], 18.15, 1e-12);
+    EXPECT_THROW(readBytes(colour, ""), Failure);
+    EXPECT_EQ(readBytes(colour, "g").samples, (Values{20}));
+    EXPECT_NEAR(readBytes(colour, "luma").samples[0], 18.15, 1e-12);
     Bytes cut = colour;
     cut.resize(cut.size() / 2);
-    EXPECT_THROW(readPng(cut, "r"), Failure);
+    EXPECT_THROW(readBytes(cut, "r"), Failure);
 }
 
 TEST(PgmReader, TakesPlainAndBinaryFiles) {
-    EXPECT_EQ(readPgm(bytesOf("P2 # made by hand\n2 2\n# most\n9\n0 3\n9 1\n"), "").samples,
+    EXPECT_EQ(readBytes(bytesOf("P2 # made by hand\n2 2\n# most\n9\n0 3\n9 1\n"), "").samples,
               (std::vector<double>{0, 3, 9, 1}));
-    EXPECT_EQ(readPgm(bytesOf(std::string("P5 2 1 255\n") + '\xff' + '\x01'), "").samples,
+    EXPECT_EQ(readBytes(bytesOf(std::string("P5 2 1 255\n") + '\xff' + '\x01'), "").samples,
               (std::vector<double>{255, 1}));
-    EXPECT_EQ(readPgm(bytesOf(std::string("P5 1 1 65535\n") + '\x01' + '\x02'), "").samples,
+    EXPECT_EQ(readBytes(bytesOf(std::string("P5 1 1 65535\n") + '\x01' + '\x02'), "").samples,
               (std::vector<double>{258}));
     for (const char* bad : {"P5", "P2 2 2 9 1 2 3", "P2 1 1 9 12", "P5 9 9 255\nx", "P2 -1 1 9 1",
                             "P2 1 1 0 0", "P5 999999999 999999999 255\n", "P2 99999999999999999999 1 1 1"})
-        EXPECT_THROW(readPgm(bytesOf(bad), ""), Failure) << bad;
+        EXPECT_THROW(readBytes(bytesOf(bad), ""), Failure) << bad;
 }
 
 TEST(NpyReader, TakesEveryPlainNumber) {
     const double pi = 3.25;
     std::string number(8, '\0');
     std::memcpy(number.data(), &pi, 8);
-    const Raster field = readNpy(bytesOf(npy("<f8", "False", "1, 1", number)), "");
+    const quorbin::io::Image field = readBytes(bytesOf(npy("<f8", "False", "1, 1", number)), "");
     EXPECT_TRUE(field.isField);
     EXPECT_EQ(field.samples, (std::vector<double>{3.25}));
-    EXPECT_EQ(readNpy(bytesOf(npy(">u2", "False", "1, 2", std::string("\1\2\0\3", 4))), "").samples,
+    EXPECT_EQ(readBytes(bytesOf(npy(">u2", "False", "1, 2", std::string("\1\2\0\3", 4))), "").samples,
               (std::vector<double>{258, 3}));
-    const Raster columns = readNpy(bytesOf(npy("|i1", "True", "2, 3", "\x01\x02\x03\x04\x05\xff")), "");
+    const quorbin::io::Image columns =
+        readBytes(bytesOf(npy("|i1", "True", "2, 3", "\x01\x02\x03\x04\x05\xff")), "");
     EXPECT_EQ(columns.width, 3);
     EXPECT_EQ(columns.samples, (std::vector<double>{1, 3, 5, 2, 4, -1}));
     EXPECT_FALSE(columns.isField);
     for (const std::string& bad :
          {npy("<f8", "False", "2, 1", number), npy("<c16", "False", "1, 1", number + number),
-          npy("<f8", "False", "1,", number), npy("<f8", "False", "1, 1, 1", number),
+          npy("<f8", "False", "1,", number), npy("<f8", "False", "1, 1, 1, 1", number),
           npy("<f8", "False", "9999999999, 9999999999", ""), std::string("\x93NUMPY"),
           npy("<f8", "False", "0, 1", "")})
-        EXPECT_THROW(readNpy(bytesOf(bad), ""), Failure) << bad;
+        EXPECT_THROW(readBytes(bytesOf(bad), ""), Failure) << bad;
 }
 
 TEST(FieldFromPicture, TakesMasksLevelsAndOtsu) {
-    Raster picture;
+    quorbin::io::Image picture;
     picture.width = 4;
     picture.height = 1;
     FullLevelSet2D field;
@@ -129,7 +140,7 @@ TEST(FieldFromPicture, TakesMasksLevelsAndOtsu) {
     }
     picture.isField = true;
     picture.samples = {-1, 0, 1, 2};
-    picture.spacing = Spacing{0.5, 0.25};
+    picture.placement.spacing = {0.5, 0.25, 1};
     makeField(picture, {}, field, note);
     EXPECT_EQ(field.get(3, 0), 2.0);
     EXPECT_EQ(field.getXSpace(), 0.5);

@@ -15,7 +15,7 @@
 #include <nlohmann/json.hpp>
 
 #include "commands/demo_picture.h"
-#include "commands/smooth.h"
+#include "fields/smoothing.h"
 #include "quorbin2d/dense_support.h"
 
 namespace {
@@ -107,7 +107,8 @@ TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
         {"contour grey.pgm -o a.svg --level 1", 4, "grey.pgm: has no outline, all of it is inside"},
         {"smooth square.pgm --steps 500 -o a.npy", 4, "square.pgm: nothing is left"},
         {"contour square.pgm -o ''", 2, "no file to write"},
-        {"mask square.pgm -o a.npy", 2, "a.npy: a mask is written as PNG"},
+        {"mask square.pgm -o a.npy", 2,
+         "a.npy: its ending tells no format that a mask is written in; end it in one of png"},
         {"contour line.pgm -o a.svg", 4, "line.pgm: has an outline that encloses nothing"},
         {"info square.pgm --json >/dev/full", 1, "standard output"},
         {"contour square.pgm -o /dev/full", 1, "/dev/full: could not be written"},
@@ -189,7 +190,7 @@ TEST_F(Tool, WritesRingsAsGeoJsonWantsThem) {
 TEST_F(Tool, SegmentFindsTheShapesFromCirclesAndFromALevel) {
     ASSERT_EQ(run("demo -o demo -q").status, 0);
     FullLevelSet2D drawn, found;
-    fill(drawn, 512, 512, [](int x, int y) { return demoShapes(x, y); });
+    fill(drawn, 512, 512, [](int x, int y) { return quorbin::tool::demoShapes(x, y); });
     for (const char* how : {"--explicit --level otsu", "--implicit --init demo/1-mask.png", "--band"}) {
         const Outcome outcome = run("segment demo/0-picture.png -o found.fl2d -f " + std::string(how));
         ASSERT_EQ(outcome.status, 0) << outcome.err;
@@ -275,10 +276,10 @@ TEST_F(Tool, DemoFindsTheShapesItHasDrawn) {
     FullLevelSet2D found;
     ASSERT_TRUE(found.load((folder + "/demo/4-smooth.fl2d").c_str()));
     FullLevelSet2D drawn;
-    fill(drawn, 512, 512, [](int x, int y) { return demoShapes(x, y); });
+    fill(drawn, 512, 512, [](int x, int y) { return quorbin::tool::demoShapes(x, y); });
     // Curvature takes away 2 pi from each outline and unit of time, noise or not.
     EXPECT_GT(diceOf(found, drawn), 0.96);
-    ASSERT_EQ(smooth(drawn, {200}, false), -1);
+    ASSERT_EQ(quorbin::fields::smooth(drawn, {200}, {}), -1);
     EXPECT_GT(diceOf(found, drawn), 0.99);
     EXPECT_EQ(run("demo -o demo").status, 2);
     EXPECT_EQ(run("demo -o demo -f --input square.pgm").status, 4);

@@ -1,10 +1,12 @@
-#include "contour_tracing.h"
+#include "io/formats/outline.h"
 
 #include <cmath>
 
 #include <gtest/gtest.h>
 
 #include "quorbin2d/dense_support.h"
+
+using namespace quorbin::io;
 
 namespace {
 

@@ -6,17 +6,19 @@
 
 #include <cstdint>
 
-#include "failure.h"
-#include "formats/volume.h"
+#include "io/failure.h"
+#include "io/format.h"
 #include "tool/volume_tool.h"
+
+using namespace quorbin::io;
 
 namespace {
 
 class VolumeFormats : public VolumeTool {
  protected:
-    Volume readBack(const std::string& name, bool isRaw = false) const {
-        return readVolume(folder + "/" + name,
-                          isRaw ? std::optional<RawLayout>({{25, 23, 14}, "float64"}) : std::nullopt);
+    quorbin::io::Image readBack(const std::string& name, bool isRaw = false) const {
+        InputFile file(folder + "/" + name);
+        return isRaw ? readRaw(file, {{25, 23, 14}, "float64"}) : readImage(file);
     }
     std::vector<double> ballSamples() const {
         FullLevelSet3D ball;
@@ -30,13 +32,13 @@ TEST_F(VolumeFormats, CarryAFieldThereAndBack) {
     const std::vector<double> ball = ballSamples();
     for (const std::string name : {"a.fl3d", "a.nii", "a.nii.gz", "a.npy", "a.tif", "a.raw"}) {
         ASSERT_EQ(run("convert ball.fl3d -o " + name), 0) << read("err");
-        const Volume volume = readBack(name, name == "a.raw");
+        const quorbin::io::Image volume = readBack(name, name == "a.raw");
         EXPECT_EQ(volume.samples, ball) << name;
         EXPECT_TRUE(volume.isField) << name;
-        EXPECT_EQ(volume.spacing[2], name == "a.npy" || name == "a.raw" ? 1 : 2) << name;
+        EXPECT_EQ(volume.placement.spacing[2], name == "a.npy" || name == "a.raw" ? 1 : 2) << name;
     }
     ASSERT_EQ(run("convert ball.fl3d -o a.fr3d"), 0);
-    const Volume sides = readBack("a.fr3d");
+    const quorbin::io::Image sides = readBack("a.fr3d");
     for (std::size_t i = 0; i < ball.size(); ++i) ASSERT_EQ(sides.samples[i], ball[i] <= 0 ? -1 : 1);
     ASSERT_EQ(run("info a.raw --size 25,23,14 --type float64 --spacing 1,1,2 --json"), 0) << read("err");
     const std::string told = read("out");
@@ -56,11 +58,11 @@ TEST_F(VolumeFormats, CarryAFieldThereAndBack) {
 TEST_F(VolumeFormats, KeepWhereNiftiPlacesItAndTellFieldsFromIntensities) {
     writeNifti();
     ASSERT_EQ(run("convert ball.nii --level 100 -o field.nii.gz"), 0) << read("err");
-    const Volume image = readBack("ball.nii"), field = readBack("field.nii.gz");
+    const quorbin::io::Image image = readBack("ball.nii"), field = readBack("field.nii.gz");
     EXPECT_FALSE(image.isField);
     EXPECT_TRUE(field.isField);
-    EXPECT_EQ(image.affine, field.affine);
-    EXPECT_EQ(field.spacing, (std::array<double, 3>{1, 1, 2}));
+    EXPECT_EQ(image.placement.affine, field.placement.affine);
+    EXPECT_EQ(field.placement.spacing, (std::array<double, 3>{1, 1, 2}));
     for (std::size_t i = 0; i < field.samples.size(); ++i)
         ASSERT_EQ(field.samples[i], 100 - image.samples[i]) << "the order of the voxels";
 }
@@ -126,7 +128,7 @@ TEST_F(VolumeFormats, ReadTiffStacksOfManyKinds) {
             TIFFWriteDirectory(tiff);
         }
         TIFFClose(tiff);
-        const Volume volume = readBack("a.tif");
+        const quorbin::io::Image volume = readBack("a.tif");
         EXPECT_EQ(volume.depth, 3);
         for (int i = 0; i < 24; ++i)
             ASSERT_EQ(volume.samples[static_cast<std::size_t>(i)], static_cast<double>(sampleOf(i))) << bits;
@@ -142,7 +144,7 @@ TEST_F(VolumeFormats, ReadTiffStacksOfManyKinds) {
 TEST_F(VolumeFormats, AreMeasuredMovedAndCut) {
     writeBall(false);
     ASSERT_EQ(run("distance ball.fl3d -o distance.npy"), 0) << read("err");
-    const Volume distance = readVolume(folder + "/distance.npy", std::nullopt);
+    const quorbin::io::Image distance = readBack("distance.npy");
     EXPECT_NEAR(distance.samples[12 + 25 * (11 + 23 * 13)], 13 - 8, 1);
     // Shrinks by r^2 = 64 - 4 t, where a step takes 1 / (2 + 2 + 1/2).
     ASSERT_EQ(run("smooth ball.fl3d --steps 20 -o smooth.fl3d"), 0) << read("err");
@@ -180,7 +182,7 @@ TEST_F(VolumeFormats, AreSmoothedAndMeshedOnABandToo) {
     EXPECT_NEAR(radiusAfter("--steps 5 --band --implicit"), std::sqrt(64 - 4 * 5 * std::cbrt(4)), 0.45);
     EXPECT_NEAR(radiusAfter("--steps 2 --band --implicit --dt 2"), std::sqrt(64 - 4 * 2 * 2.0), 0.35);
     ASSERT_EQ(run("smooth ball.fl3d --steps 0 --band -o band.fl3d"), 0) << read("err");
-    const Volume band = readBack("band.fl3d");
+    const quorbin::io::Image band = readBack("band.fl3d");
     EXPECT_EQ(band.samples.front(), 6);  // ends three of the largest spacing from the surface
     EXPECT_EQ(band.samples[12 + 25 * (11 + 23 * 6)], -6);
     ASSERT_EQ(run("mesh ball.fl3d --band -o band.ply"), 0) << read("err");
@@ -215,7 +217,7 @@ TEST_F(VolumeFormats, SayWhatIsWrong) {
         {"mesh ball.raw -o a.ply --size 25,23,14", "--type"},
         {"mesh ball.raw -o a.ply --size 25,23,15 --type float64", "ball.raw: has"},
         {"mesh ball.raw -o a.ply --size 25,23,0 --type float64", "--size 25,23,0"},
-        {"convert ball.fl3d -o a.svg", "a.svg: a volume is written as"},
+        {"convert ball.fl3d -o a.svg", "a.svg: its ending tells no format that a volume is written in"},
         {"distance ball.fl3d --method brute -o a.npy", "--method fmm"},
         {"convert ball.fl3d --spacing 1,1 -o a.npy", "three numbers"},
         {"smooth ball.fl3d --steps 5 --dt 3 --implicit -o a.npy", "--dt"},

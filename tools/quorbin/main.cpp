@@ -5,9 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "failure.h"
-#include "options.h"
-#include "output/output_file.h"
+#include "cli/field_command.h"
+#include "io/output_file.h"
+
+namespace quorbin::tool {
 
 namespace {
 
@@ -73,7 +74,9 @@ int runTool(int argc, char** argv) {
 
 }  // namespace
 
+}  // namespace quorbin::tool
+
 int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): only if complaining fails too
-    cleanUpWhenInterrupted();
-    return runTool(argc, argv);
+    quorbin::io::cleanUpWhenInterrupted();
+    return quorbin::tool::runTool(argc, argv);
 }

@@ -1,9 +1,11 @@
 #include <memory>
 #include <optional>
 
-#include "contour_tracing.h"
-#include "failure.h"
-#include "options.h"
+#include "cli/field_command.h"
+#include "io/failure.h"
+#include "io/formats/outline.h"
+
+namespace quorbin::tool {
 
 namespace {
 
@@ -14,13 +16,13 @@ struct ContourCommand : FieldCommand {
     void run() const {
         std::optional<Result> result;
         if (!output.empty())
-            result.emplace(*this, "svg");
+            result.emplace(*this, Kind::kPicture, "svg");
         else if (!format.empty() || wasGivenEmpty)
             refuse("contour: there is no file to write; name one by -o");
         FullLevelSet2D levelSet;
-        const Raster raster = readWithCrossing(levelSet);
+        const io::Image raster = readWithCrossing(levelSet);
         reportContour(levelSet);
-        if (result) result->write({levelSet, raster.isField ? nullptr : &raster, open});
+        if (result) result->write(PictureDocument{levelSet, raster.isField ? nullptr : &raster, open});
     }
 
  private:
@@ -55,10 +57,12 @@ void addContour(CLI::App& app) {
                                    "the rows), holes the other way.",
                                    [contour] { contour->run(); });
     contour->addInput(command);
-    contour->addOutput(command, false);
+    contour->addOutput(command, false, {Kind::kPicture});
     command.get_option("--output")->each([contour](const std::string& path) {
         contour->wasGivenEmpty = path.empty();
     });
     command.add_flag("--open", contour->open,
                      "leave outlines open where they meet the border of the picture");
 }
+
+}  // namespace quorbin::tool

@@ -1,21 +1,23 @@
 #include <memory>
 
-#include "options.h"
+#include "cli/field_command.h"
+
+namespace quorbin::tool {
 
 namespace {
 
 void convertVolume(const FieldCommand& convert) {
-    VolumeResult result(convert);
+    Result result(convert, Kind::kVolume, "fl3d");
     FullLevelSet3D levelSet;
-    const Volume volume = convert.read(levelSet);
-    result.write({levelSet, volume});
+    const io::Image volume = convert.read(levelSet);
+    result.write(VolumeDocument{levelSet, volume.placement});
 }
 
 void convertPicture(const FieldCommand& convert) {
-    Result result(convert, "fl2d");
+    Result result(convert, Kind::kPicture, "fl2d");
     FullLevelSet2D levelSet;
     convert.read(levelSet);
-    result.write({levelSet});
+    result.write(PictureDocument{levelSet});
 }
 
 }  // namespace
@@ -33,5 +35,7 @@ void addConvert(CLI::App& app) {
         [convert] { convert->isGivenVolume() ? convertVolume(*convert) : convertPicture(*convert); });
     convert->addInput(command);
     convert->addVolume(command);
-    convert->addOutput(command, true, kFieldFormats);
+    convert->addOutput(command, true, {Kind::kPicture, Kind::kVolume});
 }
+
+}  // namespace quorbin::tool

@@ -5,12 +5,15 @@
 #include <cstring>
 #include <memory>
 
+#include "cli/field_command.h"
+#include "cli/progress.h"
 #include "commands/demo_picture.h"
-#include "commands/smooth.h"
-#include "contour_tracing.h"
-#include "failure.h"
-#include "formats/readers.h"
-#include "options.h"
+#include "fields/smoothing.h"
+#include "io/failure.h"
+#include "io/format.h"
+#include "io/formats/outline.h"
+
+namespace quorbin::tool {
 
 namespace {
 
@@ -21,7 +24,7 @@ struct Demo : FieldCommand {
 
     void run() {
         if (output == "-") refuse("demo: writes a folder; name one by -o");
-        const Raster picture = picturePath.empty() ? demoPicture() : readRaster(picturePath, channel);
+        const io::Image picture = picturePath.empty() ? demoPicture() : readPicture(picturePath, channel);
         if (mkdir(output.c_str(), 0777) != 0 && errno != EEXIST)
             refuse("{}: cannot be made a folder ({}); choose another", output, std::strerror(errno));
         FullLevelSet2D levelSet;
@@ -31,7 +34,8 @@ struct Demo : FieldCommand {
             throw Failure(kNoCrossing, fmt::format("{}: has no outline; choose another --level", name()));
 
         report("{} × {} pixels{}{}", picture.width, picture.height, note.empty() ? "" : ", ", note);
-        if (picturePath.empty()) saveBy(writeGreyPng, "0-picture.png", "the picture", {levelSet, &picture});
+        if (picturePath.empty())
+            save("0-picture.png", "png", "the picture", {levelSet, &picture, false, Drawing::kPicture});
         save("1-mask.png", "mask", "white inside, black outside", {levelSet});
         save("2-outline-before.svg", "svg", "its outline", {levelSet});
         save("2-outline-before.png", "png", "the outline over the picture", {levelSet, &picture});
@@ -39,7 +43,8 @@ struct Demo : FieldCommand {
         save("3-distance.fl2d", "fl2d", "distance to the outline, negative inside", {levelSet});
         save("3-distance.png", "png", "the same in colours, with its zero line", {levelSet});
         timed(fmt::format("{} curvature steps", kSteps), [&] {
-            if (smooth(levelSet, {kSteps}, !quiet) >= 0)
+            Progress progress(!quiet);
+            if (smooth(levelSet, {kSteps}, progress.function()) >= 0)
                 throw Failure(kNoCrossing,
                               fmt::format("{}: nothing is left of the outline after {} steps; take a picture "
                                           "with larger shapes, or another --level",
@@ -63,17 +68,12 @@ struct Demo : FieldCommand {
         report("{} in {:.0f} ms", what, time.count());
     }
 
-    void save(const std::string& file, const std::string& fileFormat, const char* what,
-              const Document& document) const {
-        saveBy(writerFor(file, fileFormat, fileFormat).write, file, what, document);
-    }
-
-    void saveBy(void (*write)(const Document&, OutputFile&), const std::string& name, const char* what,
-                const Document& document) const {
+    void save(const std::string& name, const std::string& formatOfFile, const char* what,
+              const PictureDocument& document) const {
         const auto start = std::chrono::steady_clock::now();
         const std::string path = output + "/" + name;
         OutputFile file(path, force);
-        write(document, file);
+        outputFormat(Kind::kPicture, name, formatOfFile, "").writePicture(document, file);
         file.commit();
         const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
         report("  {:<34} {} ({:.0f} ms)", path, what, time.count());
@@ -101,3 +101,5 @@ void addDemo(CLI::App& app) {
     command.add_flag("--force,-f", demo->force, "overwrite what is in the folder");
     command.add_flag("--quiet,-q", demo->quiet, "print nothing but errors");
 }
+
+}  // namespace quorbin::tool

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <random>
 
+namespace quorbin::tool {
+
 namespace {
 
 double stroke(double x, double y, double x0, double y0, double x1, double y1, double halfWidth) {
@@ -39,7 +41,7 @@ double demoShapes(double x, double y) {
     return std::min({q, u, b, blobs});
 }
 
-Raster demoPicture() {
+io::Image demoPicture() {
     constexpr int kSize = 512;
     constexpr double kDark = 75, kBright = 180, kNoise = 24, kBlur = 2;
     // The standard's distributions differ from one library to the next, its generators do not.
@@ -49,7 +51,7 @@ Raster demoPicture() {
         for (int i = 0; i < 12; ++i) sum += static_cast<double>(random()) / 4294967296.0;
         return sum;
     };
-    Raster picture;
+    io::Image picture;
     picture.format = "demo";
     picture.width = picture.height = kSize;
     picture.samples.reserve(static_cast<std::size_t>(kSize) * kSize);
@@ -61,3 +63,5 @@ Raster demoPicture() {
         }
     return picture;
 }
+
+}  // namespace quorbin::tool

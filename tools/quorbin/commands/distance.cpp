@@ -1,9 +1,11 @@
 #include <map>
 #include <memory>
 
-#include "failure.h"
-#include "options.h"
-#include "signed_distance.h"
+#include "cli/field_command.h"
+#include "fields/distance.h"
+#include "io/failure.h"
+
+namespace quorbin::tool {
 
 namespace {
 
@@ -15,24 +17,24 @@ struct Distance : FieldCommand {
 
     void run() const {
         if (isGivenVolume()) return runOnVolume();
-        Result result(*this, "fl2d");
+        Result result(*this, Kind::kPicture, "fl2d");
         FullLevelSet2D levelSet;
         readWithCrossing(levelSet);
         if (method != "fmm" && !hasEqualSpacings(levelSet))
             refuse("{}: its spacings are {} and {}; --method {} wants equal ones, fmm takes any", input,
                    levelSet.getXSpace(), levelSet.getYSpace(), method);
         kMethods.at(method)(levelSet);
-        result.write({levelSet});
+        result.write(PictureDocument{levelSet});
     }
 
  private:
     void runOnVolume() const {
         if (method != "fmm") refuse("{}: is a volume, whose distances are by --method fmm", input);
-        VolumeResult result(*this);
+        Result result(*this, Kind::kVolume, "fl3d");
         FullLevelSet3D levelSet;
-        const Volume volume = readWithCrossing(levelSet);
+        const io::Image volume = readWithCrossing(levelSet);
         levelSet.ensureSignedDistanceFMM();
-        result.write({levelSet, volume});
+        result.write(VolumeDocument{levelSet, volume.placement});
     }
 };
 
@@ -47,7 +49,7 @@ void addDistance(CLI::App& app) {
                                    [distance] { distance->run(); });
     distance->addInput(command);
     distance->addVolume(command);
-    distance->addOutput(command, true, kFieldFormats);
+    distance->addOutput(command, true, {Kind::kPicture, Kind::kVolume});
     command
         .add_option(
             "--method", distance->method,
@@ -56,3 +58,5 @@ void addDistance(CLI::App& app) {
         ->check(CLI::IsMember(kMethods))
         ->type_name("fmm|segments|brute");
 }
+
+}  // namespace quorbin::tool

@@ -5,10 +5,12 @@
 
 #include <nlohmann/json.hpp>
 
-#include "band.h"
-#include "contour_tracing.h"
-#include "formats/readers.h"
-#include "options.h"
+#include "cli/field_command.h"
+#include "fields/band.h"
+#include "io/format.h"
+#include "io/formats/outline.h"
+
+namespace quorbin::tool {
 
 namespace {
 
@@ -62,7 +64,7 @@ struct Info : FieldCommand {
     void ofPicture() const {
         FullLevelSet2D levelSet;
         std::string note;
-        const Raster raster = read(levelSet, note);
+        const io::Image raster = read(levelSet, note);
         const Statistics known = statisticsOf(raster.samples, levelSet.data());
         const Contour contour = outlineOf(levelSet, false);
         const BandSize band = bandAround(levelSet);
@@ -92,7 +94,7 @@ struct Info : FieldCommand {
     void ofVolume() const {
         FullLevelSet3D levelSet;
         std::string note;
-        const Volume volume = read(levelSet, note);
+        const io::Image volume = read(levelSet, note);
         const Statistics known = statisticsOf(volume.samples, levelSet.data());
         std::vector<brin::Vec3<double>> vertices, normals;
         std::vector<gpoint3> triangles;
@@ -102,14 +104,15 @@ struct Info : FieldCommand {
         const double enclosed = quorbin::enclosedVolume(vertices, triangles, hx, hy, hz);
         const BandSize band = bandAround(levelSet, quorbin::surfaceArea(vertices, triangles));
         if (json) {
-            Json object = {{"file", input},
-                           {"format", volume.format},
-                           {"kind", volume.isField ? "field" : "volume"},
-                           {"width", volume.width},
-                           {"height", volume.height},
-                           {"depth", volume.depth},
-                           {"spacing", {hx, hy, hz}},
-                           {"affine", volume.affine ? Json(*volume.affine) : Json(nullptr)}};
+            Json object = {
+                {"file", input},
+                {"format", volume.format},
+                {"kind", volume.isField ? "field" : "volume"},
+                {"width", volume.width},
+                {"height", volume.height},
+                {"depth", volume.depth},
+                {"spacing", {hx, hy, hz}},
+                {"affine", volume.placement.affine ? Json(*volume.placement.affine) : Json(nullptr)}};
             addStatistics(known, note, object);
             object["surface"] = {{"triangles", triangles.size()}, {"area", area}, {"volume", enclosed}};
             object["band"] = {{"points", band.points}, {"width", band.width}};
@@ -117,7 +120,7 @@ struct Info : FieldCommand {
         }
         fmt::print("{}: {} {}, {} × {} × {} points, spacing {} × {} × {}{}\n", input, volume.format,
                    volume.isField ? "field" : "volume", volume.width, volume.height, volume.depth, hx, hy, hz,
-                   volume.affine ? ", placed by a matrix" : "");
+                   volume.placement.affine ? ", placed by a matrix" : "");
         printStatistics(known, note, "surface");
         fmt::print("inside   {:.1f} % of the points\n", 100 * known.insidePart);
         fmt::print("closed   {}, area {:.7g}, volume {:.7g} in units of the spacing\n",
@@ -158,3 +161,5 @@ void addInfo(CLI::App& app) {
     info->addVolume(command);
     command.add_flag("--json", info->json, "print a JSON object");
 }
+
+}  // namespace quorbin::tool

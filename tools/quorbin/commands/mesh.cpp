@@ -9,12 +9,13 @@
 
 #include <quorbin3d.h>
 
-#include "band.h"
-#include "failure.h"
-#include "options.h"
-#include "output/format_name.h"
-#include "output/mesh_files.h"
-#include "output/mesh_picture.h"
+#include "cli/field_command.h"
+#include "fields/band.h"
+#include "io/failure.h"
+#include "io/format_name.h"
+#include "io/mesh_picture.h"
+
+namespace quorbin::tool {
 
 namespace {
 
@@ -68,13 +69,13 @@ struct MeshCommand : FieldCommand {
         if (!isGivenVolume()) refuse("{}: is a picture; quorbin contour takes it", input);
         if (wasGivenPicture && (picture == output || formatName(picture, "", "") != "png"))
             refuse("--picture {}: name a PNG file, another than the mesh", picture);
-        const MeshWriter& writer = meshWriterFor(output, format);
-        OutputFile file(output, force);
+        Result result(*this, Kind::kMesh, "ply");
         std::optional<OutputFile> pictureFile;
         if (!picture.empty()) pictureFile.emplace(picture, force);
         FullLevelSet3D levelSet;
-        const Volume volume = readWithCrossing(levelSet);
-        if (byAffine && !volume.affine) refuse("{}: places its voxels nowhere; leave out --affine", input);
+        const io::Image volume = readWithCrossing(levelSet);
+        if (byAffine && !volume.placement.affine)
+            refuse("{}: places its voxels nowhere; leave out --affine", input);
         MeshDocument mesh;
         if (onBand && !suitsABand({levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()}))
             refuse("{}: its spacings differ too much for a band; leave out --band", input);
@@ -87,9 +88,8 @@ struct MeshCommand : FieldCommand {
         const Spacings spacings = {levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()};
         place(volume, spacings, mesh);
         reportMesh(mesh);
-        writer.write(mesh, file);
         if (pictureFile) writeMeshPicture(mesh, view, *pictureFile);
-        file.commit();
+        result.write(mesh);
         if (pictureFile) pictureFile->commit();
     }
 
@@ -130,7 +130,7 @@ struct MeshCommand : FieldCommand {
 
     /// Takes vertices from index to world units. Normals are gradients there already: with a matrix A they go
     /// by its inverse transpose.
-    void place(const Volume& volume, const Spacings& h, MeshDocument& mesh) const {
+    void place(const io::Image& volume, const Spacings& h, MeshDocument& mesh) const {
         const auto normalised = [](const brin::Vec3<double>& n) {
             const double length = std::sqrt(dot(n, n));
             return length > 0 ? n / length : n;
@@ -145,10 +145,10 @@ struct MeshCommand : FieldCommand {
         }
         brin::Vec3<double> row[3];
         for (int r = 0; r < 3; ++r) {
-            const auto& a = (*volume.affine)[static_cast<std::size_t>(r)];
+            const auto& a = (*volume.placement.affine)[static_cast<std::size_t>(r)];
             row[r] = {a[0], a[1], a[2]};
         }
-        const auto offset = [&](std::size_t r) { return (*volume.affine)[r][3]; };
+        const auto offset = [&](std::size_t r) { return (*volume.placement.affine)[r][3]; };
         const double determinant = dot(row[0], cross(row[1], row[2]));
         if (!(std::abs(determinant) > 0))
             refuse("{}: places its voxels in a plane; leave out --affine", input);
@@ -179,7 +179,7 @@ void addMesh(CLI::App& app) {
         [mesh] { mesh->run(); });
     mesh->addInput(command);
     mesh->addVolume(command);
-    mesh->addOutput(command, true, "ply, stl, obj or vtp");
+    mesh->addOutput(command, true, {Kind::kMesh});
     auto* units =
         command
             .add_option_function<std::string>(
@@ -216,3 +216,5 @@ void addMesh(CLI::App& app) {
         ->type_name("AZIMUTH,ELEVATION")
         ->needs(picture);
 }
+
+}  // namespace quorbin::tool

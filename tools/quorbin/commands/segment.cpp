@@ -1,4 +1,4 @@
-#include "segmentation.h"
+#include "fields/segmentation.h"
 
 #include <sys/stat.h>
 
@@ -9,12 +9,14 @@
 #include <memory>
 #include <optional>
 
-#include "contour_tracing.h"
-#include "failure.h"
-#include "formats/readers.h"
-#include "options.h"
-#include "progress.h"
-#include "signed_distance.h"
+#include "cli/field_command.h"
+#include "cli/progress.h"
+#include "fields/distance.h"
+#include "io/failure.h"
+#include "io/format.h"
+#include "io/formats/outline.h"
+
+namespace quorbin::tool {
 
 namespace {
 
@@ -27,10 +29,10 @@ struct Segment : FieldCommand {
     int frameEvery = 10;
 
     void run() {
-        Result result(*this, "svg");
+        Result result(*this, Kind::kPicture, "svg");
         std::optional<OutputFile> overlay;
         if (!overlayPath.empty()) overlay.emplace(overlayPath, force);
-        Raster picture = readRaster(input, channel);
+        io::Image picture = readPicture(input, channel);
         picture.isField = false;  // floating-point values are intensities here
         if (!framesFolder.empty() && mkdir(framesFolder.c_str(), 0777) != 0 && errno != EEXIST)
             refuse("{}: cannot be made a folder ({}); choose another", framesFolder, std::strerror(errno));
@@ -38,27 +40,31 @@ struct Segment : FieldCommand {
         FullLevelSet2D levelSet;
         start(picture, levelSet);
         follow(picture, levelSet);
-        result.write({levelSet, &picture});
+        result.write(PictureDocument{levelSet, &picture});
         if (!overlay) return;
-        writePicturePng({levelSet, &picture}, *overlay);
+        draw({levelSet, &picture}, *overlay);
         overlay->commit();
     }
 
  private:
     static constexpr int kStepsBetweenLooks = 10;
 
+    static void draw(const PictureDocument& document, OutputFile& out) {
+        outputFormat(Kind::kPicture, "", "png", "").writePicture(document, out);
+    }
+
     /// Circles all over the picture find what is in it without being told where to look.
-    static double circleGrid(const Raster& picture, int x, int y) {
+    static double circleGrid(const io::Image& picture, int x, int y) {
         const double pitch = std::max(std::min(picture.width, picture.height) / 8.0, 4.0);
         const auto fromCentre = [=](int c) { return std::fmod(c + 0.5, pitch) - pitch / 2; };
         return std::hypot(fromCentre(x), fromCentre(y)) - 0.35 * pitch;
     }
 
-    void start(const Raster& picture, FullLevelSet2D& levelSet) {
-        Raster source = picture;
+    void start(const io::Image& picture, FullLevelSet2D& levelSet) {
+        io::Image source = picture;
         std::string note = "circles";
         if (!startMask.empty()) {
-            source = readRaster(startMask, "");
+            source = readPicture(startMask, "");
             if (source.width != picture.width || source.height != picture.height)
                 refuse("{}: is {} × {}; a start for {} wants {} × {}", startMask, source.width, source.height,
                        input, picture.width, picture.height);
@@ -72,7 +78,8 @@ struct Segment : FieldCommand {
             note = fmt::format("level {}", *field.level);
         }
         FieldOptions options;
-        options.spacing = field.spacing ? field.spacing : picture.spacing;
+        const auto [hx, hy, none] = picture.placement.spacing;
+        options.spacing = field.spacing.value_or(Spacing{hx, hy});
         options.level = startMask.empty() && !startLevel.empty() ? field.level : std::nullopt;
         std::string maskNote;
         makeField(source, options, levelSet, maskNote);
@@ -87,17 +94,17 @@ struct Segment : FieldCommand {
     }
 
     /// Circles have no side of their own, and the model does not tell its regions apart.
-    void takeTheBrighterSide(const Raster& picture, FullLevelSet2D& levelSet) const {
+    void takeTheBrighterSide(const io::Image& picture, FullLevelSet2D& levelSet) const {
         Segmentation segmentation(picture, weight, implicit);
         segmentation.measureMeans(levelSet);
         if (segmentation.meanInside() >= segmentation.meanOutside()) return;
         std::for_each_n(levelSet.data(), picture.samples.size(), [](double& value) { value = -value; });
     }
 
-    void follow(const Raster& picture, FullLevelSet2D& levelSet) const {
+    void follow(const io::Image& picture, FullLevelSet2D& levelSet) const {
         constexpr double kStill = 0.1;  // samples
         Segmentation segmentation(picture, weight, implicit);
-        Progress progress(maxSteps, !quiet);
+        Progress progress(!quiet);
         if (onBand && !suitsABand({levelSet.getXSpace(), levelSet.getYSpace()}))
             refuse("{}: its spacings differ too much for a band; leave out --band", input);
         std::optional<Band<2>> band;
@@ -124,7 +131,7 @@ struct Segment : FieldCommand {
                                           input, step));
             moved = furthestApart(before, levelSet);
             if (step % frameEvery == 0) frame(step, picture, levelSet);
-            progress.show(step);
+            progress.show(step, maxSteps);
         } while (moved >= kStill && step < maxSteps);
         report(
             "{}: {} after {} steps; mean intensity {:.4g} inside, {:.4g} outside (of 0 to 1)", input,
@@ -132,10 +139,10 @@ struct Segment : FieldCommand {
             step, segmentation.meanInside(), segmentation.meanOutside());
     }
 
-    void frame(int step, const Raster& picture, const FullLevelSet2D& levelSet) const {
+    void frame(int step, const io::Image& picture, const FullLevelSet2D& levelSet) const {
         if (framesFolder.empty()) return;
         OutputFile file(fmt::format("{}/{:06}.png", framesFolder, step), force);
-        writePicturePng({levelSet, &picture}, file);
+        draw({levelSet, &picture}, file);
         file.commit();
     }
 };
@@ -153,7 +160,7 @@ void addSegment(CLI::App& app) {
         "to 0..1 and its means on both sides, until it moves by less than a tenth of a pixel in ten steps.",
         [segment] { segment->run(); });
     segment->addPicture(command);
-    segment->addOutput(command, true);
+    segment->addOutput(command, true, {Kind::kPicture});
     command
         .add_option(
             "--weight", segment->weight,
@@ -201,3 +208,5 @@ void addSegment(CLI::App& app) {
         })
         ->type_name("N");
 }
+
+}  // namespace quorbin::tool

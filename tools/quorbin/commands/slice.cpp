@@ -3,9 +3,11 @@
 #include <memory>
 #include <optional>
 
-#include "failure.h"
-#include "options.h"
-#include "output/png_image.h"
+#include "cli/field_command.h"
+#include "io/failure.h"
+#include "io/png_image.h"
+
+namespace quorbin::tool {
 
 namespace {
 
@@ -15,19 +17,20 @@ struct Slice : FieldCommand {
 
     void run() const {
         if (!isGivenVolume()) refuse("{}: is a picture already", input);
-        Result result(*this, "png");
+        Result result(*this, Kind::kPicture, "png");
         FullLevelSet3D levelSet;
-        const Volume volume = read(levelSet);
+        const io::Image volume = read(levelSet);
         const int count = axis == "x" ? volume.width : axis == "y" ? volume.height : volume.depth;
         const int index = at.value_or(count / 2);
         if (index < 0 || index >= count)
             refuse("{}: has planes 0 to {} along {}; there is none at {}", input, count - 1, axis, index);
         FullLevelSet2D plane;
         cut(levelSet, index, plane);
-        const std::optional<Raster> picture = pictureOf(volume, levelSet, index);
+        const std::optional<io::Image> picture = pictureOf(volume, levelSet, index);
         report("{}: plane {} of {} along {}, {} × {} points", input, index, count, axis, plane.getWidth(),
                plane.getHeight());
-        result.write({plane, picture ? &*picture : nullptr, false, true});
+        result.write(PictureDocument{plane, picture ? &*picture : nullptr, false,
+                                     picture ? Drawing::kPicture : Drawing::kContour});
     }
 
  private:
@@ -40,12 +43,12 @@ struct Slice : FieldCommand {
 
     /// The intensities of the plane as greys, black to white over the range of the whole volume. A field has
     /// none.
-    std::optional<Raster> pictureOf(const Volume& volume, FullLevelSet3D& scratch, int index) const {
+    std::optional<io::Image> pictureOf(const io::Image& volume, FullLevelSet3D& scratch, int index) const {
         if (volume.isField) return std::nullopt;
         std::copy(volume.samples.begin(), volume.samples.end(), scratch.data());
         FullLevelSet2D plane;
         cut(scratch, index, plane);
-        Raster picture;
+        io::Image picture;
         picture.width = plane.getWidth();
         picture.height = plane.getHeight();
         const auto [low, high] = std::minmax_element(volume.samples.begin(), volume.samples.end());
@@ -72,9 +75,11 @@ void addSlice(CLI::App& app) {
         [slice] { slice->run(); });
     slice->addInput(command);
     slice->addVolume(command);
-    slice->addOutput(command, true);
+    slice->addOutput(command, true, {Kind::kPicture});
     command.add_option("--axis", slice->axis, "across which the plane lies (default z)")
         ->check(CLI::IsMember({"x", "y", "z"}))
         ->type_name("x|y|z");
     command.add_option("--at", slice->at, "index of the plane (default: the middle)")->type_name("I");
 }
+
+}  // namespace quorbin::tool

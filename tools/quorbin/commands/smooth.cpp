@@ -1,4 +1,4 @@
-#include "commands/smooth.h"
+#include "fields/smoothing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,90 +7,14 @@
 #include <optional>
 #include <type_traits>
 
-#include "band.h"
-#include "contour_tracing.h"
-#include "failure.h"
-#include "options.h"
-#include "progress.h"
-#include "signed_distance.h"
+#include "cli/field_command.h"
+#include "cli/progress.h"
+#include "fields/band.h"
+#include "fields/distance.h"
+#include "io/failure.h"
+#include "io/formats/outline.h"
 
-namespace {
-
-void step(FullLevelSet2D& levelSet, double implicitTime) {
-    if (implicitTime == 0) return levelSet.moveAlongCurvature();
-    levelSet.moveWithCurvatureImplicit(
-        [](LevelSet2D*, int, int, double& k, double& vx, double& vy, double& source) {
-            k = 1;
-            vx = vy = source = 0;
-        },
-        implicitTime, 0);
-}
-
-/// Steps for the time of explicit ones on the dense grid. A step strips a layer of three, so every second one
-/// is followed by a reinitialisation. These err inwards, much like motion by curvature: four steps take the
-/// time of five.
-int stepsOnBand(const FullLevelSet2D& levelSet, int steps) {
-    return hasEqualSpacings(levelSet) ? static_cast<int>(std::lround(0.8 * steps)) : steps;
-}
-int stepsOnBand(const FullLevelSet3D&, int steps) { return static_cast<int>(std::lround(0.8 * steps)); }
-
-void stepOnBand(FastLevelSet2D& band, double) { band.moveAlongCurvature(); }
-void stepOnBand(FastLevelSet3D& band, double implicitTime) {
-    constexpr int kSweeps = 15;
-    if (implicitTime == 0) return band.moveAlongCurvature();
-    band.moveWithCurvatureImplicit(
-        [](LevelSet3D*, int, int, int, double& k, double&, double&, double&, double&) { k = 1; },
-        implicitTime, kSweeps);
-}
-
-template <std::size_t dimensions, class Grid>
-int smoothOnBand(Grid& levelSet, const Smoothing& smoothing, bool showProgress) {
-    const bool isImplicit = smoothing.implicitTime > 0;
-    const int count = isImplicit ? smoothing.steps : stepsOnBand(levelSet, smoothing.steps);
-    const int reinitEvery = isImplicit ? 1 : 2;
-    Band<dimensions> band(levelSet);
-    Progress progress(count, showProgress);
-    for (int done = 1; done <= count; ++done) {
-        stepOnBand(band.points(), smoothing.implicitTime);
-        if ((done % reinitEvery == 0 || done == count) && !band.reinitialise()) return done;
-        progress.show(done);
-    }
-    band.copyTo(levelSet);
-    return hasCrossing(levelSet) ? -1 : count;
-}
-
-void step(FullLevelSet3D& levelSet, double implicitTime) {
-    implicitTime == 0 ? levelSet.moveAlongCurvature() : levelSet.moveAlongCurvatureImplicit();
-}
-
-template <class Grid, class MakeDistance>
-int smoothGrid(Grid& levelSet, const Smoothing& smoothing, bool showProgress, MakeDistance makeDistance) {
-    Progress progress(smoothing.steps, showProgress);
-    makeDistance(levelSet);
-    for (int done = 1; done <= smoothing.steps; ++done) {
-        step(levelSet, smoothing.implicitTime);
-        if (done % smoothing.reinitEvery == 0 || done == smoothing.steps) {
-            if (!hasCrossing(levelSet)) return done;
-            makeDistance(levelSet);
-        }
-        progress.show(done);
-    }
-    return -1;
-}
-
-}  // namespace
-
-int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, bool showProgress) {
-    if (smoothing.onBand) return smoothOnBand<2>(levelSet, smoothing, showProgress);
-    return smoothGrid(levelSet, smoothing, showProgress,
-                      hasEqualSpacings(levelSet) ? distanceBySegments : distanceByMarching);
-}
-
-int smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing, bool showProgress) {
-    if (smoothing.onBand) return smoothOnBand<3>(levelSet, smoothing, showProgress);
-    return smoothGrid(levelSet, smoothing, showProgress,
-                      [](FullLevelSet3D& field) { field.ensureSignedDistanceFMM(); });
-}
+namespace quorbin::tool {
 
 namespace {
 
@@ -111,13 +35,13 @@ struct Smooth : FieldCommand {
                 "{}: is a picture, and on a --band of one implicit steps solve another equation; leave out "
                 "--band or --implicit",
                 input);
-        Result result(*this, "fl2d");
+        Result result(*this, Kind::kPicture, "fl2d");
         FullLevelSet2D levelSet;
         readWithCrossing(levelSet);
         requireBand({levelSet.getXSpace(), levelSet.getYSpace()});
         const double cell = levelSet.getXSpace() * levelSet.getYSpace();
         smoothField(levelSet, time.value_or(cell), cell);
-        result.write({levelSet});
+        result.write(PictureDocument{levelSet});
     }
 
  private:
@@ -125,9 +49,9 @@ struct Smooth : FieldCommand {
         if (time && !smoothing.onBand)
             refuse("{}: is a volume, whose implicit steps take the time 1; leave out --dt or add --band",
                    input);
-        VolumeResult result(*this);
+        Result result(*this, Kind::kVolume, "fl3d");
         FullLevelSet3D levelSet;
-        const Volume volume = readWithCrossing(levelSet);
+        const io::Image volume = readWithCrossing(levelSet);
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace(), hz = levelSet.getZSpace();
         requireBand({hx, hy, hz});
         if (implicit && !smoothing.onBand && hy != hz)
@@ -137,7 +61,7 @@ struct Smooth : FieldCommand {
                 input, hy, hz);
         const double cell = std::cbrt(hx * hy * hz) * std::cbrt(hx * hy * hz);
         smoothField(levelSet, smoothing.onBand ? time.value_or(cell) : 1, hx * hy);
-        result.write({levelSet, volume});
+        result.write(VolumeDocument{levelSet, volume.placement});
     }
 
     void requireBand(std::initializer_list<double> spacings) const {
@@ -153,7 +77,8 @@ struct Smooth : FieldCommand {
                 std::max(1, static_cast<int>(std::min(kTimeBetween * cell / implicitTime, 1e9)));
         }
         if (reinitEvery) smoothing.reinitEvery = *reinitEvery;
-        const int vanished = smooth(levelSet, smoothing, !quiet);
+        Progress progress(!quiet);
+        const int vanished = smooth(levelSet, smoothing, progress.function());
         if (vanished >= 0)
             throw Failure(
                 kNoCrossing,
@@ -180,7 +105,7 @@ void addSmooth(CLI::App& app) {
         [smooth] { smooth->run(); });
     smooth->addInput(command);
     smooth->addVolume(command);
-    smooth->addOutput(command, true, kFieldFormats);
+    smooth->addOutput(command, true, {Kind::kPicture, Kind::kVolume});
     command.add_option("--steps", smooth->smoothing.steps, "number of steps")
         ->required()
         ->check(CLI::Range(0, 1000000000));
@@ -206,3 +131,5 @@ void addSmooth(CLI::App& app) {
                      "for the same time; a "
                      "field that is written then ends 3 samples from it");
 }
+
+}  // namespace quorbin::tool

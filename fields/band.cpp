@@ -1,0 +1,121 @@
+#include "band.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace quorbin::fields {
+
+namespace {
+
+std::array<int, 2> sizeOf(const FullLevelSet2D& grid) { return {grid.getWidth(), grid.getHeight()}; }
+std::array<int, 3> sizeOf(const FullLevelSet3D& grid) {
+    return {grid.getWidth(), grid.getHeight(), grid.getDepth()};
+}
+
+double largestSpacing(const FullLevelSet2D& grid) { return std::max(grid.getXSpace(), grid.getYSpace()); }
+double largestSpacing(const FullLevelSet3D& grid) {
+    return std::max({grid.getXSpace(), grid.getYSpace(), grid.getZSpace()});
+}
+
+std::array<int, 2> pointOf(const PointAnd<double>& entry) { return {entry.x, entry.y}; }
+std::array<int, 3> pointOf(const Point3And<double>& entry) { return {entry.x, entry.y, entry.z}; }
+
+bool isInside(int c, int count) { return c >= 0 && c < count; }
+
+template <class LevelSet, class Point>
+double& valueAt(LevelSet& levelSet, const Point& p) {
+    return std::apply([&](auto... c) -> double& { return levelSet(c...); }, p);
+}
+
+/// Fills what is not a number between values, row after row: from one value to the next all is on the side of
+/// the first.
+void fillGaps(double* values, std::ptrdiff_t width, std::ptrdiff_t rows, std::ptrdiff_t rowsInLayer,
+              double reach) {
+    double* const end = values + width * rows;
+    const double* const first = std::find_if(values, end, [](double v) { return !std::isnan(v); });
+    const auto sideOf = [=](double value) { return value > 0 ? reach : -reach; };
+    double layerSide = first != end ? sideOf(*first) : reach, rowSide = layerSide;
+    for (std::ptrdiff_t y = 0; y < rows; ++y) {
+        double* const row = values + y * width;
+        const bool beginsLayer = y % rowsInLayer == 0;
+        double side = beginsLayer ? layerSide : rowSide;
+        for (std::ptrdiff_t x = 0; x < width; ++x) {
+            if (std::isnan(row[x]))
+                row[x] = side;
+            else
+                side = sideOf(row[x]);
+        }
+        rowSide = sideOf(row[0]);
+        if (beginsLayer) layerSide = rowSide;
+    }
+}
+
+}  // namespace
+
+bool suitsABand(std::initializer_list<double> spacings) {
+    constexpr double kMostUnequal = 20;
+    return std::max(spacings) <= kMostUnequal * std::min(spacings);
+}
+
+template <std::size_t dimensions>
+Band<dimensions>::Band(Grid& field) : size_(sizeOf(field)), band_(quorbin::bandOf(field, false)) {
+    mirror();
+    reinitialise();
+}
+
+template <std::size_t dimensions>
+bool Band<dimensions>::reinitialise() {
+    band_.ensureSignedDistanceFMM();
+    mirror();
+    return band_.size() > 0;
+}
+
+template <std::size_t dimensions>
+void Band<dimensions>::mirror() {
+    for (std::size_t axis = 0; axis < dimensions; ++axis) mirror(axis);
+}
+
+template <std::size_t dimensions>
+void Band<dimensions>::mirror(std::size_t axis) {
+    constexpr int kMargin = 6;  // more than is lost between two reinitialisations
+    const int count = size_[axis];
+    std::vector<std::pair<std::array<int, dimensions>, double>> beyond;
+    for (const auto& bucket : band_.points().buckets)
+        for (const auto& entry : bucket) {
+            auto p = pointOf(entry);
+            bool isBeside = true;
+            for (std::size_t other = 0; other < dimensions; ++other)
+                if (other != axis && !isInside(p[other], size_[other])) isBeside = false;
+            const int c = p[axis];
+            p[axis] = c > 0 && c <= kMargin ? -c : c >= count - kMargin && c < count ? 2 * count - 1 - c : c;
+            if (isBeside && p[axis] != c) beyond.emplace_back(p, entry.value);
+        }
+    for (const auto& [p, value] : beyond) valueAt(band_, p) = value;
+}
+
+template <std::size_t dimensions>
+void Band<dimensions>::copyTo(Grid& field) const {
+    std::ptrdiff_t rows = 1;
+    for (std::size_t axis = 1; axis < dimensions; ++axis) rows *= size_[axis];
+    const std::ptrdiff_t width = size_[0];
+    std::fill_n(field.data(), width * rows, std::numeric_limits<double>::quiet_NaN());
+    for (const auto& bucket : band_.points().buckets)
+        for (const auto& entry : bucket) {
+            const auto p = pointOf(entry);
+            bool isInGrid = true;
+            for (std::size_t axis = 0; axis < dimensions; ++axis)
+                if (!isInside(p[axis], size_[axis])) isInGrid = false;
+            if (isInGrid) valueAt(field, p) = entry.value;
+        }
+    // The band is closed, so that the sides are those of its edge.
+    fillGaps(field.data(), width, rows, dimensions == 2 ? rows : size_[1], 3 * largestSpacing(field));
+}
+
+template class Band<2>;
+template class Band<3>;
+
+}  // namespace quorbin::fields

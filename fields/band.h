@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <initializer_list>
+#include <type_traits>
+
+#include <quorbin.h>
+
+namespace quorbin::fields {
+
+/// The field of a picture (2) or volume (3) on a narrow band. A band has no border where an outline could
+/// end, so a few points beyond it are stored too, mirrored as the dense grid mirrors.
+template <std::size_t dimensions>
+class Band {
+ public:
+    using Grid = std::conditional_t<dimensions == 2, FullLevelSet2D, FullLevelSet3D>;
+    using Points = std::conditional_t<dimensions == 2, FastLevelSet2D, FastLevelSet3D>;
+
+    explicit Band(Grid& field);
+
+    /// Makes the band a signed distance again. False where nothing is left of the outline.
+    bool reinitialise();
+
+    /// Writes the values back; beyond the band they keep its reach and the side they are on.
+    void copyTo(Grid& field) const;
+
+    Points& points() { return band_; }
+
+ private:
+    void mirror();
+    void mirror(std::size_t axis);
+
+    std::array<int, dimensions> size_;
+    Points band_;
+};
+
+extern template class Band<2>;
+extern template class Band<3>;
+
+/// Whether a band is of use: it reaches two of the largest spacings, which are many of the smallest where
+/// they differ much.
+bool suitsABand(std::initializer_list<double> spacings);
+
+}  // namespace quorbin::fields

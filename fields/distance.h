@@ -1,0 +1,23 @@
+#pragma once
+
+#include <quorbin.h>
+
+namespace quorbin::fields {
+
+/// Makes a field a signed distance in units of its spacing; the sign stays.
+using DistanceMethod = void (*)(FullLevelSet2D& field);
+
+/// By fast marching: first order, any spacings.
+void distanceByMarching(FullLevelSet2D& field);
+
+/// By the segments of the contour, spread by sweeps. The outline stays where it is to second order, which
+/// marching does not give. The spacings must be equal; points further away than the segments are spread are
+/// marched.
+void distanceBySegments(FullLevelSet2D& field);
+
+/// By the nearest of all segments: exact for the polygonal contour. As above otherwise.
+void distanceByBruteForce(FullLevelSet2D& field);
+
+bool hasEqualSpacings(const FullLevelSet2D& field);
+
+}  // namespace quorbin::fields

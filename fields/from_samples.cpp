@@ -1,0 +1,140 @@
+#include "from_samples.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "../io/documents.h"
+#include "../io/failure.h"
+
+namespace quorbin::fields {
+
+namespace {
+
+struct Range {
+    double lowest, highest;
+    bool hasOthers;  // besides these two
+};
+
+Range rangeOf(const std::vector<double>& samples) {
+    const auto [low, high] = std::minmax_element(samples.begin(), samples.end());
+    const double lowest = *low, highest = *high;
+    const bool others =
+        std::any_of(samples.begin(), samples.end(), [=](double v) { return v != lowest && v != highest; });
+    return {lowest, highest, others};
+}
+
+}  // namespace
+
+double otsuLevel(const std::vector<double>& samples) {
+    const Range range = rangeOf(samples);
+    const double span = range.highest - range.lowest;
+    if (span == 0) return range.lowest;
+    constexpr double kMostBins = 65536;
+    const auto bins = static_cast<std::size_t>(std::min(span + 1, kMostBins));
+    const double binWidth = span / static_cast<double>(bins - 1);
+    std::vector<double> count(bins);
+    for (const double v : samples)
+        ++count[static_cast<std::size_t>(std::lround((v - range.lowest) / binWidth))];
+
+    double total = 0, moment = 0;
+    for (std::size_t b = 0; b < bins; ++b) {
+        total += count[b];
+        moment += static_cast<double>(b) * count[b];
+    }
+    double below = 0, momentBelow = 0, best = -1;
+    std::size_t first = 0, last = 0;  // empty bins between the classes leave a plateau: its middle is taken
+    for (std::size_t b = 0; b + 1 < bins; ++b) {
+        below += count[b];
+        momentBelow += static_cast<double>(b) * count[b];
+        const double above = total - below;
+        if (below == 0 || above == 0) continue;
+        const double difference = momentBelow / below - (moment - momentBelow) / above;
+        const double between = below * above * difference * difference;
+        if (between > best) {
+            best = between;
+            first = b;
+        }
+        if (between == best) last = b;
+    }
+    return range.lowest + (static_cast<double>(first + last) / 2 + 0.5) * binWidth;
+}
+
+namespace {
+
+double chooseLevel(const std::vector<double>& samples, bool isField, std::string& note) {
+    if (isField) return 0;
+    const Range range = rangeOf(samples);
+    if (range.lowest == range.highest) {
+        // A mask all of one kind: black is outside.
+        note = fmt::format("one value only, {}", range.lowest);
+        return range.highest > 0 ? range.highest / 2 : range.highest + 0.5;
+    }
+    if (!range.hasOthers) {
+        note = fmt::format("a mask of the values {} and {}", range.lowest, range.highest);
+        return (range.lowest + range.highest) / 2;
+    }
+    const double level = otsuLevel(samples);
+    note = fmt::format("level {} (Otsu)", level);
+    return level;
+}
+
+void fillField(const std::vector<double>& samples, bool isField, const FieldOptions& options, double* field,
+               std::string& note) {
+    note.clear();
+    const double level = options.level ? *options.level : chooseLevel(samples, isField, note);
+    const bool insideAbove = options.insideAbove.value_or(!isField);
+    std::transform(samples.begin(), samples.end(), field,
+                   [=](double grey) { return insideAbove ? level - grey : grey - level; });
+}
+
+/// Where other spacings than the file's are given, what places the volume goes with them.
+void respace(io::Placement& placement, const std::array<double, 3>& given) {
+    if (placement.affine)
+        for (auto& row : *placement.affine)
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                if (given[axis] != placement.spacing[axis])
+                    row[axis] *= given[axis] / placement.spacing[axis];
+    placement.spacing = given;
+}
+
+bool isOnBothSides(const double* values, std::size_t count) {
+    const auto isInside = [](double value) { return value <= 0; };
+    return std::any_of(values, values + count, isInside) && !std::all_of(values, values + count, isInside);
+}
+
+}  // namespace
+
+void makeField(const io::Image& picture, const FieldOptions& options, FullLevelSet2D& field,
+               std::string& note) {
+    const auto [ownX, ownY, none] = picture.placement.spacing;
+    const Spacing spacing = options.spacing.value_or(Spacing{ownX, ownY});
+    if (spacing.z) io::refuse("is a picture; its --spacing is two numbers");
+    field.init(picture.width, picture.height, spacing.x, spacing.y);
+    if (field.getWidth() != picture.width || field.getHeight() != picture.height)
+        throw io::Failure(io::kFailed, fmt::format("a field of {} × {} points does not fit into memory",
+                                                   picture.width, picture.height));
+    fillField(picture.samples, picture.isField, options, field.data(), note);
+}
+
+void makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& field, std::string& note) {
+    auto [hx, hy, hz] = volume.placement.spacing;
+    if (options.spacing) {
+        if (!options.spacing->z) io::refuse("is a volume; its --spacing is three numbers");
+        hx = options.spacing->x;
+        hy = options.spacing->y;
+        hz = *options.spacing->z;
+    }
+    field.init(volume.width, volume.height, volume.depth, hx, hy, hz);
+    if (field.getWidth() != volume.width || field.getHeight() != volume.height ||
+        field.getDepth() != volume.depth)
+        throw io::Failure(io::kFailed, fmt::format("a field of {} × {} × {} points does not fit into memory",
+                                                   volume.width, volume.height, volume.depth));
+    fillField(volume.samples, volume.isField, options, field.data(), note);
+    respace(volume.placement, {hx, hy, hz});
+}
+
+bool hasCrossing(const FullLevelSet2D& field) { return isOnBothSides(field.data(), io::pointsOf(field)); }
+bool hasCrossing(const FullLevelSet3D& field) { return isOnBothSides(field.data(), io::pointsOf(field)); }
+
+}  // namespace quorbin::fields

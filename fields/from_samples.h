@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <quorbin.h>
+
+#include "../io/image.h"
+
+namespace quorbin::fields {
+
+/// The distance between neighbouring samples along each axis.
+struct Spacing {
+    double x = 1.0, y = 1.0;
+    std::optional<double> z = std::nullopt;  ///< of a volume
+};
+
+/// How a picture or a volume becomes a field.
+struct FieldOptions {
+    std::optional<double> level;  ///< grey value of the outline; without it the picture's own or Otsu's
+    std::optional<bool>
+        insideAbove;  ///< whether what is above the level is inside; a picture's default is yes, a field's no
+    std::optional<Spacing> spacing;  ///< instead of the file's own
+};
+
+/// Otsu's threshold (1979): the level that splits the samples into two classes with the largest variance
+/// between them, half way between the greys on its two sides.
+double otsuLevel(const std::vector<double>& samples);
+
+/// Makes the field of a picture or a volume: ≤ 0 inside. A field is taken as it is, less the level if one is
+/// given. A picture of two values is a mask. note says which level was taken, or stays empty. Where a volume
+/// gets another spacing than its own, its placement changes with it.
+void makeField(const io::Image& picture, const FieldOptions& options, FullLevelSet2D& field,
+               std::string& note);
+void makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& field, std::string& note);
+
+/// Whether a field has values on both sides of zero.
+bool hasCrossing(const FullLevelSet2D& field);
+bool hasCrossing(const FullLevelSet3D& field);
+
+}  // namespace quorbin::fields

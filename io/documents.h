@@ -1,0 +1,44 @@
+#pragma once
+
+#include <vector>
+
+#include <quorbin.h>
+
+#include "image.h"
+
+namespace quorbin::io {
+
+/// What a picture's output shows.
+enum class Drawing {
+    kContour,  ///< the outline over the picture, or over the field in colours where there is none
+    kPicture,  ///< the picture alone
+    kMask,     ///< white inside, black outside
+};
+
+/// What a command has to write of a picture.
+struct PictureDocument {
+    const FullLevelSet2D& field;
+    const Image* picture = nullptr;  ///< drawn under the contour, where there is one
+    bool open = false;               ///< leaves outlines open at the border
+    Drawing drawing = Drawing::kContour;
+};
+
+/// What a command has to write of a volume.
+struct VolumeDocument {
+    const FullLevelSet3D& field;
+    const Placement& placement;
+};
+
+/// A mesh, in the units in which it is written.
+using MeshDocument = quorbin::Mesh;
+
+/// The number of points of a grid.
+inline std::size_t pointsOf(const FullLevelSet2D& field) {
+    return static_cast<std::size_t>(field.getWidth()) * static_cast<std::size_t>(field.getHeight());
+}
+inline std::size_t pointsOf(const FullLevelSet3D& field) {
+    return static_cast<std::size_t>(field.getWidth()) * static_cast<std::size_t>(field.getHeight()) *
+           static_cast<std::size_t>(field.getDepth());
+}
+
+}  // namespace quorbin::io

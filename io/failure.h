@@ -1,0 +1,32 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include <fmt/core.h>
+
+namespace quorbin::io {
+
+/// How the tool ends.
+enum ExitStatus { kDone = 0, kFailed = 1, kBadUsage = 2, kNoCrossing = 4 };
+
+/// Ends a command with one line on standard error: what is wrong, and what would be right.
+struct Failure : std::runtime_error {
+    Failure(ExitStatus statusOfTool, const std::string& line)
+        : std::runtime_error(line), status(statusOfTool) {}
+    ExitStatus status;
+};
+
+/// A fault of a file or of the command line.
+template <class... Args>
+[[noreturn]] void refuse(fmt::format_string<Args...> format, Args&&... args) {
+    throw Failure(kBadUsage, fmt::format(format, std::forward<Args>(args)...));
+}
+
+/// The same failure with the name of the file that it is of, if it does not say so already.
+inline Failure naming(const std::string& path, const Failure& failure) {
+    const std::string line = failure.what();
+    return line.rfind(path + ": ", 0) == 0 ? failure : Failure(failure.status, path + ": " + line);
+}
+
+}  // namespace quorbin::io

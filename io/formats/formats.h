@@ -1,0 +1,30 @@
+#pragma once
+
+#include "../format.h"
+
+/// One function a format, each in a file of its own; the table puts them together.
+namespace quorbin::io {
+
+Format fl2dFormat();
+Format fl3dFormat();
+Format fr3dFormat();
+Format pngFormat();
+Format pgmFormat();
+Format tiffFormat();
+Format npyFormat();
+Format niftiFormat();
+Format compressedNiftiFormat();
+Format rawFormat();
+Image decodeRaw(InputFile& file, const RawLayout& layout);
+Format vtiFormat();
+Format svgFormat();
+Format geoJsonFormat();
+Format csvFormat();
+Format pdfFormat();
+Format maskFormat();
+Format plyFormat();
+Format stlFormat();
+Format objFormat();
+Format vtpFormat();
+
+}  // namespace quorbin::io

@@ -1,0 +1,154 @@
+#include <png.h>
+
+#include <algorithm>
+#include <csetjmp>
+#include <cstring>
+
+#include "../failure.h"
+#include "../png_image.h"
+#include "drawing.h"
+#include "formats.h"
+
+namespace quorbin::io {
+
+namespace {
+
+struct PngSource {
+    const unsigned char* next;
+    std::size_t left;
+    char message[200];
+};
+
+void readSome(png_structp png, png_bytep out, png_size_t count) {
+    auto& source = *static_cast<PngSource*>(png_get_io_ptr(png));
+    if (count > source.left) png_error(png, "it ends too early");
+    std::memcpy(out, source.next, count);
+    source.next += count;
+    source.left -= count;
+}
+
+[[noreturn]] void keepMessage(png_structp png, png_const_charp message) {
+    auto& source = *static_cast<PngSource*>(png_get_error_ptr(png));
+    std::strncpy(source.message, message, sizeof source.message - 1);
+    std::longjmp(png_jmpbuf(png), 1);
+}
+
+/// A PNG being read. libpng leaves a failed call by longjmp, which must not cross a frame with destructors:
+/// every step is a function of its own that holds none and returns whether it went well.
+class PngFile {
+ public:
+    explicit PngFile(const Bytes& bytes) : source_{bytes.data(), bytes.size(), {}} {
+        png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, &source_, keepMessage,
+                                      [](png_structp, png_const_charp) {});
+        info_ = png_ != nullptr ? png_create_info_struct(png_) : nullptr;
+    }
+    ~PngFile() { png_destroy_read_struct(&png_, &info_, nullptr); }
+    PngFile(const PngFile&) = delete;
+    void operator=(const PngFile&) = delete;
+
+    bool readHeader() {
+        if (info_ == nullptr || setjmp(png_jmpbuf(png_)) != 0) return false;
+        png_set_read_fn(png_, &source_, readSome);
+        png_read_info(png_, info_);
+        png_set_palette_to_rgb(png_);
+        if (png_get_color_type(png_, info_) == PNG_COLOR_TYPE_GRAY) png_set_expand_gray_1_2_4_to_8(png_);
+        png_set_strip_alpha(png_);
+        if (png_get_bit_depth(png_, info_) == 16) png_set_swap(png_);
+        png_set_interlace_handling(png_);
+        png_read_update_info(png_, info_);
+        return true;
+    }
+    bool readRows(png_bytep* rows) {
+        if (setjmp(png_jmpbuf(png_)) != 0) return false;
+        png_read_image(png_, rows);
+        png_read_end(png_, nullptr);
+        return true;
+    }
+
+    png_uint_32 width() const { return png_get_image_width(png_, info_); }
+    png_uint_32 height() const { return png_get_image_height(png_, info_); }
+    bool isDeep() const { return png_get_bit_depth(png_, info_) == 16; }
+    std::size_t channels() const { return png_get_channels(png_, info_); }
+    std::size_t rowBytes() const { return png_get_rowbytes(png_, info_); }
+    [[noreturn]] void fail() const {
+        refuse("is not a PNG that can be read: {}; give the whole file", source_.message);
+    }
+
+ private:
+    PngSource source_;
+    png_structp png_ = nullptr;
+    png_infop info_ = nullptr;
+};
+
+double pick(const double rgb[3], const std::string& channel) {
+    if (channel == "r") return rgb[0];
+    if (channel == "g") return rgb[1];
+    if (channel == "b") return rgb[2];
+    return 0.299 * rgb[0] + 0.587 * rgb[1] + 0.114 * rgb[2];
+}
+
+Image read(InputFile& input, const ReadOptions& options) {
+    PngFile file(input.all());
+    if (!file.readHeader()) file.fail();
+    Image image;
+    setPictureSize(image, file.width(), file.height());
+    Bytes pixels(file.rowBytes() * file.height());
+    std::vector<png_bytep> rows(file.height());
+    for (std::size_t y = 0; y < rows.size(); ++y) rows[y] = pixels.data() + y * file.rowBytes();
+    if (!file.readRows(rows.data())) file.fail();
+
+    const std::size_t channels = file.channels(),
+                      points = static_cast<std::size_t>(file.width()) * file.height();
+    const auto sample = [&](std::size_t i) {
+        if (!file.isDeep()) return static_cast<double>(pixels[i]);
+        std::uint16_t value;
+        std::memcpy(&value, pixels.data() + 2 * i, sizeof value);
+        return static_cast<double>(value);
+    };
+    for (std::size_t i = 0; i < points; ++i) {
+        if (channels < 3) {
+            image.samples[i] = sample(i * channels);
+            continue;
+        }
+        const double rgb[3] = {sample(i * channels), sample(i * channels + 1), sample(i * channels + 2)};
+        const bool isGrey = rgb[0] == rgb[1] && rgb[1] == rgb[2];
+        if (!isGrey && options.channel.empty())
+            refuse("is in colour; choose what to read by --channel r, g, b or luma");
+        image.samples[i] = isGrey ? rgb[0] : pick(rgb, options.channel);
+    }
+    return image;
+}
+
+void write(const PictureDocument& document, OutputFile& out) {
+    if (document.drawing == Drawing::kMask) return writePng(document.field.getBinaryImage(), out);
+    if (document.drawing == Drawing::kContour || document.picture == nullptr) return drawPng(document, out);
+    const Image& picture = *document.picture;
+    brin::Image<unsigned char> grey(picture.width, picture.height, 1);
+    std::transform(picture.samples.begin(), picture.samples.end(), grey.data(),
+                   [](double sample) { return static_cast<unsigned char>(std::clamp(sample, 0.0, 255.0)); });
+    writePng(grey, out);
+}
+
+}  // namespace
+
+Format pngFormat() {
+    Format format{"PNG", "png"};
+    format.holds = Holds::kPictures;
+    format.matches = [](InputFile& file) { return startsWith(file.start(), "\x89PNG\r\n\x1a\n"); };
+    format.read = read;
+    format.writesMasks = true;
+    format.writePicture = write;
+    return format;
+}
+
+/// A mask is a picture: the format is what others are told by its name, where the ending is another.
+Format maskFormat() {
+    Format format{"mask", "mask"};
+    format.writesMasks = true;
+    format.writePicture = [](const PictureDocument& document, OutputFile& out) {
+        writePng(document.field.getBinaryImage(), out);
+    };
+    return format;
+}
+
+}  // namespace quorbin::io

@@ -1,0 +1,142 @@
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <sstream>
+
+#include "failure.h"
+#include "format.h"
+#include "format_name.h"
+#include "formats/formats.h"
+
+namespace quorbin::io {
+
+const std::vector<Format>& formats() {
+    static const std::vector<Format> all = {pngFormat(),  pgmFormat(),   tiffFormat(),
+                                            npyFormat(),  fl2dFormat(),  fl3dFormat(),
+                                            fr3dFormat(), niftiFormat(), compressedNiftiFormat(),
+                                            rawFormat(),  svgFormat(),   geoJsonFormat(),
+                                            csvFormat(),  pdfFormat(),   maskFormat(),
+                                            vtiFormat(),  plyFormat(),   stlFormat(),
+                                            objFormat(),  vtpFormat()};
+    return all;
+}
+
+namespace {
+
+std::vector<std::string> endingsOf(const Format& format) {
+    std::istringstream text(format.endings);
+    return {std::istream_iterator<std::string>(text), {}};
+}
+
+bool isWritten(const Format& format, Kind kind) {
+    return kind == Kind::kPicture  ? format.writePicture != nullptr
+           : kind == Kind::kMask   ? format.writesMasks
+           : kind == Kind::kVolume ? format.writeVolume != nullptr
+                                   : format.writeMesh != nullptr;
+}
+
+const char* nameOf(Kind kind) {
+    return kind == Kind::kPicture  ? "picture"
+           : kind == Kind::kMask   ? "mask"
+           : kind == Kind::kVolume ? "volume"
+                                   : "mesh";
+}
+
+/// "a, b or c".
+std::string listed(const std::vector<std::string>& words) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i)
+        text += (i == 0 ? "" : i + 1 == words.size() ? " or " : ", ") + words[i];
+    return text;
+}
+
+const Format& formatOf(InputFile& file) {
+    const auto found = std::find_if(formats().begin(), formats().end(),
+                                    [&](const Format& f) { return f.matches != nullptr && f.matches(file); });
+    if (found == formats().end())
+        refuse("is of no known format; give a picture ({}) or a volume ({})", namesOfReadable(Kind::kPicture),
+               namesOfReadable(Kind::kVolume));
+    return *found;
+}
+
+/// Runs work; a failure gets the name of the file.
+template <class Work>
+auto naming(InputFile& file, Work work) {
+    try {
+        return work();
+    } catch (const Failure& failure) {
+        throw io::naming(file.path(), failure);
+    }
+}
+
+void refuseUnusable(const Image& image) {
+    for (const double h : image.placement.spacing)
+        if (!(h > 1e-100 && h < 1e100))
+            refuse("has the spacings {}, {} and {}; they should be positive", image.placement.spacing[0],
+                   image.placement.spacing[1], image.placement.spacing[2]);
+    const auto bad = std::count_if(image.samples.begin(), image.samples.end(),
+                                   [](double value) { return !std::isfinite(value); });
+    if (bad > 0) refuse("holds values that are not finite, {} of them; replace them by numbers", bad);
+}
+
+}  // namespace
+
+std::string namesOfReadable(Kind kind) {
+    const Holds alone = kind == Kind::kVolume ? Holds::kVolumes : Holds::kPictures;
+    std::vector<std::string> names;
+    for (const Format& format : formats())
+        if (format.holds == alone || format.holds == Holds::kEither) names.emplace_back(format.name);
+    return listed(names);
+}
+
+std::string endingsOfWritable(Kind kind) {
+    std::vector<std::string> endings;
+    for (const Format& format : formats())
+        if (isWritten(format, kind)) endings.push_back(endingsOf(format).front());
+    return listed(endings);
+}
+
+bool isVolume(InputFile& file) {
+    return naming(file, [&] {
+        const Format& format = formatOf(file);
+        return format.holds == Holds::kVolumes ||
+               (format.holds == Holds::kEither && format.holdsVolume(file));
+    });
+}
+
+Image readImage(InputFile& file, const ReadOptions& options) {
+    return naming(file, [&] {
+        const Format& format = formatOf(file);
+        Image image = format.read(file, options);
+        image.format = format.name;
+        refuseUnusable(image);
+        return image;
+    });
+}
+
+Image readRaw(InputFile& file, const RawLayout& layout) {
+    return naming(file, [&] {
+        Image image = decodeRaw(file, layout);
+        refuseUnusable(image);
+        return image;
+    });
+}
+
+const Format& outputFormat(Kind kind, const std::string& path, const std::string& named,
+                           const std::string& usual) {
+    std::string name = formatName(path, named, usual);
+    // A file without an ending, a device say, gets the usual format.
+    if (name.empty()) name = usual;
+    for (const Format& format : formats()) {
+        const std::vector<std::string> endings = endingsOf(format);
+        if (isWritten(format, kind) && std::find(endings.begin(), endings.end(), name) != endings.end())
+            return format;
+    }
+    if (!named.empty())
+        refuse("--format {}: is no format that a {} is written in; give {}", named, nameOf(kind),
+               endingsOfWritable(kind));
+    refuse("{}: its ending tells no format that a {} is written in; end it in one of {}, or add --format",
+           path, nameOf(kind), endingsOfWritable(kind));
+}
+
+}  // namespace quorbin::io

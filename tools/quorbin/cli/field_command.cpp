@@ -1,0 +1,220 @@
+#include "field_command.h"
+
+#include <algorithm>
+#include <cmath>
+#include <type_traits>
+
+#include "io/format_name.h"
+
+namespace quorbin::tool {
+
+namespace {
+
+Spacing parseSpacing(const std::string& text) {
+    Spacing spacing;
+    double z = 0;
+    char rest = 0;
+    const int read = std::sscanf(text.c_str(), "%lf,%lf,%lf%c", &spacing.x, &spacing.y, &z, &rest);
+    if (read == 3) spacing.z = z;
+    const auto isUsable = [](double h) { return h > 1e-100 && h < 1e100; };
+    const bool isWhole = read == 3 || (read == 2 && std::count(text.begin(), text.end(), ',') == 1);
+    if (!isWhole || !isUsable(spacing.x) || !isUsable(spacing.y) || !isUsable(spacing.z.value_or(1)))
+        refuse(
+            "--spacing {}: is no spacing; give two numbers from 1e-100 to 1e100, as in 0.5,0.5, and three "
+            "for a volume",
+            text);
+    return spacing;
+}
+
+std::array<long long, 3> parseSize(const std::string& text) {
+    std::array<long long, 3> size{};
+    char rest = 0;
+    const int read = std::sscanf(text.c_str(), "%lld,%lld,%lld%c", &size[0], &size[1], &size[2], &rest);
+    if (read != 3 ||
+        !std::all_of(size.begin(), size.end(), [](long long n) { return n >= 1 && n <= kMostAlongAnAxis; }))
+        refuse("--size {}: is no size; give three whole numbers, as in 128,128,64", text);
+    return size;
+}
+
+/// For a picture and a volume alike.
+template <class Grid>
+io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& note) {
+    constexpr bool kIsVolume = std::is_same_v<Grid, FullLevelSet3D>;
+    if (kIsVolume && !command.channel.empty())
+        refuse("{}: is a volume, which has no --channel", command.input);
+    io::Image image =
+        command.raw ? readRaw(command.file(), *command.raw) : readImage(command.file(), {command.channel});
+    if (!kIsVolume && image.isVolume)
+        refuse("{}: is a volume; quorbin slice takes a plane of it", command.input);
+    command.file().forget();
+    try {
+        makeField(image, command.field, levelSet, note);
+    } catch (const Failure& failure) {
+        throw naming(command.input, failure);
+    }
+    return image;
+}
+
+template <class Grid>
+auto readAndReport(const FieldCommand& command, Grid& levelSet) {
+    std::string note;
+    auto samples = readInput(command, levelSet, note);
+    if (!note.empty()) command.report("{}: {}", command.input, note);
+    return samples;
+}
+
+template <class Grid>
+auto readInputWithCrossing(const FieldCommand& command, Grid& levelSet) {
+    auto samples = readAndReport(command, levelSet);
+    if (!hasCrossing(levelSet))
+        throw Failure(
+            kNoCrossing,
+            fmt::format("{}: has no {}, all of it is {}; {}", command.input,
+                        std::is_same_v<Grid, FullLevelSet3D> ? "surface" : "outline",
+                        levelSet.data()[0] <= 0 ? "inside" : "outside",
+                        samples.isField
+                            ? "floating-point values are a field, inside where ≤ 0, unless you give --level"
+                            : "choose another --level or another input"));
+    return samples;
+}
+
+}  // namespace
+
+void FieldCommand::addInput(CLI::App& command) {
+    addPicture(command);
+    command.add_option_function<double>(
+        "--level",
+        [this](double level) {
+            if (!std::isfinite(level)) refuse("--level: give a number");
+            field.level = level;
+        },
+        "grey value of the outline (default: a mask's own, else Otsu's threshold), or value of a field");
+    command
+        .add_option_function<std::string>(
+            "--inside", [this](const std::string& side) { field.insideAbove = side == "above"; },
+            "what is inside: above (a picture's default) or below the level (a field's)")
+        ->check(CLI::IsMember({"above", "below"}))
+        ->type_name("above|below");
+}
+
+void FieldCommand::addPicture(CLI::App& command) {
+    command
+        .add_option("INPUT", input,
+                    fmt::format("a picture ({}); - for standard input", namesOfReadable(Kind::kPicture)))
+        ->required();
+    command.add_option("--channel", channel, "what to read of a picture in colour")
+        ->check(CLI::IsMember({"r", "g", "b", "luma"}))
+        ->type_name("r|g|b|luma");
+    command
+        .add_option_function<std::string>(
+            "--spacing", [this](const std::string& text) { field.spacing = parseSpacing(text); },
+            "units between samples along x and y, and z of a volume (default: the file's own, else 1)")
+        ->type_name("DX,DY[,DZ]");
+    command.add_flag("--quiet,-q", quiet, "print nothing but errors");
+}
+
+void FieldCommand::addVolume(CLI::App& command) {
+    auto layout = std::make_shared<RawLayout>();
+    auto* type =
+        command
+            .add_option("--type", layout->type,
+                        "of the samples of a file without a header, little-endian: uint8, int16, float32 ...")
+            ->check(CLI::IsMember({"int8", "int16", "int32", "int64", "uint8", "uint16", "uint32", "uint64",
+                                   "float32", "float64"}))
+            ->type_name("TYPE");
+    // Defined after the type, so that this is known when its callback runs.
+    auto* size = command
+                     .add_option_function<std::string>(
+                         "--size",
+                         [this, layout](const std::string& text) {
+                             layout->size = parseSize(text);
+                             raw = *layout;
+                         },
+                         "of the volume in such a file, x fastest")
+                     ->type_name("W,H,D")
+                     ->needs(type);
+    type->needs(size);
+    CLI::Option& inputOption = *command.get_option("INPUT");
+    inputOption.description(fmt::format("a picture ({}) or a volume ({}, raw); - for standard input",
+                                        namesOfReadable(Kind::kPicture), namesOfReadable(Kind::kVolume)));
+}
+
+void FieldCommand::addOutput(CLI::App& command, bool required, std::initializer_list<Kind> kinds) {
+    std::string formats;
+    for (const Kind kind : kinds)
+        formats += (formats.empty() ? "" : "; of a volume ") + endingsOfWritable(kind);
+    command
+        .add_option("-o,--output", output,
+                    "file to write; its ending tells the format (none: the usual one); - for standard output")
+        ->required(required);
+    command.add_option("--format", format, fmt::format("instead of the ending: {}", formats));
+    command.add_flag("--force,-f", force, "overwrite an existing file");
+}
+
+InputFile& FieldCommand::file() const {
+    if (!file_) file_ = std::make_shared<InputFile>(input);
+    return *file_;
+}
+
+bool FieldCommand::isGivenVolume() const {
+    if (raw) return true;
+    if (file().hasEnding("raw"))
+        refuse("{}: has no header; say by --size and --type what its samples are", input);
+    return isVolume(file());
+}
+
+io::Image FieldCommand::read(FullLevelSet2D& levelSet) const { return readAndReport(*this, levelSet); }
+io::Image FieldCommand::read(FullLevelSet3D& levelSet) const { return readAndReport(*this, levelSet); }
+
+io::Image FieldCommand::read(FullLevelSet2D& levelSet, std::string& note) const {
+    return readInput(*this, levelSet, note);
+}
+io::Image FieldCommand::read(FullLevelSet3D& levelSet, std::string& note) const {
+    return readInput(*this, levelSet, note);
+}
+
+io::Image FieldCommand::readWithCrossing(FullLevelSet2D& levelSet) const {
+    return readInputWithCrossing(*this, levelSet);
+}
+io::Image FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
+    return readInputWithCrossing(*this, levelSet);
+}
+
+Result::Result(const FieldCommand& command, Kind kind, const std::string& usualFormat)
+    : format_(outputFormat(kind, command.output, command.format, usualFormat)),
+      file_(command.output, command.force) {}
+
+void Result::write(const PictureDocument& document) {
+    format_.writePicture(document, file_);
+    file_.commit();
+}
+
+void Result::write(const VolumeDocument& document) {
+    format_.writeVolume(document, file_);
+    file_.commit();
+}
+
+void Result::write(const MeshDocument& mesh) {
+    format_.writeMesh(mesh, file_);
+    file_.commit();
+}
+
+io::Image readPicture(const std::string& path, const std::string& channel) {
+    InputFile file(path);
+    if (isVolume(file)) refuse("{}: is a volume; quorbin slice takes a plane of it", path);
+    return readImage(file, {channel});
+}
+
+std::string counted(std::size_t count, const std::string& noun) {
+    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
+}
+
+CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& example,
+                     const std::string& summary, std::function<void()> body) {
+    CLI::App& command = *app.add_subcommand(name, "Example: quorbin " + example + "\n\n" + summary);
+    command.set_version_flag("--version", "quorbin " QUORBIN_VERSION);
+    command.callback(std::move(body));
+    return command;
+}
+
+}  // namespace quorbin::tool

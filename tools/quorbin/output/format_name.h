@@ -1,7 +1,0 @@
-#pragma once
-
-#include <string>
-
-/// The name of an output's format in small letters: the one given, or the ending of the path, which may be
-/// .nii.gz; the usual one on standard output. Empty where the path has no ending.
-std::string formatName(const std::string& path, const std::string& format, const std::string& usual);
