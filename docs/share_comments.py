@@ -4,6 +4,16 @@
 import sys
 
 
+def is_many(lines: list[str]) -> bool:
+    """Whether there is more than one declaration: all but bodies and what lies within brackets."""
+    depth = ends = 0
+    for line in lines:
+        for c in line.split("//")[0]:
+            depth += (c in "({") - (c in ")}")
+            ends += depth == 0 and c in ";}"
+    return ends > 1
+
+
 def share_comments(lines: list[str]) -> list[str]:
     result: list[str] = []
     i = 0
@@ -23,8 +33,7 @@ def share_comments(lines: list[str]) -> list[str]:
                 break  # the end of the class
             covered.append(lines[i])
             i += 1
-        own = [line for line in covered if len(line) - len(line.lstrip()) == indent]
-        if sum(line.rstrip().endswith((";", "}")) or "; " in line for line in own) > 1:
+        if is_many(covered):
             space = " " * indent
             result += [*comment, f"{space}///@{{", *covered, f"{space}///@}}"]
         else:

@@ -38,8 +38,8 @@ class Band {
 extern template class Band<2>;
 extern template class Band<3>;
 
-/// Whether a band is of use: it reaches two of the largest spacings, which are many of the smallest where
-/// they differ much.
+/// Whether a band is of use. It reaches two of the largest spacings, so where they differ much it is many
+/// points thick along the axis with the smallest.
 bool suitsABand(std::initializer_list<double> spacings);
 
 }  // namespace quorbin::fields

@@ -116,6 +116,13 @@ struct BucketTable {
 
     ~BucketTable() = default;
     BucketTable(const BucketTable&) = default;
+    /// A table that has been moved from is without buckets until a point is added to it.
+    BucketTable(BucketTable&& other) noexcept
+        : bucketCount(std::exchange(other.bucketCount, 0)), buckets(std::move(other.buckets)) {}
+    BucketTable& operator=(BucketTable&& other) noexcept {
+        swap(other);
+        return *this;
+    }
     /// Deep copy. If there is not enough memory, throws std::bad_alloc and leaves this table unchanged.
     BucketTable& operator=(const BucketTable& other) {
         BucketTable copy(other);
@@ -143,6 +150,7 @@ struct BucketTable {
  protected:
     /// sum is the hash of the key's point, a weighted sum of its coordinates. It selects the bucket.
     const Entry* findEntry(std::uint32_t sum, const Entry& key) const {
+        if (bucketCount == 0) return nullptr;
         for (const Entry& entry : bucketOf(sum))
             if (entry.isAtSamePoint(key)) return &entry;
         return nullptr;
@@ -152,10 +160,13 @@ struct BucketTable {
         return entry != nullptr ? const_cast<Entry&>(*entry) : addEntry(sum, key);
     }
     Entry& addEntry(std::uint32_t sum, const Entry& key) {
+        if (bucketCount == 0) *this = BucketTable(kFewBuckets);
         return const_cast<GrowArray<Entry>&>(bucketOf(sum)).append() = key;
     }
 
  private:
+    static constexpr int kFewBuckets = 211;
+
     const GrowArray<Entry>& bucketOf(std::uint32_t sum) const {
         return buckets.data[sum % static_cast<std::uint32_t>(bucketCount)];
     }

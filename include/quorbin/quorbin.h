@@ -49,10 +49,8 @@ using ::hash_pair;
 using ::MarchingSquares;
 using ::MyEqual;
 using ::vec2d_hash;
-namespace MarchingCubes {
-using ::MarchingCubes::edges;
-using ::MarchingCubes::lut;
-using ::MarchingCubes::lut_sizes;
-}  // namespace MarchingCubes
+#ifndef DOXYGEN  // which takes it for a namespace that is its own alias
+namespace MarchingCubes = ::MarchingCubes;
+#endif
 
 }  // namespace quorbin

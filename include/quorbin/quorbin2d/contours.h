@@ -31,6 +31,23 @@ QUORBIN_EXPORT std::vector<Polygon> contours(const FullLevelSet2D& field);
 /// without end, whose outline is empty.
 QUORBIN_EXPORT std::vector<Polygon> contours(const FastLevelSet2D& band);
 
+/// Contours as they are within a grid: those that close, as regions, and open lines from border to border.
+/// The holes of regions that the border cuts are in a region without an outline.
+struct OpenContours {
+    std::vector<Polygon> regions;
+    std::vector<Ring> lines;
+};
+
+/// As contours(field), but what meets the border of the grid is left open there.
+QUORBIN_EXPORT OpenContours openContours(const FullLevelSet2D& field);
+
+/// The same regions with fewer points. Every point that is left out lies within the tolerance, in world
+/// units, of the line that has taken its place, and no ring comes to cross itself or another one. Points go
+/// in the order of the area of the triangle with their neighbours (Visvalingam and Whyatt 1993), as long as
+/// four of a ring are left. Throws std::invalid_argument unless the tolerance is a finite number ≥ 0. O(n log
+/// n).
+QUORBIN_EXPORT std::vector<Polygon> simplified(std::vector<Polygon> polygons, double tolerance);
+
 /// Area that a ring encloses, positive if it runs counterclockwise and negative if clockwise; or the area of
 /// a polygon, that of its outline less that of its holes.
 QUORBIN_EXPORT double area(const Ring& ring);

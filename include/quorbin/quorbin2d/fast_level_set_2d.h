@@ -18,7 +18,7 @@ namespace quorbin {
 /// The band that FastLevelSet2D::initTo makes of a dense grid, without the line that initTo prints: the
 /// corners of the cells that the contour crosses, with their values or, if reinitialized, made a signed
 /// distance by FastLevelSet2D::ensureSignedDistanceFMM.
-QUORBIN_EXPORT FastLevelSet2D bandOf(FullLevelSet2D& grid, bool reinitialized = true);
+QUORBIN_EXPORT FastLevelSet2D bandOf(const FullLevelSet2D& grid, bool reinitialized = true);
 
 }  // namespace quorbin
 
@@ -44,8 +44,7 @@ class QUORBIN_EXPORT FastLevelSet2D : public LevelSet2D {
     ~FastLevelSet2D() override;
     FastLevelSet2D(const FastLevelSet2D& other);
     FastLevelSet2D& operator=(const FastLevelSet2D& other);
-    // It makes an empty table for the other one.  NOLINTNEXTLINE(performance-noexcept-move-constructor)
-    FastLevelSet2D(FastLevelSet2D&& other);
+    FastLevelSet2D(FastLevelSet2D&& other) noexcept;
     FastLevelSet2D& operator=(FastLevelSet2D&& other) noexcept;
 
     /// −1, since a band has no extent.
@@ -156,10 +155,11 @@ class QUORBIN_EXPORT FastLevelSet2D : public LevelSet2D {
     void getLinesUnique(std::vector<brin::Vec2<double>>& points, std::vector<std::pair<int, int>>& segments);
 
  private:
-    friend QUORBIN_EXPORT FastLevelSet2D quorbin::bandOf(FullLevelSet2D& grid, bool reinitialized);
+    friend QUORBIN_EXPORT FastLevelSet2D quorbin::bandOf(const FullLevelSet2D& grid, bool reinitialized);
 
     void makeOf(FullLevelSet2D& grid, bool reinitialized);
+    lset::detail::BandWorkspace<2>& work() const;
 
     PointHash<double> values_;
-    std::unique_ptr<lset::detail::BandWorkspace<2>> work_;
+    mutable std::unique_ptr<lset::detail::BandWorkspace<2>> work_;  // null until it is needed
 };

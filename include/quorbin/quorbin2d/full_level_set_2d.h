@@ -193,4 +193,5 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     int height_ = 0;
     Array values_;
     Array scratch_;
+    unsigned generation_ = 0;  // another one for each grid that this has been
 };

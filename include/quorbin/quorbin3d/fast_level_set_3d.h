@@ -49,8 +49,7 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
     ~FastLevelSet3D() override;
     FastLevelSet3D(const FastLevelSet3D& other);
     FastLevelSet3D& operator=(const FastLevelSet3D& other);
-    // It makes an empty table for the other one.  NOLINTNEXTLINE(performance-noexcept-move-constructor)
-    FastLevelSet3D(FastLevelSet3D&& other);
+    FastLevelSet3D(FastLevelSet3D&& other) noexcept;
     FastLevelSet3D& operator=(FastLevelSet3D&& other) noexcept;
 
     /// −1, since a band has no extent.
@@ -167,7 +166,8 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
                                                            std::vector<gpoint3>& triangles);
 
     void makeOf(const FullLevelSet3D& grid, bool reinitialized);
+    lset::detail::BandWorkspace<3>& work() const;
 
     Point3Hash<double> values_;
-    std::unique_ptr<lset::detail::BandWorkspace<3>> work_;
+    mutable std::unique_ptr<lset::detail::BandWorkspace<3>> work_;  // null until it is needed
 };

@@ -152,4 +152,5 @@ class QUORBIN_EXPORT FullLevelSet3D : public LevelSet3D {
     int depth_ = 0;
     Array values_;
     Array scratch_;
+    unsigned generation_ = 0;  // another one for each grid that this has been
 };

@@ -135,7 +135,7 @@ class BandMarch {
     Estimator estimator_;
 };
 
-/// Finds them, and gives them their first distances: firstDistance(reader, place).
+/// Finds the front of a band, and gives its points their first distances: firstDistance(reader, place).
 template <class Reader, class March, class FirstDistance>
 class BandFrontFinder {
  public:

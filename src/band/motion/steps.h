@@ -33,8 +33,8 @@ void moveBandAlongCurvature(Band& band, BandWorkspace<BandTraits<Band>::dimensio
     });
 }
 
-/// Moves them at the rate that f returns, by the part of the smallest limit it writes: f(levelSet,
-/// coordinates ..., limit). Returns the time, 0 if there are none.
+/// Moves the interior points of a band at the rate that f(levelSet, coordinates ..., limit) returns, over a
+/// part (kPartOfLimit) of the smallest limit that it writes. Returns that time, 0 if no point is interior.
 template <class Band, class Speed>
 double moveBandWithCurvature(Band& band, const Speed& f,
                              typename BandStorage<BandTraits<Band>::dimensions>::Hash& points) {

@@ -59,8 +59,8 @@ void FastLevelSet2D::initTo(FullLevelSet2D& grid, int reinit) {
     std::printf(messages::kBandMade, size());
 }
 
-FastLevelSet2D quorbin::bandOf(FullLevelSet2D& grid, bool reinitialized) {
+FastLevelSet2D quorbin::bandOf(const FullLevelSet2D& grid, bool reinitialized) {
     FastLevelSet2D band;
-    band.makeOf(grid, reinitialized);
+    band.makeOf(const_cast<FullLevelSet2D&>(grid), reinitialized);  // read through the slot that can write
     return band;
 }

@@ -18,5 +18,7 @@ double FastLevelSet2D::estimateDistanceInit(int x, int y) {
     value.left = have(left, y) ? get(left, y) : value.here;
     value.down = have(x, down) ? get(x, down) : value.here;
     value.right = have(right, y) ? get(right, y) : value.here;
-    return firstDistance(value, getXSpace(), getYSpace());
+    const double hx = getXSpace();
+    const double hy = getYSpace();
+    return firstDistance(value, hx, hy);
 }

@@ -46,7 +46,9 @@ double firstDistanceOf(const Reader& field, int x, int y) {
     value.left = x > 0 ? field.get(x - 1, y) : value.here;
     value.down = y > 0 ? field.get(x, y - 1) : value.here;
     value.right = x < field.width() - 1 ? field.get(x + 1, y) : value.here;
-    return firstDistance(value, field.hx(), field.hy());
+    const double hx = field.hx();
+    const double hy = field.hy();
+    return firstDistance(value, hx, hy);
 }
 
 }  // namespace lset::detail

@@ -42,7 +42,7 @@ double FastLevelSet2D::estimateDistance(const PointHash<double>& distances, cons
 
 void FastLevelSet2D::ensureSignedDistanceFMM() {
     const std::array<double, 2> h = BandTraits<FastLevelSet2D>::spacings(*this);
-    withBandReader(*this, *work_, [&](auto& band, BandWorkspace<2>& work) {
+    withBandReader(*this, work(), [&](auto& band, BandWorkspace<2>& work) {
         const auto first = [](const auto& reader, const auto& place) {
             return firstDistanceOf(reader, place);
         };

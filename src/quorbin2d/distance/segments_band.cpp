@@ -30,7 +30,7 @@ double signedSquare(const std::vector<MeasuredSegment>& segments, const brin::Ve
 void FastLevelSet2D::ensureSignedDistance() {
     const double hx = getXSpace();
     const double furthest = 9 * hx * hx;
-    withBandReader(*this, *work_, [&](auto& band, BandWorkspace<2>& work) {
+    withBandReader(*this, work(), [&](auto& band, BandWorkspace<2>& work) {
         std::vector<PointAnd<double>>& reached = work.result;  // with signed squares
         reached.clear();
         constexpr std::size_t kNone = static_cast<std::size_t>(-1);

@@ -69,5 +69,7 @@ std::vector<quorbin::Polygon> quorbin::contours(const FastLevelSet2D& band) {
     auto& notWritten = const_cast<FastLevelSet2D&>(band);  // readers can write, this does not
     BandWorkspace<2> work;
     RingTrace traced = withBandReader(notWritten, work, [](auto& reader, auto&) { return trace(reader); });
-    return nestedRings(traced, band.getXSpace(), band.getYSpace());
+    const double hx = band.getXSpace();
+    const double hy = band.getYSpace();
+    return nestedRings(traced, hx, hy);
 }

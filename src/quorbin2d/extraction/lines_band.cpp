@@ -17,7 +17,7 @@ constexpr auto kOrder = CornerOrder::kRightAboveDiagonal;
 void FastLevelSet2D::getLines(Points& points, Segments& segments) {
     points.clear();
     segments.clear();
-    withBandReader(*this, *work_, [&](auto& band, BandWorkspace<2>&) {
+    withBandReader(*this, work(), [&](auto& band, BandWorkspace<2>&) {
         forEachBandCell<kOrder>(band, [&](const auto&, const auto&, const auto& cell, int caseOfCell) {
             forEachSegment(caseOfCell, [&](int from, int to) {
                 points.push_back(cell.on(from));
@@ -32,7 +32,7 @@ void FastLevelSet2D::getLines(Points& points, Segments& segments) {
 void FastLevelSet2D::getLinesUnique(Points& points, Segments& segments) {
     points.clear();
     segments.clear();
-    withBandReader(*this, *work_, [&](auto& band, BandWorkspace<2>&) {
+    withBandReader(*this, work(), [&](auto& band, BandWorkspace<2>&) {
         PointsByEdge shared;
         forEachBandCell<kOrder>(band,
                                 [&](const auto&, const auto& corners, const auto& cell, int caseOfCell) {

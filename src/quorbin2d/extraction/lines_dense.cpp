@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "common/assertion.h"
 #include "common/extraction/append_buffer.h"
+#include "quorbin2d/extraction/assertion.h"
 #include "quorbin2d/extraction/cells.h"
 #include "quorbin2d/extraction/shared_points.h"
 

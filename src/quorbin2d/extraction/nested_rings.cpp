@@ -23,44 +23,69 @@ struct Nesting {
 /// the outline of the region around it, or to another hole of that. Either has been met already.
 Nesting nest(const RingTrace& trace, const std::vector<std::size_t>& ringOf, std::size_t ringCount) {
     Nesting nesting{std::vector<std::size_t>(ringCount, kNone), std::vector<bool>(ringCount), 0};
-    std::size_t unbounded = kNone, before = kNone;  // the ring of the crossing before, if that is in the row
+    std::size_t unbounded = kNone;
+    std::size_t around = kNone;  // the region to the right of the crossing before, if that is in the row
     int row = 0;
     for (const RingTrace::RowCrossing& crossing : trace.rowCrossings) {
-        if (crossing.row != row) before = kNone;
+        if (crossing.row != row) around = kNone;
         row = crossing.row;
         const std::size_t ring = ringOf[static_cast<std::size_t>(crossing.point)];
-        if (ring == kNone) continue;  // of a contour that does not close
+        if (ring == kNone) {  // of a contour that does not close: what lies beyond it is in no region
+            around = kNone;
+            continue;
+        }
         if (nesting.region[ring] == kNone) {
             nesting.isHole[ring] = !crossing.entersInside;
             std::size_t& region = nesting.region[ring];
             if (crossing.entersInside) {
                 region = nesting.regionCount++;
-            } else if (before != kNone) {
-                region = nesting.region[before];
+            } else if (around != kNone) {
+                region = around;
             } else {
                 if (unbounded == kNone) unbounded = nesting.regionCount++;
                 region = unbounded;
             }
         }
-        before = ring;
+        around = crossing.entersInside ? nesting.region[ring] : kNone;
     }
     return nesting;
+}
+
+/// Adds a point, scaled, unless it repeats the one before.
+void addPoint(quorbin::Ring& line, const brin::Vec2<double>& p, double xSpace, double ySpace) {
+    const brin::Vec2<double> inWorld(p.x * xSpace, p.y * ySpace);
+    if (line.empty() || line.back() != inWorld) line.push_back(inWorld);
 }
 
 quorbin::Ring ringOfPoints(const std::vector<brin::Vec2<double>>& points, const std::vector<int>& indices,
                            double xSpace, double ySpace) {
     quorbin::Ring ring;
     ring.reserve(indices.size());
-    for (const int i : indices) {
-        const brin::Vec2<double>& p = points[static_cast<std::size_t>(i)];
-        const brin::Vec2<double> inWorld(p.x * xSpace, p.y * ySpace);
-        if (ring.empty() || ring.back() != inWorld) ring.push_back(inWorld);
-    }
+    for (const int i : indices) addPoint(ring, points[static_cast<std::size_t>(i)], xSpace, ySpace);
     while (ring.size() > 1 && ring.front() == ring.back()) ring.pop_back();
     return ring;
 }
 
 }  // namespace
+
+std::vector<quorbin::Ring> openLines(const RingTrace& trace, double xSpace, double ySpace) {
+    constexpr int kNoPoint = -1;
+    std::vector<int> next(trace.points.size(), kNoPoint);
+    std::vector<bool> isEnd(trace.points.size());
+    for (const auto& [start, end] : trace.segments) {
+        next[static_cast<std::size_t>(start)] = end;
+        isEnd[static_cast<std::size_t>(end)] = true;
+    }
+    std::vector<quorbin::Ring> lines;
+    for (std::size_t i = 0; i < next.size(); ++i) {
+        if (next[i] == kNoPoint || isEnd[i]) continue;
+        quorbin::Ring line;
+        for (int at = static_cast<int>(i); at != kNoPoint; at = next[static_cast<std::size_t>(at)])
+            addPoint(line, trace.points[static_cast<std::size_t>(at)], xSpace, ySpace);
+        if (line.size() > 1) lines.push_back(std::move(line));
+    }
+    return lines;
+}
 
 std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, double ySpace) {
     const std::vector<std::vector<int>> chains = getPolygons(trace.points, trace.segments);
@@ -71,8 +96,8 @@ std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, doubl
 
     std::vector<quorbin::Polygon> polygons(nesting.regionCount);
     for (std::size_t i = 0; i < chains.size(); ++i) {
+        if (quorbin::area(trace.points, chains[i]) == 0) continue;
         quorbin::Ring ring = ringOfPoints(trace.points, chains[i], xSpace, ySpace);
-        if (quorbin::area(ring) == 0) continue;
         quorbin::Polygon& polygon = polygons[nesting.region[i]];
         if (nesting.isHole[i])
             polygon.holes.push_back(std::move(ring));

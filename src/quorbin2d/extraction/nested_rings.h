@@ -7,8 +7,9 @@
 
 namespace lset::detail {
 
-/// Closed contours in the making: points in grid-index units and directed segments between them, each point
-/// between two segments, and the points that lie on grid edges along x, row by row and from left to right.
+/// Contours in the making: points in grid-index units and directed segments between them, each point between
+/// two segments or at the end of one, and the points that lie on grid edges along x, row by row and from left
+/// to right.
 struct RingTrace {
     struct RowCrossing {
         int point;
@@ -25,5 +26,8 @@ struct RingTrace {
 /// spacings. Which ring is a hole, and of what, follows from the order of the crossings alone, so that
 /// samples of exactly 0, where rings touch, do no harm. Linear.
 std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, double ySpace);
+
+/// The chains of segments that do not close, from end to end.
+std::vector<quorbin::Ring> openLines(const RingTrace& trace, double xSpace, double ySpace);
 
 }  // namespace lset::detail

@@ -2,7 +2,6 @@
 #include <unordered_map>
 
 #include "quorbin2d/contour.h"
-#include "quorbin2d/extraction/segment_distance.h"
 
 std::vector<std::vector<int>> getPolygons(std::vector<brin::Vec2<double>>&,
                                           std::vector<std::pair<int, int>>& segments) {
@@ -32,10 +31,4 @@ std::vector<std::vector<int>> getPolygons(std::vector<brin::Vec2<double>>&,
         if (c == i && polygon.size() >= 3) polygons.push_back(std::move(polygon));
     }
     return polygons;
-}
-
-double distToSeg(brin::Vec2<double>& a, brin::Vec2<double>& b, brin::Vec2<double>& p, int* side) {
-    const lset::detail::MeasuredSegment segment(a, b);
-    if (side != nullptr) *side = segment.hasOnLeft(p) ? 1 : 0;
-    return segment.squaredDistance(p);
 }

@@ -5,7 +5,7 @@ using namespace lset::detail;
 
 void FastLevelSet2D::moveAlongCurvature() {
     const double hx = getXSpace(), hy = getYSpace();
-    moveBandAlongCurvature(*this, *work_, 1.0 / (2.0 / (hx * hx) + 2.0 / (hy * hy)), values_);
+    moveBandAlongCurvature(*this, work(), 1.0 / (2.0 / (hx * hx) + 2.0 / (hy * hy)), values_);
 }
 
 void FastLevelSet2D::moveWithCurvature(const boost::function<double(LevelSet2D*, int, int, double*)>& f) {

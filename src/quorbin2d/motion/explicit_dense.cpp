@@ -45,16 +45,15 @@ void FullLevelSet2D::moveAlongCurvature() {
 
 void FullLevelSet2D::moveWithCurvature(const boost::function<double(LevelSet2D*, int, int, double*)>& f) {
     double smallestLimit = kNoDistance;
-    double limit =
-        0.0;  // one slot for all points: a callback that does not write leaves the last one standing
-    double* const rates = scratch_.get();
-    double* rate = rates;
+    double limit = 0.0;  // one slot for all points: where f does not write, the last one stands
+    double* rate = scratch_.get();
     const int width = width_, height = height_;
+    const unsigned generation = generation_;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const double rateHere = f(this, x, y, &limit);
             // The callback may have released the grid or made another of it.
-            if (scratch_.get() != rates || width_ != width || height_ != height) return;
+            if (generation_ != generation) return;
             *rate++ = rateHere;
             if (limit < smallestLimit) smallestLimit = limit;
         }

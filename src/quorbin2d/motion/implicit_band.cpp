@@ -12,7 +12,7 @@ void FastLevelSet2D::moveWithCurvatureImplicit(
     constexpr double kTolerance = 0.0001;
     const double hx = getXSpace(), hy = getYSpace();
     BandIterate<2> iterate =
-        makeBandIterate<AbsentNeighbour::kEntersWithZero>(*this, *work_, [](const auto&) {});
+        makeBandIterate<AbsentNeighbour::kEntersWithZero>(*this, work(), [](const auto&) {});
     const double diagonal = (1 / (hx * hx) + 1 / (hy * hy)) * (2 * dt) + 1;
     double k = 0, vx = 0, vy = 0, s = 0;  // one set for all points: a callback must write all four
     for (int sweep = 0; sweep < maxIterations && !iterate.interior.empty(); ++sweep) {

@@ -109,14 +109,14 @@ void FullLevelSet2D::moveWithCurvatureImplicit(
     double k = 0, vx = 0, vy = 0, source = 0;  // one set for all points: a callback must write all four
     double sumOfK = 0, firstK = 0;
     bool isWithoutAdvection = true, isUniform = true;
-    const double* const values = values_.get();
     const int width = width_, height = height_;
+    const unsigned generation = generation_;
     std::size_t i = 0;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x, ++i) {
             f(this, x, y, k, vx, vy, source);
             // The callback may have released the grid or made another of it.
-            if (values_.get() != values || width_ != width || height_ != height) return;
+            if (generation_ != generation) return;
             system[i] = equationOf(k, vx, vy, dt, hx, hy, width, height);
             system[i].rightSide = dt * source + get(x, y);
             if (i == 0) firstK = k;

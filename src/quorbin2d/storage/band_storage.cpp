@@ -11,16 +11,14 @@ constexpr int kFewBuckets = 211;
 
 }  // namespace
 
-FastLevelSet2D::FastLevelSet2D()
-    : values_(kFewBuckets), work_(std::make_unique<lset::detail::BandWorkspace<2>>()) {
+FastLevelSet2D::FastLevelSet2D() : values_(kFewBuckets) {
     xSpace_ = 1.0;
     ySpace_ = 1.0;
 }
 
 FastLevelSet2D::~FastLevelSet2D() = default;
 
-FastLevelSet2D::FastLevelSet2D(const FastLevelSet2D& other)
-    : LevelSet2D(other), values_(other.values_), work_(std::make_unique<lset::detail::BandWorkspace<2>>()) {}
+FastLevelSet2D::FastLevelSet2D(const FastLevelSet2D& other) : LevelSet2D(other), values_(other.values_) {}
 
 FastLevelSet2D& FastLevelSet2D::operator=(const FastLevelSet2D& other) {
     values_ = other.values_;
@@ -28,8 +26,8 @@ FastLevelSet2D& FastLevelSet2D::operator=(const FastLevelSet2D& other) {
     return *this;
 }
 
-// NOLINTNEXTLINE(performance-noexcept-move-constructor)
-FastLevelSet2D::FastLevelSet2D(FastLevelSet2D&& other) : FastLevelSet2D() { *this = std::move(other); }
+FastLevelSet2D::FastLevelSet2D(FastLevelSet2D&& other) noexcept
+    : LevelSet2D(other), values_(std::move(other.values_)), work_(std::move(other.work_)) {}
 
 FastLevelSet2D& FastLevelSet2D::operator=(FastLevelSet2D&& other) noexcept {
     if (this == &other) return *this;
@@ -38,6 +36,11 @@ FastLevelSet2D& FastLevelSet2D::operator=(FastLevelSet2D&& other) noexcept {
     LevelSet2D::operator=(other);
     other.values_.clear();
     return *this;
+}
+
+lset::detail::BandWorkspace<2>& FastLevelSet2D::work() const {
+    if (!work_) work_ = std::make_unique<lset::detail::BandWorkspace<2>>();
+    return *work_;
 }
 
 int FastLevelSet2D::getWidth() const { return -1; }

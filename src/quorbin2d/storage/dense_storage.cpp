@@ -29,6 +29,7 @@ bool FullLevelSet2D::adopt(int width, int height, double xSpace, double ySpace) 
     ySpace_ = ySpace;
     values_ = std::move(values);
     scratch_ = std::move(scratch);
+    ++generation_;
     return true;
 }
 
@@ -59,6 +60,8 @@ FullLevelSet2D& FullLevelSet2D::operator=(FullLevelSet2D&& other) noexcept {
     ySpace_ = std::exchange(other.ySpace_, 0.0);
     values_ = std::move(other.values_);
     scratch_ = std::move(other.scratch_);
+    ++generation_;
+    ++other.generation_;
     return *this;
 }
 
@@ -82,6 +85,7 @@ void FullLevelSet2D::release() {
     width_ = height_ = 0;
     scratch_.reset();
     values_.reset();
+    ++generation_;
 }
 
 double FullLevelSet2D::bilinear(double x, double y) const {

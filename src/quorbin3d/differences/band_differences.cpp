@@ -80,7 +80,7 @@ double FastLevelSet3D::averageNormalLength() const {
     double sum = 0;
     std::size_t count = 0;
     auto& self = const_cast<FastLevelSet3D&>(*this);  // nothing is written
-    withBandReader(self, *work_, [&](const auto& band, BandWorkspace<3>&) {
+    withBandReader(self, work(), [&](const auto& band, BandWorkspace<3>&) {
         band.forEach([&](const auto&, const auto& place) {
             if (!isInterior(band, place)) return;
             sum = sum + gradientLength(band, place);

@@ -46,12 +46,13 @@ double FastLevelSet3D::estimateDistance(const Point3Hash<double>& distances, con
     neighbours[kYPlus] = known(x, stepped(y, 1), z);
     neighbours[kZMinus] = known(x, y, stepped(z, -1));
     neighbours[kZPlus] = known(x, y, stepped(z, 1));
-    return estimateFrom(neighbours, EikonalQuadratics3D(getXSpace(), getYSpace(), getZSpace())).distance;
+    const std::array<double, 3> h = BandTraits<FastLevelSet3D>::spacings(*this);
+    return estimateFrom(neighbours, EikonalQuadratics3D(h[0], h[1], h[2])).distance;
 }
 
 void FastLevelSet3D::ensureSignedDistanceFMM() {
     const std::array<double, 3> h = BandTraits<FastLevelSet3D>::spacings(*this);
-    withBandReader(*this, *work_, [&](auto& band, BandWorkspace<3>& work) {
+    withBandReader(*this, work(), [&](auto& band, BandWorkspace<3>& work) {
         const auto first = [](const auto& reader, const auto& place) {
             return firstDistanceOf(reader, place);
         };

@@ -35,7 +35,7 @@ void quorbin::getTrianglesUnique(const FastLevelSet3D& field, std::vector<Vec3>&
     IndexedMesh mesh{vertices, normals, triangles};
     mesh.clear();
     auto& notWritten = const_cast<FastLevelSet3D&>(field);  // readers can write, this does not
-    withBandReader(notWritten, *field.work_, [&](auto& band, BandWorkspace<3>&) {
+    withBandReader(notWritten, field.work(), [&](auto& band, BandWorkspace<3>&) {
         auto crossings = bandCrossingsOf(band);
         VerticesByEdge shared;
         forEachBandCell(band, [&](const auto& cell) {

@@ -1,5 +1,7 @@
 #include "quorbin3d/mesh.h"
 
+#include <stdexcept>
+
 namespace quorbin {
 
 namespace {
@@ -12,6 +14,8 @@ void scale(Mesh& mesh, const LevelSet3D& field) {
 }  // namespace
 
 Mesh mesh(const LevelSet3D& field, const MeshOptions& options) {
+    if (field.getWidth() < 0)
+        throw std::invalid_argument("this level set has no extent; give a band as a FastLevelSet3D");
     Mesh mesh;
     if (options.capped)
         getTrianglesCapped(field, mesh.vertices, mesh.normals, mesh.triangles);

@@ -1,6 +1,7 @@
 #include "quorbin3d/mesh.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "quorbin3d/extraction/cells.h"
 #include "quorbin3d/extraction/gradients.h"
@@ -24,6 +25,16 @@ void addCell(IndexedMesh& mesh, SharedVertices& shared, int x, int y, int z, int
                                            corner(x, y, z, MarchingCubes::edges[edge][1]), normal);
             return Crossing{vertex, unit(normal)};
         });
+}
+
+/// zeroCrossing for samples that may not be finite: beside such a one, not-a-number included, the crossing is
+/// at the finite sample, without a normal, and between two of them at the midpoint.
+template <class GradientAt>
+Vec3 crossingBetween(const GridPoint3D& p, double a, const GridPoint3D& q, double b, Vec3* normal,
+                     GradientAt&& gradientAt) {
+    if (std::isfinite(a) && std::isfinite(b)) return zeroCrossing(p, a, q, b, normal, gradientAt);
+    const Vec3 atP(p.x, p.y, p.z), atQ(q.x, q.y, q.z);
+    return std::isfinite(a) ? atP : std::isfinite(b) ? atQ : 0.5 * (atP + atQ);
 }
 
 /// A field with a layer of points around it that are outside; its points are numbered from that layer.
@@ -53,8 +64,8 @@ void meshSurrounded(const Reader& field, IndexedMesh& mesh) {
     const auto makeVertex = [&](const GridPoint3D& p, const GridPoint3D& q, Vec3& normal) {
         const GridPoint3D a = inner(p), b = inner(q);
         if (surrounded.isInGrid(p) && surrounded.isInGrid(q)) {
-            const Vec3 v = zeroCrossing(a, field.getInGrid(a.x, a.y, a.z), b, field.getInGrid(b.x, b.y, b.z),
-                                        &normal, gradientAt);
+            const Vec3 v = crossingBetween(a, field.getInGrid(a.x, a.y, a.z), b,
+                                           field.getInGrid(b.x, b.y, b.z), &normal, gradientAt);
             // Rounding must not take it beyond the face.
             return Vec3(std::clamp(v.x, 0.0, width - 3.0), std::clamp(v.y, 0.0, height - 3.0),
                         std::clamp(v.z, 0.0, depth - 3.0));
@@ -97,7 +108,7 @@ void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& ver
         const auto makeVertex = [&](const GridPoint3D& p, const GridPoint3D& q, Vec3& normal) {
             const double a = reader.getInGrid(p.x, p.y, p.z);
             const double b = reader.getInGrid(q.x, q.y, q.z);
-            return zeroCrossing(p, a, q, b, &normal, gradients);
+            return crossingBetween(p, a, q, b, &normal, gradients);
         };
         forEachCrossedCell(
             reader, [&](int x, int y, int z, int cell) { addCell(mesh, shared, x, y, z, cell, makeVertex); },

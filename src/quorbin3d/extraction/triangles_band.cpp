@@ -5,7 +5,7 @@ using namespace lset::detail;
 
 void FastLevelSet3D::getTriangles(std::vector<Vec3>& vertices, std::vector<Vec3>& normals,
                                   std::vector<gpoint3>& triangles) {
-    withBandReader(*this, *work_, [&](auto& band, BandWorkspace<3>&) {
+    withBandReader(*this, work(), [&](auto& band, BandWorkspace<3>&) {
         TriangleSoup soup(vertices, normals, triangles);
         auto crossings = bandCrossingsOf(band);
         forEachBandCell(band, [&](const auto& cell) {

@@ -5,7 +5,7 @@ using namespace lset::detail;
 
 void FastLevelSet3D::moveAlongCurvature() {
     const double hx = getXSpace(), hy = getYSpace(), hz = getZSpace();
-    moveBandAlongCurvature(*this, *work_, 1.0 / (2.0 / (hx * hx) + 2.0 / (hy * hy) + 2.0 / (hz * hz)),
+    moveBandAlongCurvature(*this, work(), 1.0 / (2.0 / (hx * hx) + 2.0 / (hy * hy) + 2.0 / (hz * hz)),
                            values_);
 }
 

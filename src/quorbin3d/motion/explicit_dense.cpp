@@ -42,16 +42,15 @@ double FullLevelSet3D::moveWithCurvature(
     const boost::function<double(LevelSet3D*, int, int, int, double*)>& f) {
     double smallestLimit = kNoDistance;
     double limit = 0.0;  // one slot for all points, as on the dense 2D grid
-    double* const rates = scratch_.get();
-    double* rate = rates;
+    double* rate = scratch_.get();
     const int width = width_, height = height_, depth = depth_;
+    const unsigned generation = generation_;
     for (int z = 0; z < depth; ++z)
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
                 const double rateHere = f(this, x, y, z, &limit);
                 // The callback may have released the grid or made another of it.
-                if (scratch_.get() != rates || width_ != width || height_ != height || depth_ != depth)
-                    return smallestLimit;
+                if (generation_ != generation) return 0.0;
                 *rate++ = rateHere;
                 if (limit < smallestLimit) smallestLimit = limit;
             }

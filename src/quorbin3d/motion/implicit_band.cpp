@@ -45,7 +45,7 @@ void FastLevelSet3D::moveWithCurvatureImplicit(
     const double hx = getXSpace(), hy = getYSpace(), hz = getZSpace();
     std::vector<Equation> equations;
     BandIterate<3> iterate =
-        makeBandIterate<AbsentNeighbour::kMakesPointNotInterior>(*this, *work_, [&](const auto& point) {
+        makeBandIterate<AbsentNeighbour::kMakesPointNotInterior>(*this, work(), [&](const auto& point) {
             double k = 0, vx = 0, vy = 0, vz = 0, s = 0;
             f(this, point.at[0], point.at[1], point.at[2], k, vx, vy, vz, s);
             equations.push_back({point.old + dt * s,

@@ -24,8 +24,7 @@ void forEachEntry(Point3Hash<double>& points, void (*f)(int, int, int, double&),
 
 }  // namespace
 
-FastLevelSet3D::FastLevelSet3D()
-    : values_(kFewBuckets), work_(std::make_unique<lset::detail::BandWorkspace<3>>()) {
+FastLevelSet3D::FastLevelSet3D() : values_(kFewBuckets) {
     xSpace_ = 1.0;
     ySpace_ = 1.0;
     zSpace_ = 1.0;
@@ -33,8 +32,7 @@ FastLevelSet3D::FastLevelSet3D()
 
 FastLevelSet3D::~FastLevelSet3D() = default;
 
-FastLevelSet3D::FastLevelSet3D(const FastLevelSet3D& other)
-    : LevelSet3D(other), values_(other.values_), work_(std::make_unique<lset::detail::BandWorkspace<3>>()) {}
+FastLevelSet3D::FastLevelSet3D(const FastLevelSet3D& other) : LevelSet3D(other), values_(other.values_) {}
 
 FastLevelSet3D& FastLevelSet3D::operator=(const FastLevelSet3D& other) {
     values_ = other.values_;
@@ -42,8 +40,8 @@ FastLevelSet3D& FastLevelSet3D::operator=(const FastLevelSet3D& other) {
     return *this;
 }
 
-// NOLINTNEXTLINE(performance-noexcept-move-constructor)
-FastLevelSet3D::FastLevelSet3D(FastLevelSet3D&& other) : FastLevelSet3D() { *this = std::move(other); }
+FastLevelSet3D::FastLevelSet3D(FastLevelSet3D&& other) noexcept
+    : LevelSet3D(other), values_(std::move(other.values_)), work_(std::move(other.work_)) {}
 
 FastLevelSet3D& FastLevelSet3D::operator=(FastLevelSet3D&& other) noexcept {
     if (this == &other) return *this;
@@ -52,6 +50,11 @@ FastLevelSet3D& FastLevelSet3D::operator=(FastLevelSet3D&& other) noexcept {
     LevelSet3D::operator=(other);
     other.values_.clear();
     return *this;
+}
+
+lset::detail::BandWorkspace<3>& FastLevelSet3D::work() const {
+    if (!work_) work_ = std::make_unique<lset::detail::BandWorkspace<3>>();
+    return *work_;
 }
 
 int FastLevelSet3D::getWidth() const { return -1; }

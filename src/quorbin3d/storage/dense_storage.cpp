@@ -35,6 +35,7 @@ bool FullLevelSet3D::adopt(int width, int height, int depth, double xSpace, doub
     zSpace_ = zSpace;
     values_ = std::move(values);
     scratch_ = std::move(scratch);
+    ++generation_;
     return true;
 }
 
@@ -65,6 +66,8 @@ FullLevelSet3D& FullLevelSet3D::operator=(FullLevelSet3D&& other) noexcept {
     zSpace_ = std::exchange(other.zSpace_, 0.0);
     values_ = std::move(other.values_);
     scratch_ = std::move(other.scratch_);
+    ++generation_;
+    ++other.generation_;
     return *this;
 }
 
@@ -99,4 +102,5 @@ void FullLevelSet3D::release() {
     width_ = height_ = depth_ = 0;
     scratch_.reset();
     values_.reset();
+    ++generation_;
 }

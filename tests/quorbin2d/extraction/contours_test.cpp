@@ -1,7 +1,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <map>
+#include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -11,7 +12,6 @@
 namespace {
 
 using quorbin::Polygon;
-using Corners = std::vector<int>;
 
 double totalArea(const std::vector<Polygon>& polygons) {
     double sum = 0;
@@ -28,7 +28,7 @@ bool isInRing(const quorbin::Ring& ring, double x, double y) {
     return isInside;
 }
 
-/// A field of one sign in each square of a chequered picture, so that regions lie within holes of others.
+/// Square frames around each other, so that regions lie within holes of others.
 void fillNested(FullLevelSet2D& grid, int rings, double hx, double hy) {
     const int size = 4 * rings + 1, centre = size / 2;
     fill(
@@ -106,8 +106,27 @@ TEST(Contours, TakeNotANumberForOutsideAndNeverPassItOn) {
     EXPECT_EQ(polygons[0].holes.size(), 1U);  // through the samples around it
     EXPECT_DOUBLE_EQ(quorbin::area(polygons[0].holes[0]), -2.0);
     for (const auto& p : polygons[0].outline) EXPECT_TRUE(std::isfinite(p.x) && std::isfinite(p.y));
-    FullLevelSet2D nothing;
+    FullLevelSet2D nothing, infinite;
     EXPECT_TRUE(quorbin::contours(nothing).empty());
+    fill(
+        infinite, 3, 4, [=](int, int) { return -kFar; }, 1e-170, 1e-170);
+    const std::vector<Polygon> all = quorbin::contours(infinite);
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_EQ(all[0].outline.size(), 10U);
+    for (const auto& p : all[0].outline) EXPECT_TRUE(p.x >= 0 && p.x <= 2e-170 && p.y >= 0 && p.y <= 3e-170);
+}
+
+/// A grid that gives another width whenever it is asked.
+struct Restless : FullLevelSet2D {
+    mutable int asked = 0;
+    int getWidth() const override { return 3 + ++asked % 3; }
+    double get(int x, int y) const override { return (x + y) % 2 == 0 ? -1 : 1; }
+};
+
+TEST(Contours, ReadSizesOnce) {
+    Restless grid;
+    grid.init(8, 8, 1, 1);
+    for (int again = 0; again < 3; ++again) EXPECT_FALSE(quorbin::contours(grid).empty());
 }
 
 TEST(Contours, OfABandAreThoseOfTheGrid) {
@@ -131,12 +150,90 @@ TEST(Contours, OfABandAreThoseOfTheGrid) {
             EXPECT_EQ(polygons[i].holes.size(), dense[i].holes.size());
         }
     }
+    // A half plane that the border of the grid cuts, whose contour does not close: its hole is in no region.
+    FullLevelSet2D cut;
+    fill(cut, 100, 50, [](int x, int y) {
+        const double disc = std::hypot(x - 20.0, y - 25.0) - 12;
+        return std::min(disc, std::max(40.5 - x, 8 - std::hypot(x - 70.0, y - 25.0)));
+    });
+    for (const bool reinitialized : {false, true}) {
+        const std::vector<Polygon> apart = quorbin::contours(quorbin::bandOf(cut, reinitialized));
+        ASSERT_EQ(apart.size(), 2U);
+        for (const Polygon& polygon : apart) EXPECT_EQ(polygon.outline.empty(), polygon.holes.size() == 1);
+    }
     // Inside all around: a region without end.
     for (int i = 0; i < 60 * 50; ++i) grid.data()[i] = -grid.data()[i];
     const std::vector<Polygon> inverted = quorbin::contours(quorbin::bandOf(grid, false));
     ASSERT_EQ(inverted.size(), 2U);
     EXPECT_TRUE(inverted[0].outline.empty());
     EXPECT_EQ(inverted[0].holes.size(), 1U);
+}
+
+/// The smallest distance of a point from a ring.
+double distanceTo(const quorbin::Ring& ring, brin::Vec2<double> p) {
+    double best = HUGE_VAL;
+    for (std::size_t i = 0, j = ring.size() - 1; i < ring.size(); j = i++) {
+        int side = 0;
+        brin::Vec2<double> a = ring[j], b = ring[i];
+        best = std::min(best, distToSeg(a, b, p, &side));
+    }
+    return std::sqrt(best);
+}
+
+TEST(OpenContours, EndAtTheBorderAndLeaveClosedOnesAsRegions) {
+    FullLevelSet2D field;
+    fill(
+        field, 12, 9,
+        [](int x, int y) {
+            if (x == 1 && y == 4) return 1.0;  // a hole in what the border cuts
+            return std::min(x - 2.5, std::hypot(x - 8.0, y - 4.0) - 1.6);
+        },
+        0.5, 2.0);
+    const quorbin::OpenContours found = quorbin::openContours(field);
+    ASSERT_EQ(found.lines.size(), 1U);
+    for (const auto& p : found.lines[0]) EXPECT_EQ(p.x, 0.5 * 2.5);
+    EXPECT_EQ(std::abs(found.lines[0].front().y - found.lines[0].back().y), 16);
+    ASSERT_EQ(found.regions.size(), 2U);
+    for (const Polygon& region : found.regions) EXPECT_EQ(region.outline.empty(), region.holes.size() == 1);
+}
+
+TEST(SimplifiedContours, StayWithinTheToleranceAndDoNotCross) {
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> real(-1, 1);
+    for (const double tolerance : {0.0, 0.2, 1.0, 5.0}) {
+        FullLevelSet2D field;
+        fill(field, 80, 60,
+             [&](int x, int y) { return std::sin(0.4 * x) * std::cos(0.3 * y) + 0.35 * real(random) + 0.1; });
+        const std::vector<Polygon> before = quorbin::contours(field);
+        const std::vector<Polygon> after = quorbin::simplified(before, tolerance);
+        std::size_t pointsBefore = 0, pointsAfter = 0;
+        ASSERT_EQ(after.size(), before.size());
+        std::vector<std::pair<brin::Vec2<double>, brin::Vec2<double>>> edges;
+        const auto look = [&](const quorbin::Ring& original, const quorbin::Ring& ring) {
+            pointsBefore += original.size();
+            pointsAfter += ring.size();
+            for (const auto& p : original) ASSERT_LE(distanceTo(ring, p), tolerance + 1e-12);
+            for (std::size_t k = 0; k < ring.size(); ++k)
+                edges.emplace_back(ring[k], ring[(k + 1) % ring.size()]);
+        };
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            look(before[i].outline, after[i].outline);
+            for (std::size_t h = 0; h < before[i].holes.size(); ++h)
+                look(before[i].holes[h], after[i].holes[h]);
+        }
+        EXPECT_LE(pointsAfter, tolerance == 0 ? pointsBefore : pointsBefore * 9 / 10);
+        const auto side = [](const auto& a, const auto& b, const auto& p) {
+            return (b.x - a.x) * (p.y - a.y) - (b.y - a.y) * (p.x - a.x);
+        };
+        for (std::size_t i = 0; i < edges.size(); ++i)
+            for (std::size_t j = 0; j < i; ++j) {
+                const auto& [a, b] = edges[i];
+                const auto& [c, d] = edges[j];
+                ASSERT_FALSE(side(a, b, c) * side(a, b, d) < 0 && side(c, d, a) * side(c, d, b) < 0);
+            }
+    }
+    EXPECT_THROW(quorbin::simplified({}, -1.0), std::invalid_argument);
+    EXPECT_THROW(quorbin::simplified({}, std::nan("")), std::invalid_argument);
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ TEST(Polygons, FollowTheFirstSegmentThatStartsWhereOneEnds) {
     }
 }
 
-TEST(Polygons, OfOnePointAreOneLoopWithNegativeAreaAndOfAHoleWithPositive) {
+TEST(Polygons, OfOnePointAreOneLoopWithPositiveAreaInsideAndNegativeForAHole) {
     for (double sign : {1.0, -1.0}) {
         FullLevelSet2D grid;
         fill(grid, 3, 3, [=](int x, int y) { return x == 1 && y == 1 ? sign : -sign; });

@@ -1,5 +1,7 @@
 #include <cmath>
 
+#include <type_traits>
+
 #include "quorbin2d/band_support.h"
 
 namespace {
@@ -85,9 +87,18 @@ TEST(Band, IsMovedAndLeavesAnEmptyOneBehind) {
     FastLevelSet2D moved = std::move(band);
     EXPECT_EQ(moved.get(5, -7), 2);
     band(5, -7) = 9;  // which is a band as before
+    FastLevelSet2D& self = band;
+    band = std::move(self);
+    EXPECT_EQ(band.get(5, -7), 9);
     moved = std::move(band);
     EXPECT_EQ(moved.get(5, -7), 9);
     EXPECT_EQ(band.size(), 0);
+    static_assert(std::is_nothrow_move_constructible_v<FastLevelSet2D>);
+    const FastLevelSet2D last = std::move(moved);
+    EXPECT_FALSE(moved.have(5, -7));
+    moved.ensureSignedDistanceFMM();
+    moved.moveAlongCurvature();
+    EXPECT_EQ(FastLevelSet2D(moved).size(), 0);
 }
 
 }  // namespace

@@ -22,13 +22,13 @@ TEST(PointHash, FindsOrAddsAndNeverMixesUpPointsOfOneBucket) {
     EXPECT_EQ(PointHash<double>(0)(1, 1), 0.0);
 }
 
-TEST(PointHash, GrowsItsBucketsAsReferencesAreWorth) {
+TEST(PointHash, GrowsABucketBeforeItIsMoreThanHalfFull) {
     PointHash<double> hash(1);
     EXPECT_EQ(hash.buckets.count, 1);
     const auto& bucket = hash.buckets[0];
     EXPECT_EQ(bucket.capacity, 32);
     EXPECT_EQ(bucket.increment, 32);
-    const int capacities[][2] = {{16, 32}, {17, 81}, {40, 81}, {41, 154}};
+    const int capacities[][2] = {{16, 32}, {17, 81}, {40, 81}, {41, 154}, {77, 154}, {78, 264}};
     int n = 0;
     for (const auto& [count, capacity] : capacities) {
         for (; n < count; ++n) hash(n, n) = n;

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <map>
 #include <set>
+#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -224,8 +225,13 @@ TEST(Mesh, IsClosedWithinTheGridAndWithACapEverywhere) {
     EXPECT_NEAR(quorbin::surfaceArea(vertices, triangles, 1, 1, 2), 4 * M_PI * 64, 12);
     EXPECT_NEAR(quorbin::enclosedVolume(vertices, triangles, 1, 1, 2), 4 / 3.0 * M_PI * 512, 45);
 
-    onVolumePairs([&](FullLevelSet3D& dense, SlowVolume&) {
+    onVolumePairs([&](FullLevelSet3D& dense, SlowVolume& slow) {
+        Vectors slowVertices, slowNormals;
+        std::vector<gpoint3> slowTriangles;
+        quorbin::getTrianglesCapped(slow, slowVertices, slowNormals, slowTriangles);
         quorbin::getTrianglesCapped(dense, vertices, normals, triangles);
+        ASSERT_EQ(bits(vertices), bits(slowVertices));
+        ASSERT_EQ(bits(normals), bits(slowNormals));
         ASSERT_TRUE(isClosed(triangles));
         ASSERT_GE(quorbin::enclosedVolume(vertices, triangles), -1e-12);
         for (const auto& v : vertices) {
@@ -244,7 +250,7 @@ TEST(Mesh, IsClosedWithinTheGridAndWithACapEverywhere) {
 TEST(Mesh, ByValueIsInWorldUnits) {
     FullLevelSet3D ball;
     fill(
-        ball, {20, 20, 10},
+        ball, {20, 20, 6},
         [](int x, int y, int z) { return std::hypot(x - 9.4, y - 9.7, 2 * (z - 4.6)) - 6; }, 0.5, 0.5, 1);
     Vectors vertices, normals;
     std::vector<gpoint3> triangles;
@@ -260,9 +266,26 @@ TEST(Mesh, ByValueIsInWorldUnits) {
                   brin::Vec3<double>(0.5 * vertices[3].x, 0.5 * vertices[3].y, vertices[3].z));
         EXPECT_DOUBLE_EQ(quorbin::enclosedVolume(mesh),
                          quorbin::enclosedVolume(vertices, triangles, 0.5, 0.5, 1));
-        EXPECT_NEAR(quorbin::surfaceArea(mesh), 4 * M_PI * 9, 2);
+        EXPECT_EQ(isClosed(mesh.triangles), capped);
     }
-    EXPECT_EQ(quorbin::mesh(quorbin::bandOf(ball, false)).triangles.size(), triangles.size());
+    const FastLevelSet3D band = quorbin::bandOf(ball, false);
+    const quorbin::Mesh open = quorbin::mesh(ball), ofBand = quorbin::mesh(band);
+    EXPECT_EQ(ofBand.triangles.size(), open.triangles.size());
+    EXPECT_NEAR(quorbin::surfaceArea(ofBand), quorbin::surfaceArea(open), 1e-9);
+    const LevelSet3D& withoutExtent = band;
+    EXPECT_THROW(quorbin::mesh(withoutExtent), std::invalid_argument);
+}
+
+TEST(Mesh, HasFiniteVerticesBesideValuesThatAreNot) {
+    FullLevelSet3D grid;
+    const double values[] = {-1, std::nan(""), HUGE_VAL, -HUGE_VAL, 1};
+    fill(grid, {7, 6, 5}, [&](int x, int y, int z) { return values[(x * y + 3 * z + y) % 5]; });
+    for (const bool capped : {false, true}) {
+        const quorbin::Mesh mesh = quorbin::mesh(grid, {capped});
+        ASSERT_GT(mesh.vertices.size(), 100U);
+        for (const auto& v : mesh.vertices)
+            ASSERT_TRUE(v.x >= 0 && v.x <= 6 && v.y >= 0 && v.y <= 5 && v.z >= 0 && v.z <= 4);
+    }
 }
 
 TEST(GetPoint, GivesMidpointsAndReportsWhatDoesNotCross) {

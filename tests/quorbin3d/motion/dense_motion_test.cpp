@@ -95,4 +95,20 @@ TEST(VolumeMotion, BySpeedTakesTheSmallestLimitAndReturnsIt) {
     EXPECT_EQ(FullLevelSet3D().moveWithCurvature({}), 1e11);
 }
 
+TEST(VolumeMotion, BySpeedEndsWhenTheCallbackMakesAnotherGridOfIt) {
+    FullLevelSet3D grid;
+    fill(grid, {9, 8, 7}, [](int x, int y, int z) { return x - y + z; });
+    int calls = 0;
+    EXPECT_EQ(grid.moveWithCurvature([&](LevelSet3D*, int, int, int, double* limit) {
+        if (++calls == 5) {
+            grid.release();
+            grid.init(9, 8, 7, 1, 1, 1);
+        }
+        return *limit = 1.0;
+    }),
+              0.0);
+    EXPECT_EQ(calls, 5);
+    for (int i = 0; i < 9 * 8 * 7; ++i) ASSERT_EQ(grid.data()[i], 0.0);
+}
+
 }  // namespace

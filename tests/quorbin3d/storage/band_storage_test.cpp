@@ -1,6 +1,8 @@
 #include <cmath>
 #include <set>
 
+#include <type_traits>
+
 #include "quorbin3d/band_support.h"
 
 namespace {
@@ -103,15 +105,31 @@ TEST(VolumeBand, OfAGridTakesNotANumberForNotPositiveAndAMarchForOutside) {
     EXPECT_GT(band.get(0, 0, 0), 0);
 }
 
+TEST(VolumeBand, IsMadeAlikeFromADenseGridAndFromAnySubclassOfIt) {
+    onVolumePairs([](FullLevelSet3D& dense, SlowVolume& slow) {
+        ASSERT_TRUE(contentOf(quorbin::bandOf(dense, false).points()) ==
+                    contentOf(quorbin::bandOf(slow, false).points()));
+    });
+}
+
 TEST(VolumeBand, IsMovedAndLeavesAnEmptyOneBehind) {
     FastLevelSet3D band;
     band(5, -7, 3) = 2;
     FastLevelSet3D moved = std::move(band);
     EXPECT_EQ(moved.get(5, -7, 3), 2);
     band(5, -7, 3) = 9;  // which is a band as before
+    FastLevelSet3D& self = band;
+    band = std::move(self);
+    EXPECT_EQ(band.get(5, -7, 3), 9);
     moved = std::move(band);
     EXPECT_EQ(moved.get(5, -7, 3), 9);
     EXPECT_EQ(band.size(), 0);
+    static_assert(std::is_nothrow_move_constructible_v<FastLevelSet3D>);
+    const FastLevelSet3D last = std::move(moved);
+    EXPECT_FALSE(moved.have(5, -7, 3));
+    moved.ensureSignedDistanceFMM();
+    moved.moveAlongCurvature();
+    EXPECT_EQ(FastLevelSet3D(moved).size(), 0);
 }
 
 }  // namespace
