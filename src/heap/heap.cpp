@@ -37,50 +37,44 @@ void Heap::removeAll() {
 }
 
 int Heap::insert(int id, double value) {
-    HeapNode* const node = nodes;
-    int* const position = positions;
     if (id < 0 || id >= capacity) return 1;
-    if (position[id] != -1) {
+    if (positions[id] != -1) {
         std::printf(kAlreadyInHeap);
         return 1;
     }
-    node[count] = {id, value};
-    position[id] = count;
+    nodes[count] = {id, value};
+    positions[id] = count;
     ++count;
     siftup(count - 1);
     return 0;
 }
 
 int Heap::remove(double* value) {
-    HeapNode* const node = nodes;
-    int* const position = positions;
     *value = -1.0;
     if (count < 1) return -1;
-    const int id = node[0].id;
-    *value = node[0].value;
+    const int id = nodes[0].id;
+    *value = nodes[0].value;
     // Set before the hole is filled: the id that empties the heap fills its own hole and so stays present.
-    position[id] = -1;
+    positions[id] = -1;
     siftDown(0);
     --count;
     return id;
 }
 
 void Heap::update(int id, double value, int flag) {
-    HeapNode* const node = nodes;
-    int* const position = positions;
     if (!exists(id)) detail::failUpdateOfAbsent(id, value);
-    const int slot = position[id];
+    const int slot = positions[id];
     if (slot >= count) {
         std::printf(kUpdateBeyondCount, id, value, slot, count);
         return;
     }
-    if (node[slot].id != id) {
-        std::printf(kUpdateOfOther, node[slot].id, id);
+    if (nodes[slot].id != id) {
+        std::printf(kUpdateOfOther, nodes[slot].id, id);
         return;
     }
-    const double old = node[slot].value;
+    const double old = nodes[slot].value;
     if (flag != 0 && old > value) return;
-    node[slot].value = value;
+    nodes[slot].value = value;
     if (old > value)
         siftup(slot);
     else
@@ -97,13 +91,11 @@ double Heap::get(int id) {
 int Heap::peek() { return count < 1 ? -1 : nodes[0].id; }
 
 void Heap::siftup(int slot) {
-    HeapNode* const node = nodes;
-    int* const position = positions;
     if (slot < 0 || slot >= count) return;
-    for (int parent = (slot - 1) / 2; node[parent].value > node[slot].value; parent = (slot - 1) / 2) {
-        std::swap(node[parent], node[slot]);
-        position[node[parent].id] = parent;
-        position[node[slot].id] = slot;
+    for (int parent = (slot - 1) / 2; nodes[parent].value > nodes[slot].value; parent = (slot - 1) / 2) {
+        std::swap(nodes[parent], nodes[slot]);
+        positions[nodes[parent].id] = parent;
+        positions[nodes[slot].id] = slot;
         slot = parent;
     }
 }
@@ -122,39 +114,34 @@ int smallerChild(const HeapNode* node, int slot, int count) {
 }  // namespace
 
 void Heap::siftDown(int slot) {
-    HeapNode* const node = nodes;
-    int* const position = positions;
     if (slot < 0 || slot >= count) return;
-    const HeapNode moving = node[count - 1];
+    const HeapNode moving = nodes[count - 1];
     int hole = slot;
     while (hasChild(hole, count)) {
-        const int child = smallerChild(node, hole, count);
-        if (!(moving.value > node[child].value)) break;
-        node[hole] = node[child];
-        position[node[hole].id] = hole;
+        const int child = smallerChild(nodes, hole, count);
+        if (!(moving.value > nodes[child].value)) break;
+        nodes[hole] = nodes[child];
+        positions[nodes[hole].id] = hole;
         hole = child;
     }
-    node[hole] = moving;
-    position[moving.id] = hole;
+    nodes[hole] = moving;
+    positions[moving.id] = hole;
 }
 
 void Heap::siftDown2(int slot) {
-    HeapNode* const node = nodes;
-    int* const position = positions;
     if (slot < 0 || slot >= count) return;
     while (hasChild(slot, count)) {
-        const int child = smallerChild(node, slot, count);
-        if (!(node[slot].value > node[child].value)) break;
-        std::swap(node[slot], node[child]);
-        position[node[slot].id] = slot;
-        position[node[child].id] = child;
+        const int child = smallerChild(nodes, slot, count);
+        if (!(nodes[slot].value > nodes[child].value)) break;
+        std::swap(nodes[slot], nodes[child]);
+        positions[nodes[slot].id] = slot;
+        positions[nodes[child].id] = child;
         slot = child;
     }
 }
 
 void Heap::print() {
-    HeapNode* const node = nodes;
-    for (int slot = 0; slot < count; ++slot) std::printf(kHeapEntry, node[slot].id, node[slot].value);
+    for (int slot = 0; slot < count; ++slot) std::printf(kHeapEntry, nodes[slot].id, nodes[slot].value);
     std::putchar('\n');
 }
 

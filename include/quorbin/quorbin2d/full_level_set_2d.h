@@ -21,14 +21,14 @@ class FullLevelSet3D;
 /// memory throw std::bad_alloc and leave the values unchanged, unless they say otherwise.
 class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
  public:
+    // Storage
+
     FullLevelSet2D() = default;
     ~FullLevelSet2D() override;
     FullLevelSet2D(const FullLevelSet2D&) = delete;
     /// A grid that has been moved from is empty.
     FullLevelSet2D(FullLevelSet2D&& other) noexcept;
     FullLevelSet2D& operator=(FullLevelSet2D&& other) noexcept;
-
-    // Storage
 
     /// Makes this a grid of zeros with the given numbers of points (≥ 0) and spacings (world units), and
     /// frees what it held. If a size is negative or there is not enough memory, the grid stays as it was:

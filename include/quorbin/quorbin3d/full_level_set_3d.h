@@ -18,14 +18,14 @@ class FullLevelSet2D;
 /// memory throw std::bad_alloc and leave the values unchanged, unless they say otherwise.
 class QUORBIN_EXPORT FullLevelSet3D : public LevelSet3D {
  public:
+    // Storage
+
     FullLevelSet3D() = default;
     ~FullLevelSet3D() override;
     FullLevelSet3D(const FullLevelSet3D&) = delete;
     /// A grid that has been moved from is empty.
     FullLevelSet3D(FullLevelSet3D&& other) noexcept;
     FullLevelSet3D& operator=(FullLevelSet3D&& other) noexcept;
-
-    // Storage
 
     /// Makes this a grid of zeros with the given numbers of points (≥ 0) and spacings (world units), and
     /// frees what it held. If a size is negative or there is not enough memory, the grid stays as it was:

@@ -13,9 +13,10 @@ namespace quorbin {
 /// A surface of triangles that share vertices.
 struct Mesh {
     std::vector<brin::Vec3<double>> vertices;
-    std::vector<brin::Vec3<double>>
-        normals;                     ///< one for each vertex: outwards, of length 1, or 0 without a gradient
-    std::vector<gpoint3> triangles;  ///< indices of vertices, counterclockwise seen from outside
+    /// One for each vertex: outwards, of length 1, or 0 where there is no gradient.
+    std::vector<brin::Vec3<double>> normals;
+    /// Indices of vertices, counterclockwise seen from outside.
+    std::vector<gpoint3> triangles;
 };
 
 /// Options of mesh.
@@ -26,8 +27,9 @@ struct MeshOptions {
 
 /// The zero surface of a level set by marching cubes (Lorensen and Cline 1987), in world units (grid index
 /// times spacing): the mesh of getTrianglesUnique or, if capped, of getTrianglesCapped. It is closed except
-/// where the surface leaves the grid. A field without extent gives an empty mesh; for a band there is an
-/// overload of its own. About 1 ns a cell and 0.1 µs a triangle. Throws std::bad_alloc.
+/// where the surface leaves the grid. Not-a-number is outside; beside a value that is not finite the vertex
+/// is at the finite sample, without a normal. Throws std::invalid_argument for a band that is not given as
+/// one (there is an overload for it), and std::bad_alloc. About 1 ns a cell and 0.1 µs a triangle.
 QUORBIN_EXPORT Mesh mesh(const LevelSet3D& field, const MeshOptions& options = {});
 
 /// The same for a band, from the cells whose eight corners are stored.

@@ -85,6 +85,14 @@ struct BandIterate {
     double& value(std::size_t i) { return points[i].value; }
 };
 
+/// Makes the points of an iterate those of the band.
+template <std::size_t dimensions>
+void takePoints(const BandIterate<dimensions>& iterate, typename BandStorage<dimensions>::Hash& points) {
+    std::vector<typename BandStorage<dimensions>::Entry> before;
+    copyInOrder(points, before);
+    replacePoints<dimensions>(points, iterate.points, before);
+}
+
 /// What becomes of a neighbour of an interior point that is not among the points that were stored at first,
 /// since only a subclass says that it is there, or a callback has added it.
 enum class AbsentNeighbour { kEntersWithZero, kMakesPointNotInterior };

@@ -8,6 +8,8 @@
 #include <new>
 #include <vector>
 
+#include "common/stepped.h"
+
 namespace lset::detail {
 
 /// Numbers for scattered grid points such that neighbours are found without searching: the plane or space is
@@ -71,8 +73,7 @@ class TiledPoints {
         const int found = neighbour<axis, step>(number);
         if (found != kNone) return found;
         Point next = point(number);
-        next[axis] =
-            static_cast<int>(static_cast<std::uint32_t>(next[axis]) + static_cast<std::uint32_t>(step));
+        next[axis] = stepped(next[axis], step);
         return this->number(next);
     }
 

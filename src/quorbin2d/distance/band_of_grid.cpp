@@ -18,26 +18,22 @@ int bucketCountFor(const FullLevelSet2D& grid) {
 /// Stores the corners of the cells that the contour crosses.
 void seed(FullLevelSet2D& grid, const VirtualReader2D&, PointHash<double>& values) {
     const int width = grid.getWidth(), height = grid.getHeight();
-    for (int y = 0; y < height - 1; ++y)
-        for (int x = 0; x < width - 1; ++x) {
-            const bool corner0 = grid(x, y) > 0.0;
-            const bool corner1 = grid(x + 1, y) > 0.0;
-            const bool corner2 = grid(x + 1, y + 1) > 0.0;
-            const bool corner3 = grid(x, y + 1) > 0.0;
-            const int cell = cellCase(corner0, corner1, corner2, corner3);
-            if (cell == 0 || cell == 15) continue;
-            for (const auto& [cx, cy] : {std::pair{x, y}, {x + 1, y}, {x + 1, y + 1}, {x, y + 1}})
-                values(cx, cy) = grid(cx, cy);
+    const auto visit = [&](int x, int y, int) {
+        for (int k = 0; k < 4; ++k) {
+            const int cx = x + kSquareX[k], cy = y + kSquareY[k];
+            values(cx, cy) = grid(cx, cy);
         }
+    };
+    forEachCellRead(
+        width, height, [&](int x, int y) { return grid(x, y); }, visit, [](int, int) {});
 }
 
 void seed(FullLevelSet2D& grid, const DenseReader2D& field, PointHash<double>& values) {
-    const auto store = [&](int x, int y) { values(x, y) = field.getInGrid(x, y); };
     const auto visit = [&](int x, int y, int) {
-        store(x, y);
-        store(x + 1, y);
-        store(x + 1, y + 1);
-        store(x, y + 1);
+        for (int k = 0; k < 4; ++k) {
+            const int cx = x + kSquareX[k], cy = y + kSquareY[k];
+            values(cx, cy) = field.getInGrid(cx, cy);
+        }
     };
     forEachCrossedCell(field, grid.getWidth(), grid.getHeight(), visit, [](int, int) {});
 }

@@ -76,14 +76,9 @@ class NearestSegments {
 
 void addCells(FullLevelSet2D& grid, const VirtualReader2D& field, int width, int height,
               NearestSegments& found) {
-    for (int y = 0; y < height - 1; ++y)
-        for (int x = 0; x < width - 1; ++x) {
-            const bool corner0 = grid(x, y) > 0;
-            const bool corner1 = grid(x + 1, y) > 0;
-            const bool corner2 = grid(x + 1, y + 1) > 0;
-            const bool corner3 = grid(x, y + 1) > 0;
-            found.addCell(field, x, y, cellCase(corner0, corner1, corner2, corner3));
-        }
+    forEachCellRead(
+        width, height, [&](int x, int y) { return grid(x, y); },
+        [&](int x, int y, int cell) { found.addCell(field, x, y, cell); }, [](int, int) {});
 }
 
 void addCells(FullLevelSet2D&, const DenseReader2D& field, int width, int height, NearestSegments& found) {

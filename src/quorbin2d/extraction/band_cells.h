@@ -24,10 +24,9 @@ class TiledBandCell {
     TiledBandCell(const TiledBandReader2D&, int x, int y, const double (&corners)[4])
         : at_{double(x), double(y)}, corners_(corners) {}
     brin::Vec2<double> on(int edge) const {
-        static constexpr double kX[4] = {0, 1, 1, 0}, kY[4] = {0, 0, 1, 1};
         const int end = (edge + 1) % 4;
-        return zeroCrossing({at_.x + kX[edge], at_.y + kY[edge]}, corners_[edge],
-                            {at_.x + kX[end], at_.y + kY[end]}, corners_[end]);
+        return zeroCrossing({at_.x + kSquareX[edge], at_.y + kSquareY[edge]}, corners_[edge],
+                            {at_.x + kSquareX[end], at_.y + kSquareY[end]}, corners_[end]);
     }
 
  private:

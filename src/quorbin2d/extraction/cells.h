@@ -20,21 +20,29 @@ void forEachSegment(int caseOfCell, Visit visit) {
     for (int s = 0; s < MarchingSquares::lut_size[caseOfCell]; ++s, edge += 2) visit(edge[0], edge[1]);
 }
 
-/// Visits the cells that carry segments, row by row: visit(x, y, case). endRow(done, all) follows each row of
-/// cells. Every corner is read through its slot.
-template <class Visit, class EndRow>
-void forEachCrossedCell(const VirtualReader2D& field, int width, int height, Visit visit, EndRow endRow) {
+/// Offsets of the corners of a cell, counterclockwise. Edge k leads from corner k to the next.
+constexpr int kSquareX[4] = {0, 1, 1, 0}, kSquareY[4] = {0, 0, 1, 1};
+
+/// Visits the cells whose corners differ, row by row: visit(x, y, case). endRow(done, all) follows each row.
+/// read(x, y) gives the value at a corner; all four are read, in order, for every cell.
+template <class Read, class Visit, class EndRow>
+void forEachCellRead(int width, int height, Read read, Visit visit, EndRow endRow) {
     for (int y = 0; y < height - 1; ++y) {
         for (int x = 0; x < width - 1; ++x) {
-            const bool corner0 = field.get(x, y) > 0.0;
-            const bool corner1 = field.get(x + 1, y) > 0.0;
-            const bool corner2 = field.get(x + 1, y + 1) > 0.0;
-            const bool corner3 = field.get(x, y + 1) > 0.0;
-            const int cell = cellCase(corner0, corner1, corner2, corner3);
+            bool isPositive[4];
+            for (int k = 0; k < 4; ++k) isPositive[k] = read(x + kSquareX[k], y + kSquareY[k]) > 0.0;
+            const int cell = cellCase(isPositive[0], isPositive[1], isPositive[2], isPositive[3]);
             if (cell != 0 && cell != 15) visit(x, y, cell);
         }
         endRow(y + 1, height - 1);
     }
+}
+
+/// The same through the slot.
+template <class Visit, class EndRow>
+void forEachCrossedCell(const VirtualReader2D& field, int width, int height, Visit visit, EndRow endRow) {
+    forEachCellRead(
+        width, height, [&](int x, int y) { return field.get(x, y); }, visit, endRow);
 }
 
 /// The same for exactly the dense grid: one look at each value, eight cells at a time.
@@ -60,8 +68,9 @@ class CellCrossings {
     CellCrossings(const Reader& field, int x, int y) : field_(field), x_(x), y_(y) {}
 
     brin::Vec2<double> on(int edge) const {
-        const int x0 = x_ + (edge == 1 || edge == 2), y0 = y_ + (edge >= 2);
-        const int x1 = x_ + (edge <= 1), y1 = y_ + (edge == 1 || edge == 2);
+        const int end = (edge + 1) % 4;
+        const int x0 = x_ + kSquareX[edge], y0 = y_ + kSquareY[edge];
+        const int x1 = x_ + kSquareX[end], y1 = y_ + kSquareY[end];
         const double f0 = field_.get(x0, y0);
         const double f1 = field_.get(x1, y1);
         return zeroCrossing({double(x0), double(y0)}, f0, {double(x1), double(y1)}, f1);

@@ -12,8 +12,7 @@ using namespace lset::detail;
 
 namespace {
 
-/// Offsets of the corners of a cell, and the left one of those at either end of its edges along x.
-constexpr int kCornerX[4] = {0, 1, 1, 0}, kCornerY[4] = {0, 0, 1, 1};
+/// The edges of a cell that lie along x, and their left corners.
 constexpr bool isAlongX(int edge) { return edge % 2 == 0; }
 constexpr int leftCorner(int edge) { return edge == 0 ? 0 : 3; }
 
@@ -33,8 +32,8 @@ RingTrace trace(Reader& band) {
             bool isOutside[4];
             for (int k = 0; k < 4; ++k) isOutside[k] = !(values[k] <= 0);
             const auto corner = [&](int k) {
-                return brin::Vec2<double>(double(lowerLeft.x) + kCornerX[k],
-                                          double(lowerLeft.y) + kCornerY[k]);
+                return brin::Vec2<double>(double(lowerLeft.x) + kSquareX[k],
+                                          double(lowerLeft.y) + kSquareY[k]);
             };
             const auto pointOn = [&](int edge) {
                 int& index = shared.at(band, corners, edge);
@@ -45,7 +44,7 @@ RingTrace trace(Reader& band) {
                 if (isAlongX(edge)) {
                     const int left = leftCorner(edge);
                     placed.push_back(
-                        {{index, stepped(lowerLeft.y, kCornerY[left]), isOutside[left]}, lowerLeft.x});
+                        {{index, stepped(lowerLeft.y, kSquareY[left]), isOutside[left]}, lowerLeft.x});
                 }
                 return index;
             };

@@ -75,8 +75,8 @@ struct Cell {
         double value;
     };
     Corner corner(int k) const {
-        const int cornerX = x + (k == 1 || k == 2), up = k >= 2 ? 1 : 0;
-        return {cornerX, y + up, (up == 1 ? upper : lower).value(cornerX)};
+        const int cornerX = x + kSquareX[k];
+        return {cornerX, y + kSquareY[k], (kSquareY[k] == 1 ? upper : lower).value(cornerX)};
     }
 };
 

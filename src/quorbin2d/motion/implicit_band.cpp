@@ -33,7 +33,5 @@ void FastLevelSet2D::moveWithCurvatureImplicit(
         }
         if (std::sqrt(sum / static_cast<double>(iterate.interior.size())) < kTolerance) break;
     }
-    std::vector<PointAnd<double>> before;
-    copyInOrder(values_, before);
-    replacePoints<2>(values_, iterate.points, before);
+    takePoints(iterate, values_);
 }

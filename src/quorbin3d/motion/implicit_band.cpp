@@ -68,7 +68,5 @@ void FastLevelSet3D::moveWithCurvatureImplicit(
         }
         if (std::sqrt(sum / static_cast<double>(count)) < kTolerance) break;
     }
-    std::vector<Point3And<double>> before;
-    copyInOrder(values_, before);
-    replacePoints<3>(values_, iterate.points, before);
+    takePoints(iterate, values_);
 }
