@@ -21,6 +21,7 @@ struct PictureDocument {
     const Image* picture = nullptr;  ///< drawn under the contour, where there is one
     bool open = false;               ///< leaves outlines open at the border
     Drawing drawing = Drawing::kContour;
+    double tolerance = 0;  ///< of outlines that are written with fewer points, in world units
 };
 
 /// What a command has to write of a volume.

@@ -103,7 +103,7 @@ void draw(cairo_t* to, const PictureDocument& document, int scale) {
     cairo_pattern_set_filter(cairo_get_source(to), CAIRO_FILTER_NEAREST);
     cairo_paint(to);
 
-    const Contour contour = outlineOf(document.field, document.open);
+    const Outline outline = outlineOf(document.field, document.open, document.tolerance);
     const double size = std::max(document.field.getWidth(), document.field.getHeight());
     cairo_set_line_width(to, std::max(2.0 / scale, size / 400));
     cairo_set_line_join(to, CAIRO_LINE_JOIN_ROUND);
@@ -112,16 +112,14 @@ void draw(cairo_t* to, const PictureDocument& document, int scale) {
     else
         cairo_set_source_rgb(to, 0.1, 0.1, 0.1);
     // Line by line: the time that cairo takes for a path grows faster than its length.
-    const auto stroke = [&](const std::vector<int>& line, bool close) {
-        for (const int i : line) {
-            const auto p = contour.points[static_cast<std::size_t>(i)];
-            cairo_line_to(to, p.x + 0.5, p.y + 0.5);
-        }
+    const double hx = document.field.getXSpace(), hy = document.field.getYSpace();
+    const auto stroke = [&](const Ring& line, bool close) {
+        for (const auto& p : line) cairo_line_to(to, p.x / hx + 0.5, p.y / hy + 0.5);
         if (close) cairo_close_path(to);
         cairo_stroke(to);
     };
-    for (const auto& polygon : contour.polygons) stroke(polygon, true);
-    for (const auto& line : contour.openLines) stroke(line, false);
+    forEachRing(outline, [&](const Ring& ring) { stroke(ring, true); });
+    for (const Ring& line : outline.lines) stroke(line, false);
 }
 
 void writePdf(const PictureDocument& document, OutputFile& out) {

@@ -1,27 +1,25 @@
 #pragma once
 
-#include <vector>
-
-#include <quorbin.h>
+#include "../documents.h"
 
 namespace quorbin::io {
 
-/// The zero contour of a field, in grid-index units.
-struct Contour {
-    std::vector<brin::Vec2<double>> points;
-    std::vector<std::vector<int>> polygons;   ///< closed, values ≤ 0 on the left
-    std::vector<std::vector<int>> openLines;  ///< end at the border of the picture
+/// The zero contour of a field in world units.
+struct Outline {
+    std::vector<Polygon> regions;
+    std::vector<Ring> lines;  ///< that end at the border of the picture, where they are left open
 };
 
-/// Outlines closed along the border of the picture. Every loop closes, whatever the field: the contour is
-/// that of a copy with a ring of large values around it, and its points are moved back onto the picture.
-Contour traceClosed(const FullLevelSet2D& field);
+/// Closed along the border of the picture, or open there; with fewer points where a tolerance is given.
+Outline outlineOf(const FullLevelSet2D& field, bool open, double tolerance = 0);
 
-/// Outlines as they are within the picture.
-Contour traceOpen(const FullLevelSet2D& field);
-
-/// The closed or open contour without what encloses nothing: polygons of no area, as samples of exactly 0 may
-/// have around them, and points that repeat the one before.
-Contour outlineOf(const FullLevelSet2D& field, bool open);
+/// Visits the rings of all regions, each outline before its holes.
+template <class Visit>
+void forEachRing(const Outline& outline, Visit visit) {
+    for (const Polygon& region : outline.regions) {
+        if (!region.outline.empty()) visit(region.outline);
+        for (const Ring& hole : region.holes) visit(hole);
+    }
+}
 
 }  // namespace quorbin::io

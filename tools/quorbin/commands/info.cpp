@@ -66,7 +66,8 @@ struct Info : FieldCommand {
         std::string note;
         const io::Image raster = read(levelSet, note);
         const Statistics known = statisticsOf(raster.samples, levelSet.data());
-        const Contour contour = outlineOf(levelSet, false);
+        std::size_t polygons = 0;
+        forEachRing(outlineOf(levelSet, false), [&](const Ring&) { ++polygons; });
         const BandSize band = bandAround(levelSet);
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace();
         if (json) {
@@ -77,7 +78,7 @@ struct Info : FieldCommand {
                            {"height", raster.height},
                            {"spacing", {hx, hy}}};
             addStatistics(known, note, object);
-            object["polygons"] = contour.polygons.size();
+            object["polygons"] = polygons;
             object["band"] = {{"points", band.points}, {"width", band.width}};
             return print(object);
         }
@@ -85,7 +86,7 @@ struct Info : FieldCommand {
                    raster.isField ? "field" : "picture", raster.width, raster.height, hx, hy);
         printStatistics(known, note, "outline");
         fmt::print("inside   {:.1f} % of the points, {}\n", 100 * known.insidePart,
-                   counted(contour.polygons.size(), "polygon"));
+                   counted(polygons, "polygon"));
         if (band.points > 0)
             fmt::print("band     {} around the outline, {:.1f} cells wide\n",
                        counted(static_cast<std::size_t>(band.points), "point"), band.width);
