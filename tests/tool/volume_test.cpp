@@ -91,6 +91,15 @@ TEST_F(VolumeFormats, VtiIsXmlWithTheBytesOfTheField) {
     EXPECT_EQ(std::memcmp(bytes.data() + 8, ball.data(), size), 0);
 }
 
+TEST_F(VolumeFormats, VtiIsPlacedByTheMatrix) {
+    writeNifti();
+    ASSERT_EQ(run("convert ball.nii -o placed.vti"), 0) << read("err");
+    EXPECT_NE(
+        read("placed.vti").find("Origin=\"30 -5 7\" Spacing=\"1 1 2\" Direction=\"-1 0 0 0 1 0 0 0 1\""),
+        std::string::npos)
+        << read("placed.vti").substr(0, 400);
+}
+
 TEST_F(VolumeFormats, VtpIsXmlThatNamesEveryArray) {
     writeBall(false);
     ASSERT_EQ(run("mesh ball.fl3d -o a.vtp"), 0) << read("err");
