@@ -16,6 +16,8 @@ struct Range {
     bool hasOthers;  // besides these two
 };
 
+bool isWhole(double value) { return value == std::trunc(value); }
+
 Range rangeOf(const std::vector<double>& samples) {
     const auto [low, high] = std::minmax_element(samples.begin(), samples.end());
     const double lowest = *low, highest = *high;
@@ -30,12 +32,15 @@ double otsuLevel(const std::vector<double>& samples) {
     const Range range = rangeOf(samples);
     const double span = range.highest - range.lowest;
     if (span == 0) return range.lowest;
+    // Whole numbers each have a bin. Others get as many as there may be: the fewer, the further the level may
+    // lie from where it belongs.
     constexpr double kMostBins = 65536;
-    const auto bins = static_cast<std::size_t>(std::min(span + 1, kMostBins));
-    const double binWidth = span / static_cast<double>(bins - 1);
+    const bool isEachABin = span < kMostBins && std::all_of(samples.begin(), samples.end(), isWhole);
+    const auto bins = static_cast<std::size_t>(isEachABin ? span + 1 : kMostBins);
+    const auto lastBin = static_cast<double>(bins - 1);
     std::vector<double> count(bins);
     for (const double v : samples)
-        ++count[static_cast<std::size_t>(std::lround((v - range.lowest) / binWidth))];
+        ++count[static_cast<std::size_t>(std::lround((v - range.lowest) / span * lastBin))];
 
     double total = 0, moment = 0;
     for (std::size_t b = 0; b < bins; ++b) {
@@ -57,7 +62,7 @@ double otsuLevel(const std::vector<double>& samples) {
         }
         if (between == best) last = b;
     }
-    return range.lowest + (static_cast<double>(first + last) / 2 + 0.5) * binWidth;
+    return range.lowest + (static_cast<double>(first + last) / 2 + 0.5) * (span / lastBin);
 }
 
 namespace {

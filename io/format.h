@@ -51,7 +51,8 @@ std::string endingsOfWritable(Kind kind);
 /// Whether a file is a volume; reads no more of it than that takes.
 bool isVolume(InputFile& file);
 
-/// Reads a file, whose format its content tells. Refuses values that are not finite.
+/// Reads a file, whose format its content tells. Refuses values that are not finite, or beyond
+/// kLargestSample.
 Image readImage(InputFile& file, const ReadOptions& options = {});
 
 /// Reads samples laid out as given.

@@ -9,6 +9,9 @@ namespace quorbin::io {
 
 inline constexpr long long kMostAlongAnAxis = 1 << 20;
 
+/// Samples are within ± this, so that sums and squares of them are numbers too.
+inline constexpr double kLargestSample = 1e150;
+
 /// Where a file places index (x, y, z) in the world: three rows of a 3 × 4 matrix.
 using Affine = std::array<std::array<double, 4>, 3>;
 

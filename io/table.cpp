@@ -77,6 +77,11 @@ void refuseUnusable(const Image& image) {
     const auto bad = std::count_if(image.samples.begin(), image.samples.end(),
                                    [](double value) { return !std::isfinite(value); });
     if (bad > 0) refuse("holds values that are not finite, {} of them; replace them by numbers", bad);
+    const auto huge = std::count_if(image.samples.begin(), image.samples.end(),
+                                    [](double value) { return std::abs(value) > kLargestSample; });
+    if (huge > 0)
+        refuse("holds values beyond {}, {} of them; replace them by what they stand for", kLargestSample,
+               huge);
 }
 
 }  // namespace

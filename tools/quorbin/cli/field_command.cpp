@@ -85,7 +85,8 @@ void FieldCommand::addInput(CLI::App& command) {
     command.add_option_function<double>(
         "--level",
         [this](double level) {
-            if (!std::isfinite(level)) refuse("--level: give a number");
+            if (!(std::abs(level) <= kLargestSample))
+                refuse("--level: give a number from {} to {}", -kLargestSample, kLargestSample);
             field.level = level;
         },
         "grey value of the outline (default: a mask's own, else Otsu's threshold), or value of a field");
@@ -182,19 +183,31 @@ io::Image FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
 
 Result::Result(const FieldCommand& command, Kind kind, const std::string& usualFormat)
     : format_(outputFormat(kind, command.output, command.format, usualFormat)),
+      input_(command.input),
       file_(command.output, command.force) {}
 
+void Result::requireNumbers(const double* values, std::size_t count) const {
+    if (!std::all_of(values, values + count, [](double value) { return std::isfinite(value); }))
+        refuse(
+            "{}: the result would hold values that are not finite; bring its values and spacings nearer to 1",
+            input_);
+}
+
 void Result::write(const PictureDocument& document) {
+    requireNumbers(document.field.data(), pointsOf(document.field));
     format_.writePicture(document, file_);
     file_.commit();
 }
 
 void Result::write(const VolumeDocument& document) {
+    requireNumbers(document.field.data(), pointsOf(document.field));
     format_.writeVolume(document, file_);
     file_.commit();
 }
 
 void Result::write(const MeshDocument& mesh) {
+    for (const auto* points : {&mesh.vertices, &mesh.normals})
+        for (const brin::Vec3<double>& p : *points) requireNumbers(std::array{p.x, p.y, p.z}.data(), 3);
     format_.writeMesh(mesh, file_);
     file_.commit();
 }

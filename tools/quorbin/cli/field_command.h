@@ -65,7 +65,8 @@ struct FieldCommand {
     mutable std::shared_ptr<InputFile> file_;
 };
 
-/// The result of a command on its way out: path and format are looked at before the work begins.
+/// The result of a command on its way out: path and format are looked at before the work begins, and numbers
+/// that are not finite are refused at its end.
 class Result {
  public:
     Result(const FieldCommand& command, Kind kind, const std::string& usualFormat);
@@ -74,7 +75,10 @@ class Result {
     void write(const MeshDocument& mesh);
 
  private:
+    void requireNumbers(const double* values, std::size_t count) const;
+
     const Format& format_;
+    std::string input_;
     OutputFile file_;
 };
 
