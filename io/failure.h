@@ -8,7 +8,7 @@
 namespace quorbin::io {
 
 /// How the tool ends.
-enum ExitStatus { kDone = 0, kFailed = 1, kBadUsage = 2, kNoCrossing = 4 };
+enum ExitStatus { kDone = 0, kFailed = 1, kBadUsage = 2, kNoCrossing = 4, kNotStill = 5 };
 
 /// Ends a command with one line on standard error: what is wrong, and what would be right.
 struct Failure : std::runtime_error {

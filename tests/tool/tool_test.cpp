@@ -8,7 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -187,7 +189,7 @@ TEST_F(Tool, WritesRingsAsGeoJsonWantsThem) {
     EXPECT_EQ(nlohmann::json::parse(run("info square.pgm --json").out)["polygons"], 2);
 }
 
-TEST_F(Tool, SegmentFindsTheShapesFromCirclesAndFromALevel) {
+TEST_F(Tool, SegmentFindsTheShapes) {
     ASSERT_EQ(run("demo -o demo -q").status, 0);
     FullLevelSet2D drawn, found;
     fill(drawn, 512, 512, [](int x, int y) { return quorbin::tool::demoShapes(x, y); });
@@ -198,8 +200,7 @@ TEST_F(Tool, SegmentFindsTheShapesFromCirclesAndFromALevel) {
         ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
         EXPECT_GT(diceOf(found, drawn), 0.97);
     }
-    // Dark on bright finds the same outline, by circles that do not know where it is; the bright side is
-    // inside.
+    // Dark on bright finds the same outline.
     std::string pgm = "P5 64 48 255\n";
     for (int i = 0; i < 64 * 48; ++i)
         pgm += static_cast<char>((std::hypot(i % 64 - 30, i / 64 - 25) < 15 ? 40 : 90) + i * 7919 % 31);
@@ -208,6 +209,17 @@ TEST_F(Tool, SegmentFindsTheShapesFromCirclesAndFromALevel) {
     ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
     fill(drawn, 64, 48, [](int x, int y) { return 15 - std::hypot(x - 30, y - 25); });
     EXPECT_GT(diceOf(found, drawn), 0.97);
+    ASSERT_EQ(run("segment dark.pgm -o found.fl2d -f --inside below").status, 0);
+    ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
+    fill(drawn, 64, 48, [](int x, int y) { return std::hypot(x - 30, y - 25) - 15; });
+    EXPECT_GT(diceOf(found, drawn), 0.97);
+    const Outcome early = run("segment dark.pgm -o early.svg -q --max-steps 1 --weight 5");
+    EXPECT_EQ(early.status, 5);
+    EXPECT_NE(early.err.find("still moving"), std::string::npos) << early.err;
+    EXPECT_EQ(read("early.svg").rfind("<svg", 0), 0U);
+    EXPECT_EQ(run("segment dark.pgm -o a.svg --picture z.jpg").status, 2);
+    EXPECT_EQ(run("segment dark.pgm -o a.svg --level nan").status, 2);
+    EXPECT_EQ(run("segment dark.pgm -o a.svg --init dark.pgm --inside below").status, 2);
     EXPECT_TRUE(std::filesystem::exists(folder + "/over.png"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/frames/000010.png"));
     EXPECT_EQ(run("segment dark.pgm -o found.fl2d").status, 2);
@@ -216,6 +228,33 @@ TEST_F(Tool, SegmentFindsTheShapesFromCirclesAndFromALevel) {
     EXPECT_EQ(run("segment dark.pgm -o a.svg --max-steps 0").status, 2);
     EXPECT_EQ(run("segment dark.pgm -o a.svg --init square.pgm").status, 2);
     EXPECT_EQ(run("segment dark.pgm -o a.svg --level 200").status, 4);
+}
+
+/// Shapes in noise, which the tool once began to look for by circles, and lost.
+TEST_F(Tool, SegmentLosesNothingThatOtsuSees) {
+    std::mt19937 random(7);
+    const auto noise = [&] {  // nearly Gaussian, of deviation 1, with the same numbers everywhere
+        double sum = -6;
+        for (int i = 0; i < 12; ++i) sum += static_cast<double>(random()) / 4294967296.0;
+        return sum;
+    };
+    const std::function<double(double, double)> shapes[] = {
+        [](double x, double y) { return std::hypot(x, y) - 40; },
+        [](double x, double y) { return std::hypot(x, y) - 36 - 12 * std::sin(5 * std::atan2(y, x)); },
+        [](double x, double y) { return std::min(std::hypot(x + 30, y) - 24, std::hypot(x - 32, y) - 20); }};
+    FullLevelSet2D drawn, found;
+    for (const auto& shape : shapes)
+        for (const auto& [contrast, deviation] : {std::pair{80, 10}, {60, 20}, {30, 8}}) {
+            fill(drawn, 130, 110, [&](int x, int y) { return shape(x - 65, y - 55); });
+            std::string pgm = "P5 130 110 255\n";
+            for (int i = 0; i < 130 * 110; ++i)
+                pgm += static_cast<char>(static_cast<unsigned char>(std::clamp(
+                    60 + (drawn.data()[i] <= 0 ? contrast : 0) + deviation * noise(), 0.0, 255.0)));
+            write("shape.pgm", pgm);
+            ASSERT_EQ(run("segment shape.pgm -q -f -o found.fl2d").status, 0);
+            ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
+            EXPECT_GT(diceOf(found, drawn), 0.99) << contrast;
+        }
 }
 
 TEST_F(Tool, SmoothsAlikeByExplicitAndImplicitSteps) {

@@ -85,15 +85,17 @@ void FieldCommand::addInput(CLI::App& command) {
     command.add_option_function<double>(
         "--level",
         [this](double level) {
-            if (!(std::abs(level) <= kLargestSample))
-                refuse("--level: give a number from {} to {}", -kLargestSample, kLargestSample);
+            requireUsableLevel(level);
             field.level = level;
         },
         "grey value of the outline (default: a mask's own, else Otsu's threshold), or value of a field");
-    command
+    addInside(command, "what is inside: above (a picture's default) or below the level (a field's)");
+}
+
+CLI::Option* FieldCommand::addInside(CLI::App& command, const std::string& description) {
+    return command
         .add_option_function<std::string>(
-            "--inside", [this](const std::string& side) { field.insideAbove = side == "above"; },
-            "what is inside: above (a picture's default) or below the level (a field's)")
+            "--inside", [this](const std::string& side) { field.insideAbove = side == "above"; }, description)
         ->check(CLI::IsMember({"above", "below"}))
         ->type_name("above|below");
 }
@@ -216,6 +218,16 @@ io::Image readPicture(const std::string& path, const std::string& channel) {
     InputFile file(path);
     if (isVolume(file)) refuse("{}: is a volume; quorbin slice takes a plane of it", path);
     return readImage(file, {channel});
+}
+
+void requireUsableLevel(double level) {
+    if (!(std::abs(level) <= kLargestSample))
+        refuse("--level: give a number from {} to {}", -kLargestSample, kLargestSample);
+}
+
+void requirePng(const std::string& picture, const std::string& output) {
+    if (!picture.empty() && (picture == output || formatName(picture, "", "") != "png"))
+        refuse("--picture {}: name a file that ends in .png, another than the output", picture);
 }
 
 std::string counted(std::size_t count, const std::string& noun) {

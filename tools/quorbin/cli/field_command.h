@@ -35,6 +35,8 @@ struct FieldCommand {
     void addInput(CLI::App& command);
     /// The same without what makes a field of the picture.
     void addPicture(CLI::App& command);
+    /// --inside alone, which addInput has too.
+    CLI::Option* addInside(CLI::App& command, const std::string& description);
     /// What a command that takes volumes too is given besides.
     void addVolume(CLI::App& command);
     /// kinds are those of what it may write.
@@ -84,6 +86,12 @@ class Result {
 
 /// Reads a picture; refuses a volume.
 io::Image readPicture(const std::string& path, const std::string& channel);
+
+/// Refuses a level that makes values too large to work with.
+void requireUsableLevel(double level);
+
+/// Refuses a file for a picture beside the output, if one is named, that is not PNG or is the output.
+void requirePng(const std::string& picture, const std::string& output);
 
 /// "1 polygon", "2 polygons".
 std::string counted(std::size_t count, const std::string& noun);

@@ -12,7 +12,6 @@
 #include "cli/field_command.h"
 #include "fields/band.h"
 #include "io/failure.h"
-#include "io/format_name.h"
 #include "io/mesh_picture.h"
 
 namespace quorbin::tool {
@@ -67,8 +66,8 @@ struct MeshCommand : FieldCommand {
 
     void run() const {
         if (!isGivenVolume()) refuse("{}: is a picture; quorbin contour takes it", input);
-        if (wasGivenPicture && (picture == output || formatName(picture, "", "") != "png"))
-            refuse("--picture {}: name a PNG file, another than the mesh", picture);
+        if (wasGivenPicture && picture.empty()) refuse("--picture: has an empty name; name a PNG file");
+        requirePng(picture, output);
         Result result(*this, Kind::kMesh, "ply");
         std::optional<OutputFile> pictureFile;
         if (!picture.empty()) pictureFile.emplace(picture, force);

@@ -24,85 +24,72 @@ struct Segment : FieldCommand {
     double weight = 0.2;
     int maxSteps = 5000;
     bool implicit = false, onBand = false;
-    std::string startLevel, startMask;
+    std::string startMask;
     std::string overlayPath, framesFolder;
     int frameEvery = 10;
 
     void run() {
         Result result(*this, Kind::kPicture, "svg");
+        requirePng(overlayPath, output);
         std::optional<OutputFile> overlay;
         if (!overlayPath.empty()) overlay.emplace(overlayPath, force);
         io::Image picture = readPicture(input, channel);
         picture.isField = false;  // floating-point values are intensities here
         if (!framesFolder.empty() && mkdir(framesFolder.c_str(), 0777) != 0 && errno != EEXIST)
             refuse("{}: cannot be made a folder ({}); choose another", framesFolder, std::strerror(errno));
-        if (onBand && startMask.empty() && startLevel.empty()) startLevel = "otsu";
         FullLevelSet2D levelSet;
         start(picture, levelSet);
-        follow(picture, levelSet);
+        const double moved = follow(picture, levelSet);
         result.write(PictureDocument{levelSet, &picture});
-        if (!overlay) return;
-        draw({levelSet, &picture}, *overlay);
-        overlay->commit();
+        if (overlay) {
+            draw({levelSet, &picture}, *overlay);
+            overlay->commit();
+        }
+        if (moved >= kStill)
+            throw Failure(
+                kNotStill,
+                fmt::format("{}: warning: written as it is after {} steps, but still moving, by {:.2g} "
+                            "pixels in the last ten; give more --max-steps",
+                            input, maxSteps, moved));
     }
 
  private:
     static constexpr int kStepsBetweenLooks = 10;
+    static constexpr double kStill = 0.1;  // samples
 
     static void draw(const PictureDocument& document, OutputFile& out) {
         outputFormat(Kind::kPicture, "", "png", "").writePicture(document, out);
     }
 
-    /// Circles all over the picture find what is in it without being told where to look.
-    static double circleGrid(const io::Image& picture, int x, int y) {
-        const double pitch = std::max(std::min(picture.width, picture.height) / 8.0, 4.0);
-        const auto fromCentre = [=](int c) { return std::fmod(c + 0.5, pitch) - pitch / 2; };
-        return std::hypot(fromCentre(x), fromCentre(y)) - 0.35 * pitch;
-    }
-
     void start(const io::Image& picture, FullLevelSet2D& levelSet) {
-        io::Image source = picture;
-        std::string note = "circles";
-        if (!startMask.empty()) {
-            source = readPicture(startMask, "");
-            if (source.width != picture.width || source.height != picture.height)
-                refuse("{}: is {} × {}; a start for {} wants {} × {}", startMask, source.width, source.height,
-                       input, picture.width, picture.height);
-        } else if (startLevel.empty()) {
-            source.isField = true;
-            for (int y = 0, i = 0; y < picture.height; ++y)
-                for (int x = 0; x < picture.width; ++x, ++i)
-                    source.samples[static_cast<std::size_t>(i)] = circleGrid(picture, x, y);
-        } else {
-            field.level = startLevel == "otsu" ? otsuLevel(picture.samples) : std::stod(startLevel);
-            note = fmt::format("level {}", *field.level);
-        }
-        FieldOptions options;
+        FieldOptions options = field;
         const auto [hx, hy, none] = picture.placement.spacing;
         options.spacing = field.spacing.value_or(Spacing{hx, hy});
-        options.level = startMask.empty() && !startLevel.empty() ? field.level : std::nullopt;
-        std::string maskNote;
-        makeField(source, options, levelSet, maskNote);
+        std::string note;
+        if (startMask.empty()) {
+            // Otsu's threshold minimises the same energy but for the length of the outline.
+            if (!options.level) options.level = otsuLevel(picture.samples);
+            makeField(picture, options, levelSet, note);
+            note = fmt::format("level {}", *options.level);
+        } else {
+            const io::Image mask = readPicture(startMask, "");
+            if (mask.width != picture.width || mask.height != picture.height)
+                refuse("{}: is {} × {}; a start for {} wants {} × {}", startMask, mask.width, mask.height,
+                       input, picture.width, picture.height);
+            makeField(mask, options, levelSet, note);
+            note = startMask;
+        }
         if (!hasCrossing(levelSet))
             throw Failure(kNoCrossing, fmt::format("{}: the start has no outline; choose another", input));
-        if (startMask.empty() && startLevel.empty()) takeTheBrighterSide(picture, levelSet);
         if (hasEqualSpacings(levelSet))
             distanceBySegments(levelSet);
         else
             distanceByMarching(levelSet);
-        report("{}: starts with {}", input, startMask.empty() ? note : startMask);
+        report("{}: starts with {}", input, note);
     }
 
-    /// Circles have no side of their own, and the model does not tell its regions apart.
-    void takeTheBrighterSide(const io::Image& picture, FullLevelSet2D& levelSet) const {
-        Segmentation segmentation(picture, weight, implicit);
-        segmentation.measureMeans(levelSet);
-        if (segmentation.meanInside() >= segmentation.meanOutside()) return;
-        std::for_each_n(levelSet.data(), picture.samples.size(), [](double& value) { value = -value; });
-    }
-
-    void follow(const io::Image& picture, FullLevelSet2D& levelSet) const {
-        constexpr double kStill = 0.1;  // samples
+    /// Returns by how many samples the outline moved in the last steps.
+    double follow(const io::Image& picture, FullLevelSet2D& levelSet) const {
         Segmentation segmentation(picture, weight, implicit);
         Progress progress(!quiet);
         if (onBand && !suitsABand({levelSet.getXSpace(), levelSet.getYSpace()}))
@@ -133,10 +120,10 @@ struct Segment : FieldCommand {
             if (step % frameEvery == 0) frame(step, picture, levelSet);
             progress.show(step, maxSteps);
         } while (moved >= kStill && step < maxSteps);
-        report(
-            "{}: {} after {} steps; mean intensity {:.4g} inside, {:.4g} outside (of 0 to 1)", input,
-            moved < kStill ? "still" : fmt::format("not still (moves by {:.2g} pixels in 10 steps)", moved),
-            step, segmentation.meanInside(), segmentation.meanOutside());
+        report("{}: {} after {} steps; mean intensity {:.4g} inside, {:.4g} outside (of 0 to 1)", input,
+               moved < kStill ? "still" : "not still", step, segmentation.meanInside(),
+               segmentation.meanOutside());
+        return moved;
     }
 
     void frame(int step, const io::Image& picture, const FullLevelSet2D& levelSet) const {
@@ -146,6 +133,19 @@ struct Segment : FieldCommand {
         file.commit();
     }
 };
+
+std::optional<double> parseStart(const std::string& text) {
+    if (text == "otsu") return std::nullopt;
+    std::size_t end = 0;
+    double level = 0;
+    try {
+        level = std::stod(text, &end);
+    } catch (const std::logic_error&) {
+    }
+    if (end == 0 || end != text.size()) refuse("--level {}: give a number or otsu", text);
+    requireUsableLevel(level);
+    return level;
+}
 
 }  // namespace
 
@@ -157,7 +157,9 @@ void addSegment(CLI::App& app) {
         "and\n"
         "Vese 2001): the outline moves by weight x curvature + (I - c_in)^2 - (I - c_out)^2, with the grey I "
         "scaled\n"
-        "to 0..1 and its means on both sides, until it moves by less than a tenth of a pixel in ten steps.",
+        "to 0..1 and its means on both sides, until it moves by less than a tenth of a pixel in ten steps; "
+        "if that is\n"
+        "not so after the last step, the result is written and the exit status is 5.",
         [segment] { segment->run(); });
     segment->addPicture(command);
     segment->addOutput(command, true, {Kind::kPicture});
@@ -173,28 +175,22 @@ void addSegment(CLI::App& app) {
     auto* isExplicit =
         command.add_flag("--explicit", "explicit steps, each within the stable time (default)");
     auto* band = command.add_flag("--band", segment->onBand,
-                                  "on a narrow band around the outline, from Otsu's threshold unless given: "
-                                  "explicit, faster on large pictures, finds nothing far from the start");
+                                  "on a narrow band around the outline: explicit, faster on large pictures, "
+                                  "finds nothing far from the start");
     command
         .add_flag("--implicit", segment->implicit,
                   "implicit steps, in which the outline moves by up to a pixel")
         ->excludes(isExplicit)
         ->excludes(band);
-    auto* level =
-        command.add_option("--level", segment->startLevel,
-                           "start from the outline at a grey value, or at Otsu's threshold; without a "
-                           "start of yours, from circles all over the picture");
-    level->type_name("VALUE|otsu")->check([](const std::string& text) {
-        std::size_t end = 0;
-        try {
-            if (text == "otsu" || (std::isfinite(std::stod(text, &end)) && end == text.size())) return "";
-        } catch (const std::logic_error&) {
-        }
-        return "give a number or otsu";
-    });
-    command.add_option("--init", segment->startMask, "start from a mask of the same size")
+    auto* level = command.add_option_function<std::string>(
+        "--level", [segment](const std::string& text) { segment->field.level = parseStart(text); },
+        "start from the outline at a grey value, or at Otsu's threshold (default)");
+    level->type_name("VALUE|otsu");
+    command.add_option("--init", segment->startMask, "start from a mask of the same size, white inside")
         ->type_name("MASK")
-        ->excludes(level);
+        ->excludes(level)
+        ->excludes(
+            segment->addInside(command, "what is inside: above (default) or below the level at the start"));
     command.add_option("--picture", segment->overlayPath,
                        "the outline over the picture, as PNG, beside the output");
     command.add_option("--frames", segment->framesFolder, "folder for a picture of every Nth step")
