@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <unordered_set>
 
 #include "../io/documents.h"
 #include "../io/failure.h"
@@ -27,6 +28,24 @@ Range rangeOf(const std::vector<double>& samples) {
 }
 
 }  // namespace
+
+std::vector<double> labelsOf(const std::vector<double>& samples) {
+    std::unordered_set<double> found;
+    double last = 0;  // neighbours mostly have the same
+    for (const double value : samples) {
+        if (value == last) continue;
+        if (!isWhole(value))
+            io::refuse(
+                "holds {}, which is not whole and so no label; choose a range by --between LOW,HIGH or a "
+                "--level",
+                value);
+        found.insert(last = value);
+    }
+    found.erase(0);
+    std::vector<double> labels(found.begin(), found.end());
+    std::sort(labels.begin(), labels.end());
+    return labels;
+}
 
 double otsuLevel(const std::vector<double>& samples) {
     const Range range = rangeOf(samples);
@@ -84,9 +103,40 @@ double chooseLevel(const std::vector<double>& samples, bool isField, std::string
     return level;
 }
 
+/// "1, 2 and 3", or the first of many.
+std::string listed(const std::vector<double>& labels) {
+    constexpr std::size_t kMost = 10;
+    const std::size_t shown = labels.size() > kMost ? kMost : labels.size();
+    std::string text;
+    for (std::size_t i = 0; i < shown; ++i)
+        text += fmt::format("{}{}", i == 0 ? "" : i + 1 == labels.size() ? " and " : ", ", labels[i]);
+    if (shown < labels.size()) text += fmt::format(" and {} more", labels.size() - shown);
+    return text;
+}
+
+void requireLabel(const std::vector<double>& samples, double label) {
+    const std::vector<double> labels = labelsOf(samples);
+    if (label != 0 && !std::binary_search(labels.begin(), labels.end(), label))
+        io::refuse("has no label {}; it has 0{}{}", label, labels.empty() ? " alone" : ", ", listed(labels));
+}
+
 void fillField(const std::vector<double>& samples, bool isField, const FieldOptions& options, double* field,
                std::string& note) {
     note.clear();
+    if (options.label) {
+        requireLabel(samples, *options.label);
+        note = fmt::format("label {}", *options.label);
+        std::transform(samples.begin(), samples.end(), field,
+                       [label = *options.label](double value) { return value == label ? -0.5 : 0.5; });
+        return;
+    }
+    if (options.between) {
+        std::transform(samples.begin(), samples.end(), field,
+                       [low = options.between->first, high = options.between->second](double value) {
+                           return std::max(low - value, value - high);
+                       });
+        return;
+    }
     const double level = options.level ? *options.level : chooseLevel(samples, isField, note);
     const bool insideAbove = options.insideAbove.value_or(!isField);
     std::transform(samples.begin(), samples.end(), field,

@@ -2,6 +2,8 @@
 
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <quorbin.h>
 
@@ -21,15 +23,24 @@ struct FieldOptions {
     std::optional<bool>
         insideAbove;  ///< whether what is above the level is inside; a picture's default is yes, a field's no
     std::optional<Spacing> spacing;  ///< instead of the file's own
+
+    // In the place of level and insideAbove, at most one of them:
+    std::optional<std::pair<double, double>> between;  ///< inside is what is neither below nor above these
+    std::optional<double> label;  ///< inside are the samples of this value; the others must be whole, too
 };
 
 /// Otsu's threshold (1979): the level that splits the samples into two classes with the largest variance
 /// between them, half way between the greys on its two sides.
 double otsuLevel(const std::vector<double>& samples);
 
+/// The values that samples take beside 0, in order: the labels of regions before a background. Refuses what
+/// is not whole.
+std::vector<double> labelsOf(const std::vector<double>& samples);
+
 /// Makes the field of a picture or a volume: ≤ 0 inside. A field is taken as it is, less the level if one is
-/// given. A picture of two values is a mask. note says which level was taken, or stays empty. Where a volume
-/// gets another spacing than its own, its placement changes with it.
+/// given. A picture of two values is a mask. note says which level was taken, or stays empty. The outline of
+/// a label runs half way between its samples and others, so that it is the same for both neighbours. Where a
+/// volume gets another spacing than its own, its placement changes with it.
 void makeField(const io::Image& picture, const FieldOptions& options, FullLevelSet2D& field,
                std::string& note);
 void makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& field, std::string& note);

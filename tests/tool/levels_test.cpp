@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "fields/from_samples.h"
@@ -81,6 +83,107 @@ TEST_F(Levels, NoCommandWritesWhatIsNotFinite) {
     writeNpy("huge.npy", "1, 3", {-1.7e308, 0, 1.7e308});
     expectRefusal(2, "convert huge.npy -o c.npy", "huge.npy: holds values beyond 1e+150, 2 of them");
     expectRefusal(2, "mask huge.npy --level 1e308 -o c.npy", "--level: give a number from -1e+150 to 1e+150");
+}
+
+/// Two regions that touch along a ragged line and diagonally, on a background.
+class Labels : public Levels {
+ protected:
+    void SetUp() override {
+        VolumeTool::SetUp();
+        std::vector<double> samples(kWidth * kHeight);
+        for (int i = 0; i < kWidth * kHeight; ++i) {
+            const int x = i % kWidth, y = i / kWidth, ragged = x + x * y * 7919 % 3;
+            samples[static_cast<std::size_t>(i)] = y < 2 ? 1 : ragged < 9 ? 1 : 3;
+        }
+        writeNpy("labels.npy", "14, 20", samples);
+        std::vector<double> layers;
+        for (int z = 0; z < 3; ++z) layers.insert(layers.end(), samples.begin(), samples.end());
+        writeNpy("volume.npy", "3, 14, 20", layers);
+    }
+    /// The number that follows a word in what was printed last.
+    double number(const std::string& word) const {
+        const std::string told = read("out");
+        const auto at = told.find(word);
+        return at == std::string::npos ? NAN : std::strtod(told.c_str() + at + word.size(), nullptr);
+    }
+    static constexpr int kWidth = 20, kHeight = 14;
+};
+
+TEST_F(Labels, ShareTheirOutlinesAndTogetherFillThePicture) {
+    double together = 0;
+    for (const char* label : {"1", "3"}) {
+        ASSERT_EQ(run(std::string("contour labels.npy --label ") + label), 0) << read("err");
+        together += number("area ");
+    }
+    EXPECT_EQ(together, (kWidth - 1) * (kHeight - 1));
+    ASSERT_EQ(run("contour labels.npy --label all -q -o part.csv"), 0) << read("err");
+    // The same points, half way between samples, but for those on the border.
+    const auto inner = [&](const std::string& name) {
+        std::istringstream lines(read(name));
+        std::vector<std::string> points;
+        for (std::string line; std::getline(lines, line);)
+            if (line.find(".5") != std::string::npos) points.push_back(line.substr(line.find(',')));
+        std::sort(points.begin(), points.end());
+        return points;
+    };
+    EXPECT_GT(inner("part-1.csv").size(), 10U);
+    EXPECT_EQ(inner("part-1.csv"), inner("part-3.csv"));
+}
+
+TEST_F(Labels, AreWrittenOneByOneByEveryCommand) {
+    const std::pair<std::string, std::string> cases[] = {{"mask labels.npy", "png"},
+                                                         {"distance labels.npy", "npy"},
+                                                         {"smooth labels.npy --steps 2", "svg"},
+                                                         {"convert volume.npy", "nii.gz"},
+                                                         {"slice volume.npy", "npy"},
+                                                         {"mesh volume.npy --picture m.png", "ply"}};
+    for (const auto& [words, ending] : cases) {
+        ASSERT_EQ(run(words + " --label all -o a." + ending), 0) << words << read("err");
+        EXPECT_FALSE(std::filesystem::exists(folder + "/a." + ending));
+        for (const char* label : {"1", "3"})
+            EXPECT_TRUE(std::filesystem::remove(folder + "/a-" + label + "." + ending)) << words << label;
+    }
+    EXPECT_TRUE(std::filesystem::exists(folder + "/m-3.png"));
+    ASSERT_EQ(run("info labels.npy --label all --json"), 0);
+    EXPECT_NE(read("out").find("\"label 3\""), std::string::npos);
+    // Nothing is written if one of the files is there already; what vanishes does not stop the others.
+    std::ofstream(folder + "/b-3.png") << "mine";
+    expectRefusal(2, "mask labels.npy --label all -o b.png", "b-3.png: exists");
+    EXPECT_FALSE(std::filesystem::exists(folder + "/b-1.png"));
+    std::vector<double> dot(400, 1);
+    dot[210] = 2;
+    writeNpy("dot.npy", "20, 20", dot);
+    expectRefusal(4, "smooth dot.npy --label all --steps 9 -o c.svg",
+                  "nothing is left of these labels, the others");
+}
+
+TEST_F(Labels, AndRangesExcludeLevelsAndAreRefusedWhereThereAreNone) {
+    ASSERT_EQ(run("convert labels.npy --between 2,5 -o range.npy"), 0) << read("err");
+    for (const double value : valuesOf("range.npy")) ASSERT_TRUE(value == 1 || value == -1);
+    writeNpy("grey.npy", "1, 3", {0.25, 0.5, 1});
+    for (const std::string words :
+         {"--label 1 --level 2", "--label 1 --between 1,2", "--between 1,2 --level 1", "--between 2,1",
+          "--between 1", "--label 1 --inside below", "--between 1,2 --inside above", "--label 1.5",
+          "--label x"})
+        EXPECT_EQ(run("mask labels.npy -o d.png " + words), 2) << words;
+    expectRefusal(2, "mask labels.npy --label 2 -o d.png", "labels.npy: has no label 2; it has 0, 1 and 3");
+    expectRefusal(2, "mask grey.npy --label 1 -o d.png",
+                  "grey.npy: holds 0.25, which is not whole and so no label");
+    expectRefusal(2, "mask labels.npy --label all -o -", "name them by -o");
+}
+
+TEST_F(Levels, SayHowToTakeFloatingPointValuesForAPicture) {
+    std::vector<double> samples;
+    for (int i = 0; i < 400; ++i)
+        samples.push_back(std::hypot(i % 20 - 9, i / 20 - 8) < 5 ? 0.75 : 0.25 + i % 2 * 0.1);
+    writeNpy("bright.npy", "20, 20", samples);
+    expectRefusal(4, "contour bright.npy", "add --inside above --level 0.5");
+    ASSERT_EQ(run("contour bright.npy --inside above --level 0.55"), 0);
+    EXPECT_NE(read("out").find("1 polygon"), std::string::npos);
+    expectRefusal(4, "contour bright.npy --level 2",
+                  "its values are 0.25 to 0.75, so choose another --level");
+    expectRefusal(2, "smooth bright.npy --level 0.5 --steps 1 --implicit --dt 1e300 -o a.npy",
+                  "from 1e-100 to 1e100");
 }
 
 }  // namespace

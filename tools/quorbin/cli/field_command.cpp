@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <type_traits>
 
 #include "io/format_name.h"
@@ -36,60 +37,111 @@ std::array<long long, 3> parseSize(const std::string& text) {
     return size;
 }
 
+/// LOW,HIGH, of which the second is not the smaller one.
+std::pair<double, double> parseRange(const std::string& text) {
+    double low = 0, high = 0;
+    char rest = 0;
+    if (std::sscanf(text.c_str(), "%lf,%lf%c", &low, &high, &rest) != 2 || !(low <= high))
+        refuse("--between {}: is no range; give two numbers, the smaller one first, as in 100,200", text);
+    requireUsableLevel(low);
+    requireUsableLevel(high);
+    return {low, high};
+}
+
+double parseLabel(const std::string& text) {
+    int label = 0;
+    char rest = 0;
+    if (std::sscanf(text.c_str(), "%d%c", &label, &rest) != 1)
+        refuse("--label {}: is no label; give a whole number, or all", text);
+    return label;
+}
+
+/// What would help where a field has no outline.
+std::string wayToACrossing(const io::Image& image, const FieldOptions& options) {
+    const auto [low, high] = std::minmax_element(image.samples.begin(), image.samples.end());
+    if (*low == *high) return fmt::format("every value is {}, so choose another input", *low);
+    if (image.isField && !options.level && !options.between)
+        return fmt::format(
+            "its values, {} to {}, are taken as a field, inside where ≤ 0; if it is a picture, bright "
+            "inside, add "
+            "--inside above --level {:.4g}",
+            *low, *high, otsuLevel(image.samples));
+    return fmt::format("its values are {} to {}, so choose another --{}", *low, *high,
+                       options.between ? "between" : "level");
+}
+
 /// For a picture and a volume alike.
 template <class Grid>
-io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& note) {
+io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& note, bool needsCrossing) {
     constexpr bool kIsVolume = std::is_same_v<Grid, FullLevelSet3D>;
     if (kIsVolume && !command.channel.empty())
         refuse("{}: is a volume, which has no --channel", command.input);
-    io::Image image =
-        command.raw ? readRaw(command.file(), *command.raw) : readImage(command.file(), {command.channel});
+    io::Image image = command.image();
     if (!kIsVolume && image.isVolume)
         refuse("{}: is a volume; quorbin slice takes a plane of it", command.input);
     command.file().forget();
     try {
         makeField(image, command.field, levelSet, note);
+        if (needsCrossing && !hasCrossing(levelSet))
+            throw Failure(kNoCrossing,
+                          fmt::format("has no {}, all of it is {}; {}", kIsVolume ? "surface" : "outline",
+                                      levelSet.data()[0] <= 0 ? "inside" : "outside",
+                                      wayToACrossing(image, command.field)));
     } catch (const Failure& failure) {
         throw naming(command.input, failure);
     }
+    if (!command.needsSamples) std::vector<double>().swap(image.samples);
     return image;
 }
 
 template <class Grid>
-auto readAndReport(const FieldCommand& command, Grid& levelSet) {
+auto readAndReport(const FieldCommand& command, Grid& levelSet, bool needsCrossing) {
     std::string note;
-    auto samples = readInput(command, levelSet, note);
+    auto image = readInput(command, levelSet, note, needsCrossing);
     if (!note.empty()) command.report("{}: {}", command.input, note);
-    return samples;
-}
-
-template <class Grid>
-auto readInputWithCrossing(const FieldCommand& command, Grid& levelSet) {
-    auto samples = readAndReport(command, levelSet);
-    if (!hasCrossing(levelSet))
-        throw Failure(
-            kNoCrossing,
-            fmt::format("{}: has no {}, all of it is {}; {}", command.input,
-                        std::is_same_v<Grid, FullLevelSet3D> ? "surface" : "outline",
-                        levelSet.data()[0] <= 0 ? "inside" : "outside",
-                        samples.isField
-                            ? "floating-point values are a field, inside where ≤ 0, unless you give --level"
-                            : "choose another --level or another input"));
-    return samples;
+    return image;
 }
 
 }  // namespace
 
 void FieldCommand::addInput(CLI::App& command) {
     addPicture(command);
-    command.add_option_function<double>(
+    auto* level = command.add_option_function<double>(
         "--level",
-        [this](double level) {
-            requireUsableLevel(level);
-            field.level = level;
+        [this](double value) {
+            requireUsableLevel(value);
+            field.level = value;
         },
         "grey value of the outline (default: a mask's own, else Otsu's threshold), or value of a field");
-    addInside(command, "what is inside: above (a picture's default) or below the level (a field's)");
+    auto* inside =
+        addInside(command, "what is inside: above (a picture's default) or below the level (a field's)");
+    auto* between =
+        command
+            .add_option_function<std::string>(
+                "--between", [this](const std::string& text) { field.between = parseRange(text); },
+                "inside is what has a value of this range")
+            ->type_name("LOW,HIGH")
+            ->excludes(level)
+            ->excludes(inside);
+    command
+        .add_option_function<std::string>(
+            "--label",
+            [this](const std::string& text) {
+                if (text == "all")
+                    everyLabel = true;
+                else
+                    field.label = parseLabel(text);
+            },
+            "inside is what has this whole number for a value; all: each but 0 in turn, into files named "
+            "OUTPUT-1, "
+            "OUTPUT-2 ... before the ending. Neighbours share their outline, half way between samples, and "
+            "never "
+            "overlap; where three meet, or two in a volume by a diagonal alone, a part of the cell is in "
+            "none")
+        ->type_name("N|all")
+        ->excludes(level)
+        ->excludes(inside)
+        ->excludes(between);
 }
 
 CLI::Option* FieldCommand::addInside(CLI::App& command, const std::string& description) {
@@ -166,21 +218,54 @@ bool FieldCommand::isGivenVolume() const {
     return isVolume(file());
 }
 
-io::Image FieldCommand::read(FullLevelSet2D& levelSet) const { return readAndReport(*this, levelSet); }
-io::Image FieldCommand::read(FullLevelSet3D& levelSet) const { return readAndReport(*this, levelSet); }
+io::Image FieldCommand::image() const {
+    if (kept_) return *kept_;
+    return raw ? readRaw(file(), *raw) : readImage(file(), {channel});
+}
+
+io::Image FieldCommand::read(FullLevelSet2D& levelSet) const { return readAndReport(*this, levelSet, false); }
+io::Image FieldCommand::read(FullLevelSet3D& levelSet) const { return readAndReport(*this, levelSet, false); }
 
 io::Image FieldCommand::read(FullLevelSet2D& levelSet, std::string& note) const {
-    return readInput(*this, levelSet, note);
+    return readInput(*this, levelSet, note, false);
 }
 io::Image FieldCommand::read(FullLevelSet3D& levelSet, std::string& note) const {
-    return readInput(*this, levelSet, note);
+    return readInput(*this, levelSet, note, false);
 }
 
 io::Image FieldCommand::readWithCrossing(FullLevelSet2D& levelSet) const {
-    return readInputWithCrossing(*this, levelSet);
+    return readAndReport(*this, levelSet, true);
 }
 io::Image FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
-    return readInputWithCrossing(*this, levelSet);
+    return readAndReport(*this, levelSet, true);
+}
+
+void FieldCommand::nameAfterLabel(double label) {
+    if (output.empty()) return;
+    if (output == "-") refuse("--label all: writes a file a label; name them by -o");
+    output = withLabel(output, label);
+}
+
+void FieldCommand::requireNewFiles() const {
+    if (!output.empty()) OutputFile(output, force);
+}
+
+std::vector<double> FieldCommand::keepLabels() {
+    if (!raw) isGivenVolume();  // refuses raw samples of which no more is said
+    kept_ = std::make_shared<io::Image>(image());
+    try {
+        std::vector<double> labels = labelsOf(kept_->samples);
+        if (labels.empty()) throw Failure(kNoCrossing, "has no label but 0; choose another input");
+        return labels;
+    } catch (const Failure& failure) {
+        throw naming(input, failure);
+    }
+}
+
+std::string withLabel(const std::string& path, double label) {
+    const std::string ending = formatName(path, "", "");
+    const std::size_t stem = path.size() - (ending.empty() ? 0 : ending.size() + 1);
+    return fmt::format("{}-{}{}", path.substr(0, stem), label, path.substr(stem));
 }
 
 Result::Result(const FieldCommand& command, Kind kind, const std::string& usualFormat)

@@ -26,6 +26,8 @@ struct FieldCommand {
     std::string channel;
     FieldOptions field;
     std::optional<RawLayout> raw;
+    bool everyLabel = false;    ///< runForLabels
+    bool needsSamples = false;  ///< besides the field that is made of them
     bool force = false;
     bool quiet = false;
 
@@ -45,7 +47,11 @@ struct FieldCommand {
     /// Whether the input is a volume; refuses raw samples of which no more is said.
     bool isGivenVolume() const;
 
-    /// Reads the input and makes its field; says which level was taken.
+    /// What the input holds.
+    io::Image image() const;
+
+    /// Reads the input and makes its field; says which level was taken. The samples are gone from what is
+    /// returned unless they are needed.
     io::Image read(FullLevelSet2D& levelSet) const;
     io::Image read(FullLevelSet3D& levelSet) const;
 
@@ -57,6 +63,13 @@ struct FieldCommand {
     io::Image readWithCrossing(FullLevelSet2D& levelSet) const;
     io::Image readWithCrossing(FullLevelSet3D& levelSet) const;
 
+    /// Gives what is written a name with a label.
+    void nameAfterLabel(double label);
+    /// Refuses names of files that are there already, or cannot be made.
+    void requireNewFiles() const;
+    /// The labels of the input, which stays in memory for all of them.
+    std::vector<double> keepLabels();
+
     /// Prints a line unless the user wants quiet.
     template <class... Args>
     void report(fmt::format_string<Args...> line, Args&&... args) const {
@@ -65,7 +78,36 @@ struct FieldCommand {
 
  private:
     mutable std::shared_ptr<InputFile> file_;
+    std::shared_ptr<const io::Image> kept_;
 };
+
+/// The path with a label before its ending: a-3.ply.
+std::string withLabel(const std::string& path, double label);
+
+/// Runs a command, or with --label all a copy of it for every label. If nothing is left of one of them, the
+/// others are written nevertheless.
+template <class Command>
+void runForLabels(Command command) {
+    if (!command.everyLabel) return command.run();
+    const std::vector<double> labels = command.keepLabels();
+    const auto commandFor = [&](double label) {
+        Command one = command;
+        one.field.label = label;
+        one.nameAfterLabel(label);
+        return one;
+    };
+    for (const double label : labels) commandFor(label).requireNewFiles();
+    std::string vanished;
+    for (const double label : labels) try {
+            commandFor(label).run();
+        } catch (const Failure& failure) {
+            if (failure.status != kNoCrossing) throw;
+            vanished += fmt::format(" {}", label);
+        }
+    if (!vanished.empty())
+        throw Failure(kNoCrossing, fmt::format("{}: nothing is left of these labels, the others are done:{}",
+                                               command.input, vanished));
+}
 
 /// The result of a command on its way out: path and format are looked at before the work begins, and numbers
 /// that are not finite are refused at its end.

@@ -14,6 +14,8 @@ struct ContourCommand : FieldCommand {
     double tolerance = 0;
     bool wasGivenEmpty = false;  // -o ''
 
+    ContourCommand() { needsSamples = true; }
+
     void run() const {
         std::optional<Result> result;
         if (!output.empty())
@@ -60,7 +62,7 @@ void addContour(CLI::App& app) {
                                    "or drawn over the picture (PNG, PDF).\n"
                                    "Outlines run counterclockwise around the inside (x right, y growing with "
                                    "the rows), holes the other way.",
-                                   [contour] { contour->run(); });
+                                   [contour] { runForLabels(*contour); });
     contour->addInput(command);
     contour->addOutput(command, false, {Kind::kPicture});
     command.get_option("--output")->each([contour](const std::string& path) {

@@ -6,24 +6,29 @@ namespace quorbin::tool {
 
 namespace {
 
-void convertVolume(const FieldCommand& convert) {
-    Result result(convert, Kind::kVolume, "fl3d");
-    FullLevelSet3D levelSet;
-    const io::Image volume = convert.read(levelSet);
-    result.write(VolumeDocument{levelSet, volume.placement});
-}
+struct Convert : FieldCommand {
+    void run() const { isGivenVolume() ? ofVolume() : ofPicture(); }
 
-void convertPicture(const FieldCommand& convert) {
-    Result result(convert, Kind::kPicture, "fl2d");
-    FullLevelSet2D levelSet;
-    convert.read(levelSet);
-    result.write(PictureDocument{levelSet});
-}
+ private:
+    void ofVolume() const {
+        Result result(*this, Kind::kVolume, "fl3d");
+        FullLevelSet3D levelSet;
+        const io::Image volume = read(levelSet);
+        result.write(VolumeDocument{levelSet, volume.placement});
+    }
+
+    void ofPicture() const {
+        Result result(*this, Kind::kPicture, "fl2d");
+        FullLevelSet2D levelSet;
+        read(levelSet);
+        result.write(PictureDocument{levelSet});
+    }
+};
 
 }  // namespace
 
 void addConvert(CLI::App& app) {
-    auto convert = std::make_shared<FieldCommand>();
+    auto convert = std::make_shared<Convert>();
     CLI::App& command = addCommand(
         app, "convert", "convert photo.png -o field.npy",
         "Writes the field of a file in another format: as numbers (FL2D, NPY), drawn in colours (PNG, PDF), "
@@ -32,7 +37,7 @@ void addConvert(CLI::App& app) {
         "(VTI), or its "
         "inside\nalone (FR3D). The field of a picture or a volume of intensities is level - grey, negative "
         "inside.",
-        [convert] { convert->isGivenVolume() ? convertVolume(*convert) : convertPicture(*convert); });
+        [convert] { runForLabels(*convert); });
     convert->addInput(command);
     convert->addVolume(command);
     convert->addOutput(command, true, {Kind::kPicture, Kind::kVolume});

@@ -46,7 +46,7 @@ void addDistance(CLI::App& app) {
                                    "Writes the signed distance to the outline, or to the surface in a "
                                    "volume, negative inside, in units\n"
                                    "of the spacing.",
-                                   [distance] { distance->run(); });
+                                   [distance] { runForLabels(*distance); });
     distance->addInput(command);
     distance->addVolume(command);
     distance->addOutput(command, true, {Kind::kPicture, Kind::kVolume});

@@ -55,8 +55,16 @@ BandSize bandAround(FullLevelSet2D& levelSet) {
 
 using Json = nlohmann::ordered_json;
 
+void printJson(const Json& object) {
+    // A file's name need not be text.
+    fmt::print("{}\n", object.dump(2, ' ', false, Json::error_handler_t::replace));
+}
+
 struct Info : FieldCommand {
     bool json = false;
+    std::shared_ptr<Json> ofLabels = std::make_shared<Json>(Json::array());  // what is to be printed of each
+
+    Info() { needsSamples = true; }
 
     void run() const { isGivenVolume() ? ofVolume() : ofPicture(); }
 
@@ -144,9 +152,11 @@ struct Info : FieldCommand {
         if (!note.empty()) fmt::print("{}  {}\n", what, note);
     }
 
-    static void print(const Json& object) {
-        // A file's name need not be text.
-        fmt::print("{}\n", object.dump(2, ' ', false, Json::error_handler_t::replace));
+    void print(const Json& object) const {
+        if (everyLabel)
+            ofLabels->push_back(object);
+        else
+            printJson(object);
     }
 };
 
@@ -154,10 +164,12 @@ struct Info : FieldCommand {
 
 void addInfo(CLI::App& app) {
     auto info = std::make_shared<Info>();
-    CLI::App& command =
-        addCommand(app, "info", "info photo.png",
-                   "Says what a file holds and what its outline, or the surface in a volume, would be.",
-                   [info] { info->run(); });
+    CLI::App& command = addCommand(
+        app, "info", "info photo.png",
+        "Says what a file holds and what its outline, or the surface in a volume, would be.", [info] {
+            runForLabels(*info);
+            if (!info->ofLabels->empty()) printJson({{"labels", *info->ofLabels}});
+        });
     info->addInput(command);
     info->addVolume(command);
     command.add_flag("--json", info->json, "print a JSON object");

@@ -4,16 +4,24 @@
 
 namespace quorbin::tool {
 
+namespace {
+
+struct Mask : FieldCommand {
+    void run() const {
+        Result result(*this, Kind::kMask, "png");
+        FullLevelSet2D levelSet;
+        read(levelSet);
+        result.write(PictureDocument{levelSet, nullptr, false, Drawing::kMask});
+    }
+};
+
+}  // namespace
+
 void addMask(CLI::App& app) {
-    auto mask = std::make_shared<FieldCommand>();
-    CLI::App& command =
-        addCommand(app, "mask", "mask photo.png -o mask.png",
-                   "Writes a picture that is white (255) inside and black (0) outside.", [mask] {
-                       Result result(*mask, Kind::kMask, "png");
-                       FullLevelSet2D levelSet;
-                       mask->read(levelSet);
-                       result.write(PictureDocument{levelSet, nullptr, false, Drawing::kMask});
-                   });
+    auto mask = std::make_shared<Mask>();
+    CLI::App& command = addCommand(app, "mask", "mask photo.png -o mask.png",
+                                   "Writes a picture that is white (255) inside and black (0) outside.",
+                                   [mask] { runForLabels(*mask); });
     mask->addInput(command);
     mask->addOutput(command, true, {Kind::kMask});
 }

@@ -64,6 +64,15 @@ struct MeshCommand : FieldCommand {
     View view;
     bool isInIndexUnits = false, byAffine = false, soup = false, cap = false, onBand = false;
 
+    void nameAfterLabel(double label) {
+        FieldCommand::nameAfterLabel(label);
+        if (!picture.empty()) picture = withLabel(picture, label);
+    }
+    void requireNewFiles() const {
+        FieldCommand::requireNewFiles();
+        if (!picture.empty()) OutputFile(picture, force);
+    }
+
     void run() const {
         if (!isGivenVolume()) refuse("{}: is a picture; quorbin contour takes it", input);
         if (wasGivenPicture && picture.empty()) refuse("--picture: has an empty name; name a PNG file");
@@ -175,7 +184,7 @@ void addMesh(CLI::App& app) {
         app, "mesh", "mesh head.nii.gz -o head.ply --cap --picture head.png",
         "Writes the surface in a volume as a mesh of triangles, counterclockwise seen from outside, with "
         "normals\n(PLY, OBJ, VTP) and shared vertices, in units of the spacing.",
-        [mesh] { mesh->run(); });
+        [mesh] { runForLabels(*mesh); });
     mesh->addInput(command);
     mesh->addVolume(command);
     mesh->addOutput(command, true, {Kind::kMesh});

@@ -15,6 +15,8 @@ struct Slice : FieldCommand {
     std::string axis = "z";
     std::optional<int> at;
 
+    Slice() { needsSamples = true; }
+
     void run() const {
         if (!isGivenVolume()) refuse("{}: is a picture already", input);
         Result result(*this, Kind::kPicture, "png");
@@ -72,7 +74,7 @@ void addSlice(CLI::App& app) {
         "as the field that it is (FL2D, NPY, or "
         "the "
         "outline,\nSVG ...). Its x and y are the two other axes in their order. A field is drawn in colours.",
-        [slice] { slice->run(); });
+        [slice] { runForLabels(*slice); });
     slice->addInput(command);
     slice->addVolume(command);
     slice->addOutput(command, true, {Kind::kPicture});

@@ -102,7 +102,7 @@ void addSmooth(CLI::App& app) {
         "2/dy^2 +\n"
         "2/dz^2), a ball of radius r is gone after r^2 / 4, and reinitialisation, always by marching, adds "
         "15 %.",
-        [smooth] { smooth->run(); });
+        [smooth] { runForLabels(*smooth); });
     smooth->addInput(command);
     smooth->addVolume(command);
     smooth->addOutput(command, true, {Kind::kPicture, Kind::kVolume});
@@ -121,7 +121,7 @@ void addSmooth(CLI::App& app) {
             "--dt",
             [smooth](double time) {
                 if (!(time > 1e-100 && time < 1e100))
-                    refuse("--dt {}: is no time; give a number above 0", time);
+                    refuse("--dt {}: is no time; give a number from 1e-100 to 1e100", time);
                 smooth->time = time;
             },
             "time of an implicit step (default DX x DY; volumes, only with --band: (DX DY DZ)^(2/3))")
