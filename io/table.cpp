@@ -16,8 +16,8 @@ const std::vector<Format>& formats() {
                                             fr3dFormat(), niftiFormat(), compressedNiftiFormat(),
                                             rawFormat(),  svgFormat(),   geoJsonFormat(),
                                             csvFormat(),  pdfFormat(),   maskFormat(),
-                                            vtiFormat(),  plyFormat(),   stlFormat(),
-                                            objFormat(),  vtpFormat()};
+                                            heatFormat(), vtiFormat(),   plyFormat(),
+                                            stlFormat(),  objFormat(),   vtpFormat()};
     return all;
 }
 

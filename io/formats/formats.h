@@ -22,6 +22,7 @@ Format geoJsonFormat();
 Format csvFormat();
 Format pdfFormat();
 Format maskFormat();
+Format heatFormat();
 Format plyFormat();
 Format stlFormat();
 Format objFormat();

@@ -151,4 +151,13 @@ Format maskFormat() {
     return format;
 }
 
+/// A field in colours with its zero line, where a PNG would hold a mask.
+Format heatFormat() {
+    Format format{"heat", "heat"};
+    format.writePicture = [](const PictureDocument& document, OutputFile& out) {
+        drawPng({document.field}, out);
+    };
+    return format;
+}
+
 }  // namespace quorbin::io

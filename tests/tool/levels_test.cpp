@@ -186,4 +186,17 @@ TEST_F(Levels, SayHowToTakeFloatingPointValuesForAPicture) {
                   "from 1e-100 to 1e100");
 }
 
+TEST_F(Levels, APngOfWhatIsSmoothedIsAMaskUnlessHeatIsWanted) {
+    std::vector<double> samples;
+    for (int i = 0; i < 400; ++i) samples.push_back(std::hypot(i % 20 - 9, i / 20 - 8) - 5);
+    writeNpy("disc.npy", "20, 20", samples);
+    ASSERT_EQ(run("smooth disc.npy --steps 4 -o a.png"), 0) << read("err");
+    ASSERT_EQ(run("smooth disc.npy --steps 4 -o a.fl2d"), 0) << read("err");
+    ASSERT_EQ(run("mask a.fl2d -o b.png"), 0) << read("err");
+    EXPECT_EQ(read("a.png"), read("b.png"));
+    ASSERT_EQ(run("smooth disc.npy --steps 4 --format heat -o c.png"), 0) << read("err");
+    ASSERT_EQ(run("convert a.fl2d -o d.png"), 0) << read("err");
+    EXPECT_EQ(read("c.png"), read("d.png"));
+}
+
 }  // namespace

@@ -45,7 +45,7 @@ void addDistance(CLI::App& app) {
     CLI::App& command = addCommand(app, "distance", "distance mask.png -o distance.npy",
                                    "Writes the signed distance to the outline, or to the surface in a "
                                    "volume, negative inside, in units\n"
-                                   "of the spacing.",
+                                   "of the spacing. A PNG shows it in colours, with the outline.",
                                    [distance] { runForLabels(*distance); });
     distance->addInput(command);
     distance->addVolume(command);
