@@ -170,6 +170,7 @@ TEST_F(Labels, AndRangesExcludeLevelsAndAreRefusedWhereThereAreNone) {
     expectRefusal(2, "mask grey.npy --label 1 -o d.png",
                   "grey.npy: holds 0.25, which is not whole and so no label");
     expectRefusal(2, "mask labels.npy --label all -o -", "name them by -o");
+    expectRefusal(2, "mask labels.npy --label all -o .", ".: is a folder");
 }
 
 TEST_F(Levels, SayHowToTakeFloatingPointValuesForAPicture) {

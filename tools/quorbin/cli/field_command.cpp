@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <type_traits>
 
 #include "io/format_name.h"
@@ -243,6 +244,8 @@ io::Image FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
 void FieldCommand::nameAfterLabel(double label) {
     if (output.empty()) return;
     if (output == "-") refuse("--label all: writes a file a label; name them by -o");
+    if (output.back() == '/' || std::filesystem::is_directory(output))
+        refuse("{}: is a folder; name a file, whose name all those of --label all begin with", output);
     output = withLabel(output, label);
 }
 

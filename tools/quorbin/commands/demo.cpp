@@ -96,7 +96,11 @@ void addDemo(CLI::App& app) {
         ->check(CLI::IsMember({"r", "g", "b", "luma"}))
         ->type_name("r|g|b|luma");
     command.add_option_function<double>(
-        "--level", [demo](double level) { demo->field.level = level; },
+        "--level",
+        [demo](double level) {
+            requireUsableLevel(level);
+            demo->field.level = level;
+        },
         "grey value of the outline (default: Otsu's threshold)");
     command.add_flag("--force,-f", demo->force, "overwrite what is in the folder");
     command.add_flag("--quiet,-q", demo->quiet, "print nothing but errors");

@@ -46,11 +46,10 @@ struct Segment : FieldCommand {
             overlay->commit();
         }
         if (moved >= kStill)
-            throw Failure(
-                kNotStill,
-                fmt::format("{}: warning: written as it is after {} steps, but still moving, by {:.2g} "
-                            "pixels in the last ten; give more --max-steps",
-                            input, maxSteps, moved));
+            throw Failure(kNotStill,
+                          fmt::format("{}: warning: written as it is after {}, but still moving, by {:.2g} "
+                                      "pixels at last; give more --max-steps",
+                                      input, counted(static_cast<std::size_t>(maxSteps), "step"), moved));
     }
 
  private:
