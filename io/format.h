@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,9 @@ namespace quorbin::io {
 
 /// What is read of a file that holds more than one thing.
 struct ReadOptions {
-    std::string channel;  ///< r, g, b or luma of a picture in colour; empty: only a grey one will do
+    std::string channel;  ///< r, g, b, a, luma or a number from 0; empty: grey or luminance
+    std::optional<long long> frame = std::nullopt;  ///< of a file in time, from 0
+    std::optional<double> nan = std::nullopt;       ///< in the place of values that are not finite
 };
 
 /// What files of a format hold.
@@ -30,6 +33,7 @@ struct Format {
     bool (*matches)(InputFile& file) = nullptr;
     bool (*holdsVolume)(InputFile& file) = nullptr;
     Image (*read)(InputFile& file, const ReadOptions& options) = nullptr;
+    bool takesChannel = false, takesFrame = false;  ///< among what is asked for when it is read
 
     bool writesMasks = false;  ///< a picture, too, as white and black
     void (*writePicture)(const PictureDocument& document, OutputFile& out) = nullptr;
@@ -51,12 +55,12 @@ std::string endingsOfWritable(Kind kind);
 /// Whether a file is a volume; reads no more of it than that takes.
 bool isVolume(InputFile& file);
 
-/// Reads a file, whose format its content tells. Refuses values that are not finite, or beyond
-/// kLargestSample.
+/// Reads a file, whose format its content tells. Refuses values that are not finite, or replaces them, and
+/// values beyond kLargestSample.
 Image readImage(InputFile& file, const ReadOptions& options = {});
 
 /// Reads samples laid out as given.
-Image readRaw(InputFile& file, const RawLayout& layout);
+Image readRaw(InputFile& file, const RawLayout& layout, const ReadOptions& options = {});
 
 /// The format of an output: the one named, else by the ending of the path, else (where that has none, or on
 /// standard output) the usual one. Refuses what is not written so.

@@ -11,13 +11,12 @@
 namespace quorbin::io {
 
 const std::vector<Format>& formats() {
-    static const std::vector<Format> all = {pngFormat(),  pgmFormat(),   tiffFormat(),
-                                            npyFormat(),  fl2dFormat(),  fl3dFormat(),
-                                            fr3dFormat(), niftiFormat(), compressedNiftiFormat(),
-                                            rawFormat(),  svgFormat(),   geoJsonFormat(),
-                                            csvFormat(),  pdfFormat(),   maskFormat(),
-                                            heatFormat(), vtiFormat(),   plyFormat(),
-                                            stlFormat(),  objFormat(),   vtpFormat()};
+    static const std::vector<Format> all = {
+        pngFormat(),  pnmFormat(),  webpFormat(),    tiffFormat(),  npyFormat(),
+        fl2dFormat(), fl3dFormat(), fr3dFormat(),    niftiFormat(), compressedNiftiFormat(),
+        rawFormat(),  svgFormat(),  geoJsonFormat(), csvFormat(),   pdfFormat(),
+        maskFormat(), heatFormat(), vtiFormat(),     plyFormat(),   stlFormat(),
+        objFormat(),  vtpFormat()};
     return all;
 }
 
@@ -69,19 +68,27 @@ auto naming(InputFile& file, Work work) {
     }
 }
 
-void refuseUnusable(const Image& image) {
+void refuseUnusable(Image& image, const ReadOptions& options) {
     for (const double h : image.placement.spacing)
         if (!(h > 1e-100 && h < 1e100))
             refuse("has the spacings {}, {} and {}; they should be positive", image.placement.spacing[0],
                    image.placement.spacing[1], image.placement.spacing[2]);
-    const auto bad = std::count_if(image.samples.begin(), image.samples.end(),
-                                   [](double value) { return !std::isfinite(value); });
-    if (bad > 0) refuse("holds values that are not finite, {} of them; replace them by numbers", bad);
+    const auto isBad = [](double value) { return !std::isfinite(value); };
+    if (options.nan) std::replace_if(image.samples.begin(), image.samples.end(), isBad, *options.nan);
+    const auto bad = std::count_if(image.samples.begin(), image.samples.end(), isBad);
+    if (bad > 0) refuse("holds values that are not finite, {} of them; replace them by --nan VALUE", bad);
     const auto huge = std::count_if(image.samples.begin(), image.samples.end(),
                                     [](double value) { return std::abs(value) > kLargestSample; });
     if (huge > 0)
         refuse("holds values beyond {}, {} of them; replace them by what they stand for", kLargestSample,
                huge);
+}
+
+/// Refuses to leave out silently what was asked for.
+void refuseUseless(const ReadOptions& options, const char* format, bool takesChannel, bool takesFrame) {
+    if (!options.channel.empty() && !takesChannel)
+        refuse("is {}, without channels; leave out --channel", format);
+    if (options.frame && !takesFrame) refuse("is {}, without frames; leave out --frame", format);
 }
 
 }  // namespace
@@ -112,17 +119,19 @@ bool isVolume(InputFile& file) {
 Image readImage(InputFile& file, const ReadOptions& options) {
     return naming(file, [&] {
         const Format& format = formatOf(file);
+        refuseUseless(options, format.name, format.takesChannel, format.takesFrame);
         Image image = format.read(file, options);
         image.format = format.name;
-        refuseUnusable(image);
+        refuseUnusable(image, options);
         return image;
     });
 }
 
-Image readRaw(InputFile& file, const RawLayout& layout) {
+Image readRaw(InputFile& file, const RawLayout& layout, const ReadOptions& options) {
     return naming(file, [&] {
+        refuseUseless(options, "raw", false, false);
         Image image = decodeRaw(file, layout);
-        refuseUnusable(image);
+        refuseUnusable(image, options);
         return image;
     });
 }

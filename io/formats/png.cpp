@@ -4,8 +4,10 @@
 #include <csetjmp>
 #include <cstring>
 
+#include "../channels.h"
 #include "../failure.h"
 #include "../png_image.h"
+#include "../sample_types.h"
 #include "drawing.h"
 #include "formats.h"
 
@@ -52,7 +54,7 @@ class PngFile {
         png_read_info(png_, info_);
         png_set_palette_to_rgb(png_);
         if (png_get_color_type(png_, info_) == PNG_COLOR_TYPE_GRAY) png_set_expand_gray_1_2_4_to_8(png_);
-        png_set_strip_alpha(png_);
+        if (png_get_valid(png_, info_, PNG_INFO_tRNS) != 0) png_set_tRNS_to_alpha(png_);
         if (png_get_bit_depth(png_, info_) == 16) png_set_swap(png_);
         png_set_interlace_handling(png_);
         png_read_update_info(png_, info_);
@@ -80,16 +82,13 @@ class PngFile {
     png_infop info_ = nullptr;
 };
 
-double pick(const double rgb[3], const std::string& channel) {
-    if (channel == "r") return rgb[0];
-    if (channel == "g") return rgb[1];
-    if (channel == "b") return rgb[2];
-    return 0.299 * rgb[0] + 0.587 * rgb[1] + 0.114 * rgb[2];
-}
-
 Image read(InputFile& input, const ReadOptions& options) {
     PngFile file(input.all());
     if (!file.readHeader()) file.fail();
+    ChannelLayout layout{file.channels(), file.channels() >= 3};
+    if (layout.count % 2 == 0) layout.alpha = layout.count - 1;
+    if (file.isDeep()) layout.opaque = 65535;
+    ChannelChoice choice(layout, options.channel);
     Image image;
     setPictureSize(image, file.width(), file.height());
     Bytes pixels(file.rowBytes() * file.height());
@@ -97,25 +96,14 @@ Image read(InputFile& input, const ReadOptions& options) {
     for (std::size_t y = 0; y < rows.size(); ++y) rows[y] = pixels.data() + y * file.rowBytes();
     if (!file.readRows(rows.data())) file.fail();
 
-    const std::size_t channels = file.channels(),
-                      points = static_cast<std::size_t>(file.width()) * file.height();
-    const auto sample = [&](std::size_t i) {
-        if (!file.isDeep()) return static_cast<double>(pixels[i]);
-        std::uint16_t value;
-        std::memcpy(&value, pixels.data() + 2 * i, sizeof value);
-        return static_cast<double>(value);
-    };
-    for (std::size_t i = 0; i < points; ++i) {
-        if (channels < 3) {
-            image.samples[i] = sample(i * channels);
-            continue;
-        }
-        const double rgb[3] = {sample(i * channels), sample(i * channels + 1), sample(i * channels + 2)};
-        const bool isGrey = rgb[0] == rgb[1] && rgb[1] == rgb[2];
-        if (!isGrey && options.channel.empty())
-            refuse("is in colour; choose what to read by --channel r, g, b or luma");
-        image.samples[i] = isGrey ? rgb[0] : pick(rgb, options.channel);
+    const SampleType type{'u', file.isDeep() ? 2U : 1U};
+    const std::size_t width = file.width();
+    std::vector<double> row(width * layout.count);
+    for (std::size_t y = 0; y < rows.size(); ++y) {
+        decodeSamples(type, rows[y], row.size(), row.data());
+        choice.take(row.data(), width, image.samples.data() + y * width);
     }
+    choice.note(image);
     return image;
 }
 
@@ -134,6 +122,7 @@ void write(const PictureDocument& document, OutputFile& out) {
 Format pngFormat() {
     Format format{"PNG", "png"};
     format.holds = Holds::kPictures;
+    format.takesChannel = true;
     format.matches = [](InputFile& file) { return startsWith(file.start(), "\x89PNG\r\n\x1a\n"); };
     format.read = read;
     format.writesMasks = true;

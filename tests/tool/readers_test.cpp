@@ -1,4 +1,5 @@
 #include <png.h>
+#include <webp/encode.h>
 
 #include <cstdint>
 #include <cstring>
@@ -16,11 +17,13 @@ using namespace quorbin::fields;
 namespace {
 
 /// What the tool reads of a file with these bytes.
-quorbin::io::Image readBytes(const Bytes& bytes, const std::string& channel) {
+quorbin::io::Image readBytes(const Bytes& bytes, const std::string& channel = {}) {
     const MemoryFile copy;
     copy.write(bytes.data(), bytes.size());
     InputFile file(copy.path());
-    return readImage(file, {channel});
+    ReadOptions options;
+    options.channel = channel;
+    return readImage(file, options);
 }
 
 Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
@@ -70,12 +73,52 @@ TEST(PngReader, TakesEveryGreyPictureAndChannelsOfColour) {
     EXPECT_EQ(readBytes(png(2, 1, PNG_COLOR_TYPE_PALETTE, 8, {1, 0}, {{3, 3, 3}, {4, 4, 4}}), "").samples,
               (Values{4, 3}));
     const Bytes colour = png(1, 1, PNG_COLOR_TYPE_RGB, 8, {10, 20, 30});
-    EXPECT_THROW(readBytes(colour, ""), Failure);
     EXPECT_EQ(readBytes(colour, "g").samples, (Values{20}));
-    EXPECT_NEAR(readBytes(colour, "luma").samples[0], 18.15, 1e-12);
+    EXPECT_EQ(readBytes(colour, "2").samples, (Values{30}));
+    for (const char* luminance : {"", "luma"})
+        EXPECT_NEAR(readBytes(colour, luminance).samples[0], 18.15, 1e-12) << luminance;
+    for (const char* none : {"a", "3"}) EXPECT_THROW(readBytes(colour, none), Failure) << none;
     Bytes cut = colour;
     cut.resize(cut.size() / 2);
     EXPECT_THROW(readBytes(cut, "r"), Failure);
+}
+
+TEST(PngReader, LeavesAlphaOutAndSaysSoWhereItWouldBeSeen) {
+    using Values = std::vector<double>;
+    const Bytes veiled = png(2, 1, PNG_COLOR_TYPE_RGB_ALPHA, 8, {5, 5, 5, 255, 6, 6, 6, 100}),
+                plain = png(1, 1, PNG_COLOR_TYPE_RGB_ALPHA, 8, {5, 5, 5, 255}),
+                grey = png(1, 1, PNG_COLOR_TYPE_GRAY_ALPHA, 16, {1, 2, 0, 3});
+    EXPECT_EQ(readBytes(veiled).samples, (Values{5, 6}));
+    EXPECT_EQ(readBytes(veiled).notes.size(), 1U);
+    EXPECT_EQ(readBytes(veiled, "a").samples, (Values{255, 100}));
+    EXPECT_TRUE(readBytes(veiled, "a").notes.empty());
+    EXPECT_TRUE(readBytes(plain).notes.empty());
+    EXPECT_EQ(readBytes(grey).samples, (Values{258}));
+    EXPECT_EQ(readBytes(grey, "a").samples, (Values{3}));
+}
+
+TEST(WebpReader, TakesColourAndAlpha) {
+    const std::uint8_t pixels[] = {10, 20, 30, 255, 7, 7, 7, 100};
+    std::uint8_t* made = nullptr;
+    const std::size_t size = WebPEncodeLosslessRGBA(pixels, 2, 1, 8, &made);
+    Bytes bytes(made, made + size);
+    WebPFree(made);
+    EXPECT_NEAR(readBytes(bytes).samples[0], 18.15, 1e-12);
+    EXPECT_EQ(readBytes(bytes).notes.size(), 1U);
+    EXPECT_EQ(readBytes(bytes, "a").samples, (std::vector<double>{255, 100}));
+    bytes.resize(bytes.size() / 2);
+    EXPECT_THROW(readBytes(bytes), Failure);
+}
+
+TEST(PnmReader, TakesColourAndBitmaps) {
+    using Values = std::vector<double>;
+    EXPECT_NEAR(readBytes(bytesOf("P3 1 1 99 10 20 30")).samples[0], 18.15, 1e-12);
+    EXPECT_EQ(readBytes(bytesOf(std::string("P6 2 1 255\n") + "abcdef"), "g").samples, (Values{'b', 'e'}));
+    EXPECT_EQ(readBytes(bytesOf("P1 3 2 # ink\n010\n1 1 1")).samples, (Values{1, 0, 1, 0, 0, 0}));
+    EXPECT_EQ(readBytes(bytesOf(std::string("P4 9 2\n") + "\x80\x7f\x7f\x80")).samples,
+              (Values{0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0}));
+    for (const char* bad : {"P1 2 2 0 1 2 1", "P4 9 9\nxx", "P6 2 2 255\nabc", "P3 1 1 9 1 2", "P1 2 2 01"})
+        EXPECT_THROW(readBytes(bytesOf(bad)), Failure) << bad;
 }
 
 TEST(PgmReader, TakesPlainAndBinaryFiles) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <type_traits>
 
+#include "io/channels.h"
 #include "io/format_name.h"
 
 namespace quorbin::tool {
@@ -75,8 +76,6 @@ std::string wayToACrossing(const io::Image& image, const FieldOptions& options) 
 template <class Grid>
 io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& note, bool needsCrossing) {
     constexpr bool kIsVolume = std::is_same_v<Grid, FullLevelSet3D>;
-    if (kIsVolume && !command.channel.empty())
-        refuse("{}: is a volume, which has no --channel", command.input);
     io::Image image = command.image();
     if (!kIsVolume && image.isVolume)
         refuse("{}: is a volume; quorbin slice takes a plane of it", command.input);
@@ -99,6 +98,7 @@ template <class Grid>
 auto readAndReport(const FieldCommand& command, Grid& levelSet, bool needsCrossing) {
     std::string note;
     auto image = readInput(command, levelSet, note, needsCrossing);
+    command.reportNotes(image);
     if (!note.empty()) command.report("{}: {}", command.input, note);
     return image;
 }
@@ -158,9 +158,7 @@ void FieldCommand::addPicture(CLI::App& command) {
         .add_option("INPUT", input,
                     fmt::format("a picture ({}); - for standard input", namesOfReadable(Kind::kPicture)))
         ->required();
-    command.add_option("--channel", channel, "what to read of a picture in colour")
-        ->check(CLI::IsMember({"r", "g", "b", "luma"}))
-        ->type_name("r|g|b|luma");
+    addReading(command, reading);
     command
         .add_option_function<std::string>(
             "--spacing", [this](const std::string& text) { field.spacing = parseSpacing(text); },
@@ -176,7 +174,7 @@ void FieldCommand::addVolume(CLI::App& command) {
             .add_option("--type", layout->type,
                         "of the samples of a file without a header, little-endian: uint8, int16, float32 ...")
             ->check(CLI::IsMember({"int8", "int16", "int32", "int64", "uint8", "uint16", "uint32", "uint64",
-                                   "float32", "float64"}))
+                                   "float16", "float32", "float64"}))
             ->type_name("TYPE");
     // Defined after the type, so that this is known when its callback runs.
     auto* size = command
@@ -207,6 +205,10 @@ void FieldCommand::addOutput(CLI::App& command, bool required, std::initializer_
     command.add_flag("--force,-f", force, "overwrite an existing file");
 }
 
+void FieldCommand::reportNotes(const io::Image& image) const {
+    for (const std::string& note : image.notes) report("{}: {}", input, note);
+}
+
 InputFile& FieldCommand::file() const {
     if (!file_) file_ = std::make_shared<InputFile>(input);
     return *file_;
@@ -221,7 +223,7 @@ bool FieldCommand::isGivenVolume() const {
 
 io::Image FieldCommand::image() const {
     if (kept_) return *kept_;
-    return raw ? readRaw(file(), *raw) : readImage(file(), {channel});
+    return raw ? readRaw(file(), *raw, reading) : readImage(file(), reading);
 }
 
 io::Image FieldCommand::read(FullLevelSet2D& levelSet) const { return readAndReport(*this, levelSet, false); }
@@ -302,10 +304,36 @@ void Result::write(const MeshDocument& mesh) {
     file_.commit();
 }
 
-io::Image readPicture(const std::string& path, const std::string& channel) {
+void addReading(CLI::App& command, ReadOptions& reading) {
+    command
+        .add_option_function<std::string>(
+            "--channel",
+            [&reading](const std::string& text) {
+                if (!isChannelName(text))
+                    refuse("--channel {}: is no channel; give r, g, b, a, luma or a number from 0", text);
+                reading.channel = text;
+            },
+            "what to read of colours, whose luminance is read else, or of several channels")
+        ->type_name("r|g|b|a|luma|N");
+    command
+        .add_option("--frame", reading.frame, "which of the pictures or volumes of a file in time, from 0")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("N");
+    command
+        .add_option_function<double>(
+            "--nan",
+            [&reading](double value) {
+                if (!std::isfinite(value)) refuse("--nan {}: give a number that is finite", value);
+                reading.nan = value;
+            },
+            "what to take for values that are not finite (default: refuse them)")
+        ->type_name("VALUE");
+}
+
+io::Image readPicture(const std::string& path, const ReadOptions& reading) {
     InputFile file(path);
     if (isVolume(file)) refuse("{}: is a volume; quorbin slice takes a plane of it", path);
-    return readImage(file, {channel});
+    return readImage(file, reading);
 }
 
 void requireUsableLevel(double level) {

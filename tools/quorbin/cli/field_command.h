@@ -23,7 +23,7 @@ struct FieldCommand {
     std::string input;
     std::string output;
     std::string format;
-    std::string channel;
+    ReadOptions reading;
     FieldOptions field;
     std::optional<RawLayout> raw;
     bool everyLabel = false;    ///< runForLabels
@@ -69,6 +69,9 @@ struct FieldCommand {
     void requireNewFiles() const;
     /// The labels of the input, which stays in memory for all of them.
     std::vector<double> keepLabels();
+
+    /// Prints what there is to say about the reading of a file.
+    void reportNotes(const io::Image& image) const;
 
     /// Prints a line unless the user wants quiet.
     template <class... Args>
@@ -126,8 +129,11 @@ class Result {
     OutputFile file_;
 };
 
+/// Adds the options of what is read of a file.
+void addReading(CLI::App& command, ReadOptions& reading);
+
 /// Reads a picture; refuses a volume.
-io::Image readPicture(const std::string& path, const std::string& channel);
+io::Image readPicture(const std::string& path, const ReadOptions& reading);
 
 /// Refuses a level that makes values too large to work with.
 void requireUsableLevel(double level);

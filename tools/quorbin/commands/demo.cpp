@@ -24,7 +24,8 @@ struct Demo : FieldCommand {
 
     void run() {
         if (output == "-") refuse("demo: writes a folder; name one by -o");
-        const io::Image picture = picturePath.empty() ? demoPicture() : readPicture(picturePath, channel);
+        const io::Image picture = picturePath.empty() ? demoPicture() : readPicture(picturePath, reading);
+        reportNotes(picture);
         if (mkdir(output.c_str(), 0777) != 0 && errno != EEXIST)
             refuse("{}: cannot be made a folder ({}); choose another", output, std::strerror(errno));
         FullLevelSet2D levelSet;
@@ -91,10 +92,9 @@ void addDemo(CLI::App& app) {
         [demo] { demo->run(); });
     command.add_option("-o,--output", demo->output, "folder to write to, made if it is not there")
         ->required();
-    command.add_option("--input", demo->picturePath, "a picture of yours: PNG, PGM, NPY or FL2D");
-    command.add_option("--channel", demo->channel, "what to read of a picture in colour")
-        ->check(CLI::IsMember({"r", "g", "b", "luma"}))
-        ->type_name("r|g|b|luma");
+    command.add_option("--input", demo->picturePath,
+                       "a picture of yours: " + namesOfReadable(Kind::kPicture));
+    addReading(command, demo->reading);
     command.add_option_function<double>(
         "--level",
         [demo](double level) {

@@ -86,12 +86,14 @@ struct Info : FieldCommand {
                            {"height", raster.height},
                            {"spacing", {hx, hy}}};
             addStatistics(known, note, object);
+            object["reading"] = raster.notes;
             object["polygons"] = polygons;
             object["band"] = {{"points", band.points}, {"width", band.width}};
             return print(object);
         }
         fmt::print("{}: {} {}, {} × {} points, spacing {} × {}\n", input, raster.format,
                    raster.isField ? "field" : "picture", raster.width, raster.height, hx, hy);
+        reportNotes(raster);
         printStatistics(known, note, "outline");
         fmt::print("inside   {:.1f} % of the points, {}\n", 100 * known.insidePart,
                    counted(polygons, "polygon"));

@@ -33,7 +33,8 @@ struct Segment : FieldCommand {
         requirePng(overlayPath, output);
         std::optional<OutputFile> overlay;
         if (!overlayPath.empty()) overlay.emplace(overlayPath, force);
-        io::Image picture = readPicture(input, channel);
+        io::Image picture = readPicture(input, reading);
+        reportNotes(picture);
         picture.isField = false;  // floating-point values are intensities here
         if (!framesFolder.empty() && mkdir(framesFolder.c_str(), 0777) != 0 && errno != EEXIST)
             refuse("{}: cannot be made a folder ({}); choose another", framesFolder, std::strerror(errno));
@@ -71,7 +72,7 @@ struct Segment : FieldCommand {
             makeField(picture, options, levelSet, note);
             note = fmt::format("level {}", *options.level);
         } else {
-            const io::Image mask = readPicture(startMask, "");
+            const io::Image mask = readPicture(startMask, {});
             if (mask.width != picture.width || mask.height != picture.height)
                 refuse("{}: is {} × {}; a start for {} wants {} × {}", startMask, mask.width, mask.height,
                        input, picture.width, picture.height);
