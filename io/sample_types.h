@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -16,12 +17,26 @@ struct SampleType {
     bool isFloatingPoint() const { return kind == 'f'; }
 };
 
+/// A number of IEEE 754's binary16.
+struct Half {
+    std::uint16_t bits;
+
+    explicit operator double() const {
+        const int exponent = bits >> 10 & 31, fraction = bits & 1023;
+        const double size = exponent == 31  ? (fraction == 0 ? HUGE_VAL : std::nan(""))
+                            : exponent == 0 ? std::ldexp(fraction, -24)
+                                            : std::ldexp(fraction + 1024, exponent - 25);
+        return bits >> 15 != 0 ? -size : size;
+    }
+};
+
 /// Calls use(sample) with a sample of the type, to tell it; false for types that there are not.
 template <class Use>
 bool withSampleType(const SampleType& type, Use use) {
     const auto is = [&](char kind, std::size_t size) { return type.kind == kind && type.size == size; };
     if (is('f', 8)) return use(double()), true;
     if (is('f', 4)) return use(float()), true;
+    if (is('f', 2)) return use(Half()), true;
     if (is('u', 1) || is('b', 1)) return use(std::uint8_t()), true;
     if (is('u', 2)) return use(std::uint16_t()), true;
     if (is('u', 4)) return use(std::uint32_t()), true;

@@ -62,7 +62,7 @@ NpyArray parseNpy(const Bytes& bytes) {
 
 std::vector<double> NpyArray::values() const {
     if (!withSampleType(type, [](auto) {}))
-        refuse("holds numbers of type {}{}; give bool, integers, float32 or float64", type.kind, type.size);
+        refuse("holds numbers of type {}{}; give bool, integers, or float16, 32 or 64", type.kind, type.size);
     std::size_t points = 1;
     for (const long long size : shape) points *= static_cast<std::size_t>(size);
     if ((bytes.size() - dataStart) / type.size < points)
