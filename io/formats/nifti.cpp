@@ -1,10 +1,14 @@
 #include <nifti2_io.h>
+#include <sys/stat.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
+#include "../channels.h"
 #include "../failure.h"
 #include "../quiet_output.h"
 #include "../sample_types.h"
@@ -14,6 +18,8 @@
 namespace quorbin::io {
 
 namespace {
+
+constexpr char kGzipMagic[] = "\x1f\x8b";
 
 struct FreeNifti {
     void operator()(nifti_image* image) const { nifti_image_free(image); }
@@ -42,40 +48,107 @@ SampleType typeOf(int datatype) {
         case NIFTI_TYPE_FLOAT64:
             return {'f', 8};
         default:
-            refuse("holds samples of type {}; give integers or floating-point numbers",
-                   nifti_datatype_string(datatype));
+            refuse(
+                "holds samples of type {}; give integers, colours, or floating-point numbers of 32 or 64 "
+                "bits",
+                nifti_datatype_string(datatype));
     }
+}
+
+ChannelLayout layoutOf(int datatype) {
+    if (datatype == NIFTI_TYPE_RGB24) return {3, true};
+    if (datatype == NIFTI_TYPE_RGBA32) return {4, true, 3};
+    return {};
 }
 
 using NiftiImage = std::unique_ptr<nifti_image, FreeNifti>;
 
-NiftiImage readHeader(const std::string& path) {
-    const QuietOutput quiet(STDERR_FILENO);  // what the library has to say is no help
-    nifti_set_debug_level(0);
-    return is_nifti_file(path.c_str()) > 0 ? NiftiImage(nifti_image_read(path.c_str(), 0)) : nullptr;
+struct CloseGzip {
+    void operator()(gzFile file) const { gzclose(file); }
+};
+
+/// A file that may be compressed; one that is not is read as it is.
+using MaybeCompressed = std::unique_ptr<gzFile_s, CloseGzip>;
+
+MaybeCompressed openMaybeCompressed(const std::string& path) {
+    MaybeCompressed file(gzopen(path.c_str(), "rb"));
+    if (!file) refuse("{}: cannot be opened; give a file that is there", path);
+    gzbuffer(file.get(), 1 << 17);
+    return file;
 }
 
-/// The samples as they are; the library's own reader would turn what is not finite into 0.
-Bytes readSamples(const nifti_image& image, std::size_t count) {
-    const std::size_t wanted = count * static_cast<std::size_t>(image.nbyper);
-    constexpr std::size_t kBlock = 1 << 24;
-    Bytes bytes;
-    znzFile file = znzopen(image.iname, "rb", nifti_is_gzfile(image.iname));
-    if (znz_isnull(file)) refuse("cannot be opened; give a file that is there");
-    std::size_t got = 0;
-    if (znzseek(file, static_cast<znz_off_t>(image.iname_offset), SEEK_SET) >= 0) do {
-            // In blocks: a header may lie about the size.
-            bytes.resize(std::min(wanted, got + kBlock));
-            const std::size_t part = znzread(bytes.data() + got, 1, bytes.size() - got, file);
-            got += part;
-            if (got < bytes.size()) break;
-        } while (got < wanted);
-    Xznzclose(&file);
-    if (got < wanted) refuse("ends within its samples; give the whole file");
-    if (image.byteorder != nifti_short_order() && image.swapsize > 1)
-        nifti_swap_Nbytes(static_cast<int64_t>(bytes.size() / static_cast<std::size_t>(image.swapsize)),
-                          image.swapsize, bytes.data());
-    return bytes;
+/// The path of the other one of a header and its samples in two files.
+std::string besides(char* found, const char* what) {
+    const std::unique_ptr<char, decltype(&std::free)> path(found, &std::free);
+    if (!path) refuse("has no {} beside it; give both files of it", what);
+    return path.get();
+}
+
+NiftiImage readHeader(InputFile& file) {
+    const bool isSamplesAlone = !file.isStream() && (file.hasEnding("img") || file.hasEnding("img.gz"));
+    const std::string path = isSamplesAlone ? besides(nifti_findhdrname(file.path().c_str()), "header (.hdr)")
+                                            : file.pathForOthers();
+    char bytes[sizeof(nifti_2_header)] = {};
+    const int count = gzread(openMaybeCompressed(path).get(), bytes, sizeof bytes);
+    const QuietOutput quiet(STDERR_FILENO);  // what the library has to say is no help
+    nifti_set_debug_level(0);
+    nifti_image* image = nullptr;
+    if (count >= static_cast<int>(sizeof(nifti_1_header))) {
+        const int version = nifti_header_version(bytes, static_cast<std::size_t>(count));
+        nifti_1_header first;
+        nifti_2_header second;
+        std::memcpy(&first, bytes, sizeof first);
+        std::memcpy(&second, bytes, sizeof second);
+        if (version == 2 && count == static_cast<int>(sizeof second))
+            image = nifti_convert_n2hdr2nim(second, nullptr);
+        else if (version == 0 || version == 1)
+            image = nifti_convert_n1hdr2nim(first, nullptr);
+    }
+    if (image != nullptr) return NiftiImage(image);
+    if (startsWith(file.start(), kGzipMagic))
+        refuse("is compressed and holds no NIfTI that can be read; uncompress it, or give the whole file");
+    refuse("has a NIfTI header that cannot be read, or is not whole; give a NIfTI-1 or -2 file");
+}
+
+std::string pathOfSamples(const nifti_image& image, InputFile& file) {
+    const bool isApart = image.nifti_type == NIFTI_FTYPE_NIFTI1_2 ||
+                         image.nifti_type == NIFTI_FTYPE_NIFTI2_2 || image.nifti_type == NIFTI_FTYPE_ANALYZE;
+    if (!isApart) return file.pathForOthers();
+    if (file.isStream()) refuse("is a NIfTI header without its samples; give a file");
+    return besides(nifti_findimgname(file.path().c_str(), image.nifti_type), "samples (.img)");
+}
+
+/// Hands count values a point, in blocks, to use(samples, values), from those of a place in the file. The
+/// library's own reader would turn what is not finite into 0.
+template <class Use>
+void readSamples(const nifti_image& image, const std::string& path, const SampleType& type,
+                 std::size_t skipped, std::size_t count, Use use) {
+    const MaybeCompressed file = openMaybeCompressed(path);
+    const std::size_t start = static_cast<std::size_t>(image.iname_offset) + skipped * type.size;
+    bool isWhole = gzseek(file.get(), static_cast<z_off_t>(start), SEEK_SET) >= 0;
+    constexpr std::size_t kBlock = 3 << 16;  // also whole colours
+    Bytes bytes(std::min(count, kBlock) * type.size);
+    std::vector<double> values(std::min(count, kBlock));
+    for (std::size_t done = 0; isWhole && done < count;) {
+        const std::size_t some = std::min(kBlock, count - done);
+        const auto wanted = static_cast<unsigned>(some * type.size);
+        isWhole = gzread(file.get(), bytes.data(), wanted) == static_cast<int>(wanted);
+        if (!isWhole) break;
+        if (image.byteorder != nifti_short_order() && type.size > 1)
+            nifti_swap_Nbytes(static_cast<int64_t>(some), static_cast<int>(type.size), bytes.data());
+        decodeSamples(type, bytes.data(), some, values.data());
+        use(values.data(), some);
+        done += some;
+    }
+    if (!isWhole) refuse("ends within its samples; give the whole file");
+}
+
+/// Refuses sizes of which no compressed file can hold so many samples, before there is room made for them.
+void refuseEarlyEnd(const std::string& path, double bytes) {
+    constexpr double kMostByDeflate = 1040;
+    struct stat status = {};
+    if (stat(path.c_str(), &status) == 0 && bytes > kMostByDeflate * static_cast<double>(status.st_size))
+        refuse("ends within its samples; give the whole file");
 }
 
 void readPlace(const nifti_image& image, Placement& placement) {
@@ -102,41 +175,64 @@ bool matches(InputFile& file) {
     const auto has = [&](std::size_t at, const char* magic) {
         return start.size() > at + 4 && std::memcmp(start.data() + at, magic, 2) == 0;
     };
-    return has(344, "n+") || has(344, "ni") || has(4, "n+") || has(0, "\x1f\x8b") || hasNiftiName(file);
+    return has(344, "n+") || has(344, "ni") || has(4, "n+") || startsWith(start, kGzipMagic) ||
+           hasNiftiName(file);
 }
 
-Image read(InputFile& file, const ReadOptions&) {
-    if (file.isStream() || !hasNiftiName(file))
-        refuse("seems to be NIfTI, which is read from files only whose names end in .nii or .nii.gz");
-    const NiftiImage image = readHeader(file.path());
-    if (!image) refuse("has a NIfTI header that cannot be read, or is not whole; give a NIfTI-1 or -2 file");
-    for (int axis = 4; axis <= image->ndim && axis < 8; ++axis)
-        if (image->dim[axis] > 1) refuse("has {} dimensions; give a volume of three", image->ndim);
-    const long long width = image->nx, height = std::max<long long>(image->ny, 1),
-                    depth = std::max<long long>(image->nz, 1);
+bool holdsVolume(InputFile& file) { return readHeader(file)->nz > 1; }
+
+Image read(InputFile& file, const ReadOptions& options) {
+    const NiftiImage header = readHeader(file);
+    const nifti_image& image = *header;
+    const auto sizeAlong = [&](int axis) {
+        return axis <= image.ndim ? std::max<long long>(image.dim[axis], 1) : 1;
+    };
+    if (sizeAlong(6) * sizeAlong(7) > 1) refuse("has {} dimensions; give a volume, or several", image.ndim);
+    const long long width = image.nx, height = sizeAlong(2), depth = sizeAlong(3);
+    const auto frames = static_cast<std::size_t>(sizeAlong(4)),
+               values = static_cast<std::size_t>(sizeAlong(5));
+    // Colours lie beside each other, other channels one after the other, after all frames.
+    const std::size_t frame = frameAmong(frames, options.frame);
+    const std::size_t channel = values > 1 ? channelAmong(values, options.channel) : 0;
+    ChannelChoice choice(layoutOf(image.datatype), values > 1 ? "" : options.channel);
+    const SampleType type = choice.layout().isColour ? SampleType{'u', 1} : typeOf(image.datatype);
     checkVolumeSize(width, height, depth);
-    const SampleType type = typeOf(image->datatype);
-    const Bytes bytes = readSamples(*image, static_cast<std::size_t>(width * height * depth));
-    Image volume;
-    setVolumeSize(volume, width, height, depth);
+    const std::string path = pathOfSamples(image, file);
+    const auto points = static_cast<std::size_t>(width * height * depth), beside = choice.layout().count;
+    refuseEarlyEnd(path, static_cast<double>(points * beside * type.size));
+
+    Image result;
+    if (depth > 1)
+        setVolumeSize(result, width, height, depth);
+    else
+        setPictureSize(result, width, height);
     const auto usable = [](double h) { return h > 0 ? h : 1.0; };
-    volume.placement.spacing = {usable(image->dx), usable(image->dy), usable(image->dz)};
-    volume.placement.lengthUnit = image->xyz_units;
+    result.placement.spacing = {usable(image.dx), usable(image.dy), usable(image.dz)};
+    result.placement.lengthUnit = image.xyz_units;
     // A mask made of a field, with its header, is none.
-    volume.isField = type.isFloatingPoint() && std::strstr(image->descrip, kFieldMark) != nullptr;
-    decodeSamples(type, bytes.data(), volume.samples.size(), volume.samples.data());
-    if (image->scl_slope != 0)
-        for (double& sample : volume.samples) sample = image->scl_slope * sample + image->scl_inter;
-    readPlace(*image, volume.placement);
-    return volume;
+    result.isField = type.isFloatingPoint() && std::strstr(image.descrip, kFieldMark) != nullptr;
+    double* out = result.samples.data();
+    const bool isScaled = image.scl_slope != 0 && !choice.layout().isColour;
+    readSamples(image, path, type, (channel * frames + frame) * points * beside, points * beside,
+                [&](const double* samples, std::size_t count) {
+                    choice.take(samples, count / beside, out);
+                    for (std::size_t i = 0; isScaled && i < count; ++i)
+                        out[i] = image.scl_slope * out[i] + image.scl_inter;
+                    out += count / beside;
+                });
+    choice.note(result);
+    readPlace(image, result.placement);
+    return result;
 }
 
 }  // namespace
 
 Format niftiFormat() {
     Format format{"NIfTI", "nii"};
-    format.holds = Holds::kVolumes;
+    format.holds = Holds::kEither;
+    format.takesChannel = format.takesFrame = true;
     format.matches = matches;
+    format.holdsVolume = holdsVolume;
     format.read = read;
     format.writeVolume = writeNifti;
     return format;
