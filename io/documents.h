@@ -22,12 +22,15 @@ struct PictureDocument {
     bool open = false;               ///< leaves outlines open at the border
     Drawing drawing = Drawing::kContour;
     double tolerance = 0;  ///< of outlines that are written with fewer points, in world units
+    bool isFloat = false;  ///< numbers as float32
 };
 
 /// What a command has to write of a volume.
 struct VolumeDocument {
     const FullLevelSet3D& field;
     const Placement& placement;
+    bool isMask = false;   ///< inside and outside alone
+    bool isFloat = false;  ///< numbers as float32
 };
 
 /// A mesh, in the units in which it is written.

@@ -35,7 +35,8 @@ struct Format {
     Image (*read)(InputFile& file, const ReadOptions& options) = nullptr;
     bool takesChannel = false, takesFrame = false;  ///< among what is asked for when it is read
 
-    bool writesMasks = false;  ///< a picture, too, as white and black
+    bool writesMasks = false;   ///< too, of what it writes: pictures, volumes
+    bool writesFloats = false;  ///< where that is asked for, instead of doubles
     void (*writePicture)(const PictureDocument& document, OutputFile& out) = nullptr;
     void (*writeVolume)(const VolumeDocument& document, OutputFile& out) = nullptr;
     void (*writeMesh)(const MeshDocument& mesh, OutputFile& out) = nullptr;
@@ -45,12 +46,15 @@ struct Format {
 const std::vector<Format>& formats();
 
 /// What can be read or written.
-enum class Kind { kPicture, kVolume, kMask, kMesh };
+enum class Kind { kPicture, kVolume, kMask, kVolumeMask, kMesh };
 
 /// The names of the formats that hold pictures or volumes, or the endings of those that are written: "PNG,
 /// PGM or TIFF".
 std::string namesOfReadable(Kind kind);
 std::string endingsOfWritable(Kind kind);
+
+/// The same of the formats that write float32.
+std::string endingsOfFloats();
 
 /// Whether a file is a volume; reads no more of it than that takes.
 bool isVolume(InputFile& file);

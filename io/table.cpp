@@ -28,17 +28,19 @@ std::vector<std::string> endingsOf(const Format& format) {
 }
 
 bool isWritten(const Format& format, Kind kind) {
-    return kind == Kind::kPicture  ? format.writePicture != nullptr
-           : kind == Kind::kMask   ? format.writesMasks
-           : kind == Kind::kVolume ? format.writeVolume != nullptr
-                                   : format.writeMesh != nullptr;
+    return kind == Kind::kPicture      ? format.writePicture != nullptr
+           : kind == Kind::kMask       ? format.writesMasks && format.writePicture != nullptr
+           : kind == Kind::kVolumeMask ? format.writesMasks && format.writeVolume != nullptr
+           : kind == Kind::kVolume     ? format.writeVolume != nullptr
+                                       : format.writeMesh != nullptr;
 }
 
 const char* nameOf(Kind kind) {
-    return kind == Kind::kPicture  ? "picture"
-           : kind == Kind::kMask   ? "mask"
-           : kind == Kind::kVolume ? "volume"
-                                   : "mesh";
+    return kind == Kind::kPicture      ? "picture"
+           : kind == Kind::kMask       ? "mask"
+           : kind == Kind::kVolumeMask ? "mask of a volume"
+           : kind == Kind::kVolume     ? "volume"
+                                       : "mesh";
 }
 
 /// "a, b or c".
@@ -105,6 +107,13 @@ std::string endingsOfWritable(Kind kind) {
     std::vector<std::string> endings;
     for (const Format& format : formats())
         if (isWritten(format, kind)) endings.push_back(endingsOf(format).front());
+    return listed(endings);
+}
+
+std::string endingsOfFloats() {
+    std::vector<std::string> endings;
+    for (const Format& format : formats())
+        if (format.writesFloats) endings.push_back(endingsOf(format).front());
     return listed(endings);
 }
 

@@ -234,12 +234,14 @@ Format niftiFormat() {
     format.matches = matches;
     format.holdsVolume = holdsVolume;
     format.read = read;
+    format.writesMasks = format.writesFloats = true;
     format.writeVolume = writeNifti;
     return format;
 }
 
 Format compressedNiftiFormat() {
     Format format{"compressed NIfTI", "nii.gz"};
+    format.writesMasks = format.writesFloats = true;
     format.writeVolume = writeCompressedNifti;
     return format;
 }

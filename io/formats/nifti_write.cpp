@@ -1,18 +1,22 @@
 #include <nifti2_io.h>
 #include <zlib.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 #include <vector>
 
 #include "../failure.h"
+#include "../sample_output.h"
 #include "nifti_write.h"
 
 namespace quorbin::io {
 
 namespace {
+
+SampleOutput samplesOf(const VolumeDocument& document) {
+    return {document.isFloat, document.isMask ? std::uint8_t{1} : std::uint8_t{0}};
+}
 
 nifti_1_header headerOf(const VolumeDocument& document, const OutputFile& out) {
     const FullLevelSet3D& field = document.field;
@@ -22,7 +26,9 @@ nifti_1_header headerOf(const VolumeDocument& document, const OutputFile& out) {
             refuse("{}: NIfTI has at most 32767 points along an axis; write another format", out.path());
     const int64_t dim[8] = {3, sizes[0], sizes[1], sizes[2], 1, 1, 1, 1};
     nifti_1_header header = {};
-    nifti_1_header* made = nifti_make_new_n1_header(dim, NIFTI_TYPE_FLOAT64);
+    nifti_1_header* made = nifti_make_new_n1_header(dim, document.isMask    ? NIFTI_TYPE_UINT8
+                                                         : document.isFloat ? NIFTI_TYPE_FLOAT32
+                                                                            : NIFTI_TYPE_FLOAT64);
     if (made == nullptr) throw std::bad_alloc();
     header = *made;
     std::free(made);
@@ -32,7 +38,7 @@ nifti_1_header headerOf(const VolumeDocument& document, const OutputFile& out) {
     header.xyzt_units = static_cast<char>(document.placement.lengthUnit);
     std::memcpy(header.magic, "n+1", sizeof header.magic);
     header.vox_offset = 352;
-    std::strncpy(header.descrip, kFieldMark, sizeof header.descrip - 1);
+    if (!document.isMask) std::strncpy(header.descrip, kFieldMark, sizeof header.descrip - 1);
     if (const auto& affine = document.placement.affine) {
         header.sform_code = static_cast<short>(document.placement.placeCode);
         float* const rows[3] = {header.srow_x, header.srow_y, header.srow_z};
@@ -50,10 +56,7 @@ void sendFile(const VolumeDocument& document, const OutputFile& out, Send send) 
     send(&header, sizeof header);
     const char noExtension[4] = {};
     send(noExtension, sizeof noExtension);
-    const auto* bytes = reinterpret_cast<const char*>(document.field.data());
-    const std::size_t count = pointsOf(document.field) * sizeof(double);
-    constexpr std::size_t kBlock = 1 << 20;
-    for (std::size_t at = 0; at < count; at += kBlock) send(bytes + at, std::min(kBlock, count - at));
+    sendSamples(samplesOf(document), document.field.data(), pointsOf(document.field), send);
 }
 
 /// A gzip stream on its way to a file.

@@ -5,7 +5,7 @@
 
 namespace quorbin::io {
 
-/// Doubles, placed as the source was, and marked as a level set.
+/// A field, marked as a level set, or a mask of 0 and 1, placed as the source was.
 void writeNifti(const VolumeDocument& document, OutputFile& out);
 void writeCompressedNifti(const VolumeDocument& document, OutputFile& out);
 

@@ -3,6 +3,7 @@
 #include <regex>
 
 #include "../failure.h"
+#include "../sample_output.h"
 #include "../sample_types.h"
 #include "formats.h"
 
@@ -108,25 +109,33 @@ Image read(InputFile& file, const ReadOptions&) {
     return image;
 }
 
-/// The header of a file of doubles in C order, with the shape as text.
-std::string headerOf(const std::string& shape) {
-    std::string header = fmt::format("{{'descr': '<f8', 'fortran_order': False, 'shape': ({}), }}", shape);
+/// The header of a file of floating-point numbers in C order, with the shape as text.
+std::string headerOf(const SampleOutput& output, const std::string& shape) {
+    std::string header = fmt::format("{{'descr': '<f{}', 'fortran_order': False, 'shape': ({}), }}",
+                                     output.type().size, shape);
     constexpr std::size_t kPreamble = 10, kAlignment = 64;
     header.append(kAlignment - (kPreamble + header.size() + 1) % kAlignment, ' ').append("\n");
     const char length[2] = {static_cast<char>(header.size() % 256), static_cast<char>(header.size() / 256)};
     return std::string("\x93NUMPY\x01\x00", 8) + std::string(length, sizeof length) + header;
 }
 
+void write(const SampleOutput& output, const std::string& shape, const double* values, std::size_t count,
+           OutputFile& out) {
+    out.write(headerOf(output, shape));
+    sendSamples(output, values, count, [&](const void* bytes, std::size_t size) { out.write(bytes, size); });
+}
+
 void writePicture(const PictureDocument& document, OutputFile& out) {
     const FullLevelSet2D& field = document.field;
-    out.write(headerOf(fmt::format("{}, {}", field.getHeight(), field.getWidth())));
-    out.write(field.data(), pointsOf(field) * sizeof(double));
+    write({document.isFloat}, fmt::format("{}, {}", field.getHeight(), field.getWidth()), field.data(),
+          pointsOf(field), out);
 }
 
 void writeVolume(const VolumeDocument& document, OutputFile& out) {
     const FullLevelSet3D& field = document.field;
-    out.write(headerOf(fmt::format("{}, {}, {}", field.getDepth(), field.getHeight(), field.getWidth())));
-    out.write(field.data(), pointsOf(field) * sizeof(double));
+    write({document.isFloat},
+          fmt::format("{}, {}, {}", field.getDepth(), field.getHeight(), field.getWidth()), field.data(),
+          pointsOf(field), out);
 }
 
 }  // namespace
@@ -137,6 +146,7 @@ Format npyFormat() {
     format.matches = [](InputFile& file) { return startsWith(file.start(), "\x93NUMPY"); };
     format.holdsVolume = holdsVolume;
     format.read = read;
+    format.writesFloats = true;
     format.writePicture = writePicture;
     format.writeVolume = writeVolume;
     return format;

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "../failure.h"
+#include "../sample_output.h"
 #include "../sample_types.h"
 #include "formats.h"
 
@@ -26,8 +27,10 @@ Image decodeRaw(InputFile& file, const RawLayout& layout) {
 
 Format rawFormat() {
     Format format{"raw", "raw"};
+    format.writesFloats = true;
     format.writeVolume = [](const VolumeDocument& document, OutputFile& out) {
-        out.write(document.field.data(), pointsOf(document.field) * sizeof(double));
+        sendSamples({document.isFloat}, document.field.data(), pointsOf(document.field),
+                    [&](const void* bytes, std::size_t size) { out.write(bytes, size); });
     };
     return format;
 }

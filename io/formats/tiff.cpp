@@ -73,6 +73,8 @@ Format tiffFormat() {
     format.matches = matches;
     format.holdsVolume = holdsVolume;
     format.read = read;
+    format.writesMasks = format.writesFloats = true;
+    format.writePicture = writeTiff;
     format.writeVolume = writeTiff;
     return format;
 }

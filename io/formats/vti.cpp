@@ -1,9 +1,9 @@
-#include <algorithm>
 #include <array>
 #include <cmath>
 
 #include <fmt/format.h>
 
+#include "../sample_output.h"
 #include "formats.h"
 #include "vtk_arrays.h"
 
@@ -37,7 +37,8 @@ std::string placeOf(const Placement& placement, const std::array<double, 3>& spa
 
 void writeVti(const VolumeDocument& document, OutputFile& out) {
     const FullLevelSet3D& field = document.field;
-    const std::size_t bytes = pointsOf(field) * sizeof(double);
+    const SampleOutput samples{document.isFloat};
+    const std::size_t bytes = pointsOf(field) * samples.type().size;
     const std::string extent =
         fmt::format("0 {} 0 {} 0 {}", field.getWidth() - 1, field.getHeight() - 1, field.getDepth() - 1);
     VtkArrays arrays;
@@ -46,14 +47,14 @@ void writeVti(const VolumeDocument& document, OutputFile& out) {
         "<ImageData WholeExtent=\"{0}\" {1}>\n<Piece "
         "Extent=\"{0}\">\n<PointData Scalars=\"field\">\n",
         extent, placeOf(document.placement, {field.getXSpace(), field.getYSpace(), field.getZSpace()})));
-    out.write(arrays.element("Float64", "field", 1, bytes));
+    out.write(arrays.element(document.isFloat ? "Float32" : "Float64", "field", 1, bytes));
     out.write("</PointData>\n</Piece>\n</ImageData>\n");
     out.write(kVtkAppendedStart);
     Base64 text(out);
     VtkArrays::begin(text, bytes);
-    constexpr std::size_t kBlock = 1 << 16;
-    for (std::size_t at = 0; at < bytes; at += kBlock)
-        text.add(reinterpret_cast<const char*>(field.data()) + at, std::min(kBlock, bytes - at));
+    sendSamples(samples, field.data(), pointsOf(field), [&](const void* block, std::size_t size) {
+        text.add(static_cast<const char*>(block), size);
+    });
     text.finish();
     out.write(kVtkFileEnd);
 }
@@ -62,6 +63,7 @@ void writeVti(const VolumeDocument& document, OutputFile& out) {
 
 Format vtiFormat() {
     Format format{"VTI", "vti"};
+    format.writesFloats = true;
     format.writeVolume = writeVti;
     return format;
 }

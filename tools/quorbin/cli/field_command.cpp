@@ -203,6 +203,9 @@ void FieldCommand::addOutput(CLI::App& command, bool required, std::initializer_
         ->required(required);
     command.add_option("--format", format, fmt::format("instead of the ending: {}", formats));
     command.add_flag("--force,-f", force, "overwrite an existing file");
+    const auto isField = [](Kind kind) { return kind == Kind::kPicture || kind == Kind::kVolume; };
+    if (std::any_of(kinds.begin(), kinds.end(), isField))
+        command.add_flag("--float", asFloat, "write fields as float32, in " + endingsOfFloats());
 }
 
 void FieldCommand::reportNotes(const io::Image& image) const {
@@ -276,7 +279,13 @@ std::string withLabel(const std::string& path, double label) {
 Result::Result(const FieldCommand& command, Kind kind, const std::string& usualFormat)
     : format_(outputFormat(kind, command.output, command.format, usualFormat)),
       input_(command.input),
-      file_(command.output, command.force) {}
+      file_(command.output, command.force),
+      asFloat_(command.asFloat) {
+    const bool isField = kind == Kind::kPicture || kind == Kind::kVolume;
+    if (asFloat_ && isField && !format_.writesFloats)
+        refuse("{}: --float goes with {} and not with {}; leave it out", command.output, endingsOfFloats(),
+               format_.name);
+}
 
 void Result::requireNumbers(const double* values, std::size_t count) const {
     if (!std::all_of(values, values + count, [](double value) { return std::isfinite(value); }))
@@ -285,13 +294,15 @@ void Result::requireNumbers(const double* values, std::size_t count) const {
             input_);
 }
 
-void Result::write(const PictureDocument& document) {
+void Result::write(PictureDocument document) {
+    document.isFloat = asFloat_;
     requireNumbers(document.field.data(), pointsOf(document.field));
     format_.writePicture(document, file_);
     file_.commit();
 }
 
-void Result::write(const VolumeDocument& document) {
+void Result::write(VolumeDocument document) {
+    document.isFloat = asFloat_;
     requireNumbers(document.field.data(), pointsOf(document.field));
     format_.writeVolume(document, file_);
     file_.commit();

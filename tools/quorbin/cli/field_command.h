@@ -30,6 +30,7 @@ struct FieldCommand {
     bool needsSamples = false;  ///< besides the field that is made of them
     bool force = false;
     bool quiet = false;
+    bool asFloat = false;
 
     /// The input, opened at the first call.
     InputFile& file() const;
@@ -117,8 +118,8 @@ void runForLabels(Command command) {
 class Result {
  public:
     Result(const FieldCommand& command, Kind kind, const std::string& usualFormat);
-    void write(const PictureDocument& document);
-    void write(const VolumeDocument& document);
+    void write(PictureDocument document);
+    void write(VolumeDocument document);
     void write(const MeshDocument& mesh);
 
  private:
@@ -127,6 +128,7 @@ class Result {
     const Format& format_;
     std::string input_;
     OutputFile file_;
+    bool asFloat_;
 };
 
 /// Adds the options of what is read of a file.
