@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "failure.h"
+#include "foreign.h"
 #include "format.h"
 #include "format_name.h"
 #include "formats/formats.h"
@@ -54,10 +55,10 @@ std::string listed(const std::vector<std::string>& words) {
 const Format& formatOf(InputFile& file) {
     const auto found = std::find_if(formats().begin(), formats().end(),
                                     [&](const Format& f) { return f.matches != nullptr && f.matches(file); });
-    if (found == formats().end())
-        refuse("is of no known format; give a picture ({}) or a volume ({})", namesOfReadable(Kind::kPicture),
-               namesOfReadable(Kind::kVolume));
-    return *found;
+    if (found != formats().end()) return *found;
+    refuseForeign(file);
+    refuse("is of no known format; give a picture ({}) or a volume ({})", namesOfReadable(Kind::kPicture),
+           namesOfReadable(Kind::kVolume));
 }
 
 /// Runs work; a failure gets the name of the file.
