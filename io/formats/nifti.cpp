@@ -84,6 +84,18 @@ std::string besides(char* found, const char* what) {
     return path.get();
 }
 
+/// The number of dimensions, which the library takes from a NIfTI-2 header without a look.
+bool hasUsableDimensions(const nifti_2_header& header) {
+    constexpr int kSize = sizeof header;
+    int size = header.sizeof_hdr;
+    std::int64_t dimensions = header.dim[0];
+    if (size != kSize) {
+        nifti_swap_4bytes(1, &size);
+        nifti_swap_8bytes(1, &dimensions);
+    }
+    return size == kSize && dimensions >= 1 && dimensions <= 7;
+}
+
 NiftiImage readHeader(InputFile& file) {
     const bool isSamplesAlone = !file.isStream() && (file.hasEnding("img") || file.hasEnding("img.gz"));
     const std::string path = isSamplesAlone ? besides(nifti_findhdrname(file.path().c_str()), "header (.hdr)")
@@ -99,7 +111,7 @@ NiftiImage readHeader(InputFile& file) {
         nifti_2_header second;
         std::memcpy(&first, bytes, sizeof first);
         std::memcpy(&second, bytes, sizeof second);
-        if (version == 2 && count == static_cast<int>(sizeof second))
+        if (version == 2 && count == static_cast<int>(sizeof second) && hasUsableDimensions(second))
             image = nifti_convert_n2hdr2nim(second, nullptr);
         else if (version == 0 || version == 1)
             image = nifti_convert_n1hdr2nim(first, nullptr);

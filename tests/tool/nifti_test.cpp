@@ -81,6 +81,10 @@ TEST_F(Nifti, HoldsFramesChannelsColoursAndPictures) {
     EXPECT_EQ(picture.samples, (Values{1, 2, 3, 4, 5, 6}));
     write("picture.nii", {300000, 700, 5}, DT_UINT8, 8, numbers);
     EXPECT_THROW(readBack("picture.nii"), Failure);  // before there is room made for it
+    std::fstream(folder + "/picture.nii", std::ios::in | std::ios::out | std::ios::binary)
+        .seekp(16)
+        .put('\x77');
+    EXPECT_THROW(readBack("picture.nii"), Failure);  // which has more dimensions than there are
 }
 
 TEST_F(Nifti, TakesANumberForWhatIsNotFinite) {
