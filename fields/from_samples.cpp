@@ -95,7 +95,7 @@ double chooseLevel(const std::vector<double>& samples, bool isField, std::string
         return range.highest > 0 ? range.highest / 2 : range.highest + 0.5;
     }
     if (!range.hasOthers) {
-        note = fmt::format("a mask of the values {} and {}", range.lowest, range.highest);
+        note = fmt::format("a mask of the values {:.7g} and {:.7g}", range.lowest, range.highest);
         return (range.lowest + range.highest) / 2;
     }
     const double level = otsuLevel(samples);

@@ -25,7 +25,7 @@ struct Demo : FieldCommand {
     void run() {
         if (output == "-") refuse("demo: writes a folder; name one by -o");
         const io::Image picture = picturePath.empty() ? demoPicture() : readPicture(picturePath, reading);
-        reportNotes(picture);
+        for (const std::string& line : picture.notes) report("{}: {}", picturePath, line);
         if (mkdir(output.c_str(), 0777) != 0 && errno != EEXIST)
             refuse("{}: cannot be made a folder ({}); choose another", output, std::strerror(errno));
         FullLevelSet2D levelSet;
