@@ -142,6 +142,8 @@ TEST(NpyReader, TakesEveryPlainNumber) {
     EXPECT_EQ(field.samples, (std::vector<double>{3.25}));
     EXPECT_EQ(readBytes(bytesOf(npy(">u2", "False", "1, 2", std::string("\1\2\0\3", 4))), "").samples,
               (std::vector<double>{258, 3}));
+    EXPECT_EQ(readBytes(bytesOf(npy("<f2", "False", "1, 2", std::string("\0\x3e\0\xc2", 4)))).samples,
+              (std::vector<double>{1.5, -3}));
     const quorbin::io::Image columns =
         readBytes(bytesOf(npy("|i1", "True", "2, 3", "\x01\x02\x03\x04\x05\xff")), "");
     EXPECT_EQ(columns.width, 3);

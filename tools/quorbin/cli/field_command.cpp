@@ -327,8 +327,13 @@ void addReading(CLI::App& command, ReadOptions& reading) {
             "what to read of colours, whose luminance is read else, or of several channels")
         ->type_name("r|g|b|a|luma|N");
     command
-        .add_option("--frame", reading.frame, "which of the pictures or volumes of a file in time, from 0")
-        ->check(CLI::NonNegativeNumber)
+        .add_option_function<long long>(
+            "--frame",
+            [&reading](long long frame) {
+                if (frame < 0) refuse("--frame {}: is no frame; give a number from 0", frame);
+                reading.frame = frame;
+            },
+            "which of the pictures or volumes of a file in time, from 0")
         ->type_name("N");
     command
         .add_option_function<double>(
