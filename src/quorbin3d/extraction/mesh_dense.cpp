@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "common/watch.h"
 #include "quorbin3d/extraction/cells.h"
 #include "quorbin3d/extraction/gradients.h"
 #include "quorbin3d/extraction/indexed_mesh.h"
@@ -54,8 +55,8 @@ struct SurroundedField {
     }
 };
 
-template <class Reader>
-void meshSurrounded(const Reader& field, IndexedMesh& mesh) {
+template <class Reader, class Watch>
+void meshSurrounded(const Reader& field, IndexedMesh& mesh, const Watch& watch) {
     const SurroundedField<Reader> surrounded{field};
     const int width = surrounded.width(), height = surrounded.height(), depth = surrounded.depth();
     SharedVertices shared(width, height);
@@ -92,14 +93,12 @@ void meshSurrounded(const Reader& field, IndexedMesh& mesh) {
             }
         }
         shared.nextLayer();
+        watch.tell(z + 1, depth - 1);
     }
 }
 
-}  // namespace
-
-void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
-                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
-    IndexedMesh mesh{vertices, normals, triangles};
+template <class Watch>
+void meshUnique(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
     mesh.clear();
     withReader(field, [&](const auto& reader) {
         if (reader.width() < 2 || reader.height() < 2) return;
@@ -112,18 +111,60 @@ void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& ver
         };
         forEachCrossedCell(
             reader, [&](int x, int y, int z, int cell) { addCell(mesh, shared, x, y, z, cell, makeVertex); },
-            [&](int, int) {
+            [&](int done, int all) {
                 shared.nextLayer();
                 gradients.nextLayer();
+                watch.tell(done, all);
             });
     });
 }
 
-void quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
-                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
-    IndexedMesh mesh{vertices, normals, triangles};
+template <class Watch>
+void meshCapped(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
     mesh.clear();
     withReader(field, [&](const auto& reader) {
-        if (reader.width() > 0 && reader.height() > 0 && reader.depth() > 0) meshSurrounded(reader, mesh);
+        if (reader.width() > 0 && reader.height() > 0 && reader.depth() > 0)
+            meshSurrounded(reader, mesh, watch);
     });
+}
+
+/// Makes a mesh by make(mesh, watch), and takes it where it was not ended.
+template <class Make>
+bool makeWatched(const quorbin::Progress& progress, IndexedMesh mesh, Make make) {
+    quorbin::Mesh made;
+    const IndexedMesh parts{made.vertices, made.normals, made.triangles};
+    if (!progress)
+        make(parts, Unwatched());
+    else if (!isDoneToTheEnd([&] { make(parts, Watch(progress, 0)); }))
+        return false;
+    mesh.vertices.swap(made.vertices);
+    mesh.normals.swap(made.normals);
+    mesh.triangles.swap(made.triangles);
+    return true;
+}
+
+}  // namespace
+
+void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
+    meshUnique(field, {vertices, normals, triangles}, Unwatched());
+}
+
+void quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
+    meshCapped(field, {vertices, normals, triangles}, Unwatched());
+}
+
+bool quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles,
+                                 const Progress& progress) {
+    return makeWatched(progress, {vertices, normals, triangles},
+                       [&](IndexedMesh mesh, const auto& watch) { meshUnique(field, mesh, watch); });
+}
+
+bool quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles,
+                                 const Progress& progress) {
+    return makeWatched(progress, {vertices, normals, triangles},
+                       [&](IndexedMesh mesh, const auto& watch) { meshCapped(field, mesh, watch); });
 }
