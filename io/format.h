@@ -47,6 +47,7 @@ enum class Kind { kPicture, kVolume, kMask, kMesh };
 /// PGM or TIFF".
 std::string namesOfReadable(Kind kind);
 std::string endingsOfWritable(Kind kind);
+std::vector<std::string> listOfWritable(Kind kind);
 
 /// Whether a file is a volume; reads no more of it than that takes.
 bool isVolume(InputFile& file);

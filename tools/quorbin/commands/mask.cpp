@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
 
 namespace quorbin::tool {
@@ -21,7 +22,7 @@ void addMask(CLI::App& app) {
     auto mask = std::make_shared<Mask>();
     CLI::App& command = addCommand(app, "mask", "mask photo.png -o mask.png",
                                    "Writes a picture that is white (255) inside and black (0) outside.",
-                                   [mask] { runForLabels(*mask); });
+                                   [mask] { runEach(*mask); });
     mask->addInput(command);
     mask->addOutput(command, true, {Kind::kMask});
 }
