@@ -10,13 +10,15 @@ namespace {
 void addHelp(CLI::App& app) {
     auto name = std::make_shared<std::string>();
     CLI::App& command = addCommand(app, "help", "help smooth", "Says how a command is used.", [&app, name] {
-        const CLI::App& asked = name->empty() ? app : *app.get_subcommand(*name);
-        fmt::print("{}", helpOf(describe(asked)));
+        if (name->empty()) return fmt::print("{}", helpOf(describe(app)));
+        const auto asked = app.get_subcommands([&](CLI::App* other) { return other->check_name(*name); });
+        if (asked.empty()) refuse("{}: is no command; quorbin help lists them", *name);
+        fmt::print("{}", helpOf(describe(*asked.front())));
     });
     std::vector<std::string> names;
     for (const CLI::App* other : app.get_subcommands([](const CLI::App*) { return true; }))
         names.push_back(other->get_name());
-    command.add_option("COMMAND", *name, "the command; without one, the tool")->check(CLI::IsMember(names));
+    command.add_option("COMMAND", *name, "the command; without one, the tool")->check(knownValues(names));
 }
 
 }  // namespace

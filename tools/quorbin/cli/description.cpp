@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <sstream>
 
-#include <fmt/core.h>
-
 namespace quorbin::tool {
 
 namespace {
@@ -110,14 +108,19 @@ DescribedCommand describe(const CLI::App& app) {
 }
 
 std::string firstSentence(const std::string& summary) {
-    const std::string line = wrapped(summary.substr(0, summary.find("\n\n")), 0, 1000);
-    std::size_t end = line.find_first_of(".:(");
-    while (end != std::string::npos && line[end] != '(' && end + 1 < line.size() && line[end + 1] != ' ' &&
-           line[end + 1] != '\n')
-        end = line.find_first_of(".:(", end + 1);
-    std::string sentence = line.substr(0, end);
-    while (!sentence.empty() && std::isspace(static_cast<unsigned char>(sentence.back())) != 0)
-        sentence.pop_back();
+    std::istringstream words(summary);
+    std::string sentence, word;
+    int depth = 0;  // of parentheses, which are left out
+    while (words >> word) {
+        const auto closed = static_cast<int>(std::count(word.begin(), word.end(), ')'));
+        depth += static_cast<int>(std::count(word.begin(), word.end(), '('));
+        const bool isShown = depth == 0;
+        depth -= closed;
+        const bool isLast = depth == 0 && (word.back() == '.' || word.back() == ':');
+        if (isShown)
+            sentence += (sentence.empty() ? "" : " ") + word.substr(0, word.size() - (isLast ? 1 : 0));
+        if (isLast) break;
+    }
     return sentence;
 }
 

@@ -8,9 +8,9 @@
 
 namespace quorbin::tool {
 
-/// The inputs of a command, one after the other. The results of several, or of one where the output ends in a
-/// slash, go into a folder under the names of their inputs. Each of several gets a line; what fails is told at
-/// the end, as Failures.
+/// The inputs of a command, one after the other. The results of several, or of one where the output ends in
+/// a slash, go into a folder under the names of their inputs. Each of several gets a line; what fails is told
+/// at the end, as Failures.
 class EachInput {
  public:
     explicit EachInput(const FieldCommand& command);
