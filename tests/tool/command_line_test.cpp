@@ -181,7 +181,7 @@ TEST_F(CommandLine, AFileThatMayNotBeWrittenStaysWhatItIs) {
 
 TEST_F(CommandLine, EverySignalThatEndsTheToolLeavesNothing) {
     for (const auto& [signal, status] : {std::pair{"INT", 130}, {"QUIT", 131}, {"TERM", 143}}) {
-        // A shell that is not interactive has its background jobs ignore INT and QUIT until the tool sets them.
+        // Jobs in the background of a script ignore INT and QUIT until the tool sets them.
         EXPECT_EQ(shell("$Q smooth a.pgm --steps 1000000000 --reinit 1000000000 -o out.svg & "
                         "until ls .quorbin-* >/dev/null 2>&1; do sleep 0.01; done; kill -" +
                         std::string(signal) + " $!; wait $!"),
