@@ -12,10 +12,9 @@ struct Ended {};
 /// Watches an operation that nobody follows: costs nothing.
 struct Unwatched {
     static void step() {}
-    static void tell(int, int) {}
 };
 
-/// Tells a progress function about an operation of at most INT_MAX steps.
+/// Tells a progress function, which may be empty, about an operation of at most INT_MAX steps.
 class Watch {
  public:
     Watch(const quorbin::Progress& progress, std::size_t all)
@@ -25,7 +24,7 @@ class Watch {
         if (++done_ % kStepsBetween == 0) tell(done_, all_);
     }
     void tell(int done, int all) const {
-        if (!progress_(done, all)) throw Ended();
+        if (progress_ && !progress_(done, all)) throw Ended();
     }
 
  private:

@@ -55,7 +55,7 @@ struct SurroundedField {
     }
 };
 
-template <class Reader, class Watch>
+template <class Reader>
 void meshSurrounded(const Reader& field, IndexedMesh& mesh, const Watch& watch) {
     const SurroundedField<Reader> surrounded{field};
     const int width = surrounded.width(), height = surrounded.height(), depth = surrounded.depth();
@@ -97,7 +97,6 @@ void meshSurrounded(const Reader& field, IndexedMesh& mesh, const Watch& watch) 
     }
 }
 
-template <class Watch>
 void meshUnique(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
     mesh.clear();
     withReader(field, [&](const auto& reader) {
@@ -119,7 +118,6 @@ void meshUnique(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
     });
 }
 
-template <class Watch>
 void meshCapped(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
     mesh.clear();
     withReader(field, [&](const auto& reader) {
@@ -128,15 +126,12 @@ void meshCapped(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
     });
 }
 
-/// Makes a mesh by make(mesh, watch), and takes it where it was not ended.
-template <class Make>
-bool makeWatched(const quorbin::Progress& progress, IndexedMesh mesh, Make make) {
+/// Makes a mesh by make(field, mesh, watch), and takes it where it was not ended.
+bool makeWatched(void (*make)(const LevelSet3D&, IndexedMesh, const Watch&), const LevelSet3D& field,
+                 IndexedMesh mesh, const quorbin::Progress& progress) {
     quorbin::Mesh made;
     const IndexedMesh parts{made.vertices, made.normals, made.triangles};
-    if (!progress)
-        make(parts, Unwatched());
-    else if (!isDoneToTheEnd([&] { make(parts, Watch(progress, 0)); }))
-        return false;
+    if (!isDoneToTheEnd([&] { make(field, parts, Watch(progress, 0)); })) return false;
     mesh.vertices.swap(made.vertices);
     mesh.normals.swap(made.normals);
     mesh.triangles.swap(made.triangles);
@@ -147,24 +142,22 @@ bool makeWatched(const quorbin::Progress& progress, IndexedMesh mesh, Make make)
 
 void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
                                  std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
-    meshUnique(field, {vertices, normals, triangles}, Unwatched());
+    meshUnique(field, {vertices, normals, triangles}, Watch({}, 0));
 }
 
 void quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
                                  std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
-    meshCapped(field, {vertices, normals, triangles}, Unwatched());
+    meshCapped(field, {vertices, normals, triangles}, Watch({}, 0));
 }
 
 bool quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
                                  std::vector<Vec3>& normals, std::vector<gpoint3>& triangles,
                                  const Progress& progress) {
-    return makeWatched(progress, {vertices, normals, triangles},
-                       [&](IndexedMesh mesh, const auto& watch) { meshUnique(field, mesh, watch); });
+    return makeWatched(meshUnique, field, {vertices, normals, triangles}, progress);
 }
 
 bool quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
                                  std::vector<Vec3>& normals, std::vector<gpoint3>& triangles,
                                  const Progress& progress) {
-    return makeWatched(progress, {vertices, normals, triangles},
-                       [&](IndexedMesh mesh, const auto& watch) { meshCapped(field, mesh, watch); });
+    return makeWatched(meshCapped, field, {vertices, normals, triangles}, progress);
 }
