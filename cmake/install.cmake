@@ -8,6 +8,11 @@ if(QUORBIN_BUILD_TOOL)
     file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
     set_target_properties(quorbin_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
     install(TARGETS quorbin_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    set(described ${PROJECT_BINARY_DIR}/tools/quorbin/described)
+    install(DIRECTORY ${described}/man1/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES ${described}/completions/quorbin
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    install(FILES ${described}/site-functions/_quorbin DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 endif()
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/quorbin)

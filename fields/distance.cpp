@@ -29,7 +29,9 @@ void setFarFromCrossings(FullLevelSet2D& field, double magnitude) {
         if (!beside[i]) value[i] = value[i] > 0 ? magnitude : -magnitude;
 }
 
-void distanceToSegments(FullLevelSet2D& field, void (FullLevelSet2D::*measure)()) {
+/// Progress is that of the march alone: the measuring tells none.
+void distanceToSegments(FullLevelSet2D& field, void (FullLevelSet2D::*measure)(),
+                        const ProgressFunction& progress) {
     const std::size_t count = pointsOf(field);
     // No distance that is measured reaches this one: it shows what has been left out.
     const double unreached = std::sqrt(2.0 * static_cast<double>(count));
@@ -41,7 +43,7 @@ void distanceToSegments(FullLevelSet2D& field, void (FullLevelSet2D::*measure)()
     if (std::any_of(value, value + count, isUnreached)) {
         marched.init(field.getWidth(), field.getHeight(), 1.0, 1.0);
         std::copy_n(value, count, marched.data());
-        marched.ensureSignedDistanceFMM();
+        distanceByMarching(marched, progress);
     }
     const double spacing = field.getXSpace();
     for (std::size_t i = 0; i < count; ++i)
@@ -50,14 +52,20 @@ void distanceToSegments(FullLevelSet2D& field, void (FullLevelSet2D::*measure)()
 
 }  // namespace
 
-void distanceByMarching(FullLevelSet2D& field) { field.ensureSignedDistanceFMM(); }
-
-void distanceBySegments(FullLevelSet2D& field) {
-    distanceToSegments(field, &FullLevelSet2D::ensureSignedDistance);
+void distanceByMarching(FullLevelSet2D& field, const ProgressFunction& progress) {
+    quorbin::ensureSignedDistanceFMM(field, neverEnding(progress));
 }
 
-void distanceByBruteForce(FullLevelSet2D& field) {
-    distanceToSegments(field, &FullLevelSet2D::ensureSignedDistanceBrute);
+void distanceInVolume(FullLevelSet3D& field, const ProgressFunction& progress) {
+    quorbin::ensureSignedDistanceFMM(field, neverEnding(progress));
+}
+
+void distanceBySegments(FullLevelSet2D& field, const ProgressFunction& progress) {
+    distanceToSegments(field, &FullLevelSet2D::ensureSignedDistance, progress);
+}
+
+void distanceByBruteForce(FullLevelSet2D& field, const ProgressFunction& progress) {
+    distanceToSegments(field, &FullLevelSet2D::ensureSignedDistanceBrute, progress);
 }
 
 bool hasEqualSpacings(const FullLevelSet2D& field) { return field.getXSpace() == field.getYSpace(); }

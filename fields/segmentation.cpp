@@ -70,7 +70,7 @@ void Segmentation::move(FullLevelSet2D& field, int steps) {
                 return weight_ * levelSet->getCurvature(x, y) + outward;
             });
         }
-        if (step == steps || (implicit_ && step % kImplicitReinit == 0)) makeDistance(field);
+        if (step == steps || (implicit_ && step % kImplicitReinit == 0)) makeDistance(field, {});
     }
 }
 

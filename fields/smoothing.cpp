@@ -76,8 +76,9 @@ int smoothGrid(Grid& levelSet, const Smoothing& smoothing, const ProgressFunctio
 
 int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, const ProgressFunction& progress) {
     if (smoothing.onBand) return smoothOnBand<2>(levelSet, smoothing, progress);
-    return smoothGrid(levelSet, smoothing, progress,
-                      hasEqualSpacings(levelSet) ? distanceBySegments : distanceByMarching);
+    return smoothGrid(levelSet, smoothing, progress, [](FullLevelSet2D& field) {
+        hasEqualSpacings(field) ? distanceBySegments(field) : distanceByMarching(field);
+    });
 }
 
 int smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing, const ProgressFunction& progress) {

@@ -52,6 +52,7 @@ enum class Kind { kPicture, kVolume, kMask, kVolumeMask, kMesh };
 /// PGM or TIFF".
 std::string namesOfReadable(Kind kind);
 std::string endingsOfWritable(Kind kind);
+std::vector<std::string> listOfWritable(Kind kind);
 
 /// The same of the formats that write float32.
 std::string endingsOfFloats();

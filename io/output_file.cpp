@@ -66,6 +66,10 @@ OutputFile::OutputFile(std::string path, bool force) : path_(std::move(path)), f
     if (exists && S_ISDIR(status.st_mode)) refuse("{}: is a folder; name a file", path_);
     if ((isLinkToNothing || (exists && S_ISREG(status.st_mode))) && !force)
         refuse("{}: exists; choose another name or add --force", path_);
+    // The superuser may write to every file, but one that nobody may write to is meant to stay.
+    constexpr mode_t kAnyoneMayWrite = 0222;
+    if (exists && (access(path_.c_str(), W_OK) != 0 || (status.st_mode & kAnyoneMayWrite) == 0))
+        refuse("{}: is read-only; choose another name or make it writable", path_);
     if (!exists || S_ISREG(status.st_mode)) {
         openBeside(exists ? status.st_mode & 07777 : usualMode());
         return;

@@ -104,12 +104,14 @@ std::string namesOfReadable(Kind kind) {
     return listed(names);
 }
 
-std::string endingsOfWritable(Kind kind) {
+std::vector<std::string> listOfWritable(Kind kind) {
     std::vector<std::string> endings;
     for (const Format& format : formats())
         if (isWritten(format, kind)) endings.push_back(endingsOf(format).front());
-    return listed(endings);
+    return endings;
 }
+
+std::string endingsOfWritable(Kind kind) { return listed(listOfWritable(kind)); }
 
 std::string endingsOfFloats() {
     std::vector<std::string> endings;

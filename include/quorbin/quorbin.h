@@ -8,6 +8,7 @@
 #include "brin/vec.h"
 #include "hash.h"
 #include "heap.h"
+#include "progress.h"
 #include "quorbin2d.h"
 #include "quorbin3d.h"
 

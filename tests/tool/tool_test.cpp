@@ -189,7 +189,7 @@ TEST_F(Tool, WritesRingsAsGeoJsonWantsThem) {
         EXPECT_EQ(twice > 0, r == 0);
     }
     const auto info = nlohmann::json::parse(run("info a.geojson square.pgm --json").out, nullptr, false);
-    EXPECT_TRUE(info.is_discarded());
+    EXPECT_TRUE(info.is_object()) << "of both, one of which cannot be read";
     EXPECT_EQ(nlohmann::json::parse(run("info square.pgm --json").out)["polygons"], 2);
 }
 

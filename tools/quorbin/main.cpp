@@ -1,25 +1,15 @@
 #include <cstdio>
-#include <exception>
 #include <iostream>
-#include <new>
 #include <string>
 #include <vector>
 
-#include "cli/field_command.h"
+#include "cli/app.h"
+#include "cli/failure.h"
 #include "io/output_file.h"
 
 namespace quorbin::tool {
 
 namespace {
-
-int complain(ExitStatus status, const std::string& line) {
-    // A name may hold line breaks and worse; the complaint stays one line.
-    std::string text = "quorbin: " + line;
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < ' ') c = '?';
-    std::fputs((text + "\n").c_str(), stderr);
-    return status;
-}
 
 /// The words of the command line. "--reinit every 5" reads better than "--reinit 5" and means the same.
 std::vector<std::string> wordsOf(int argc, char** argv) {
@@ -32,7 +22,7 @@ std::vector<std::string> wordsOf(int argc, char** argv) {
 
 void flushStandardOutput() {
     if (std::fflush(stdout) != 0 || !std::cout.flush())
-        throw Failure(kFailed, "standard output: could not be written");
+        throw io::Failure(io::kFailed, "standard output: could not be written");
 }
 
 std::string firstLine(std::string text) {
@@ -40,35 +30,30 @@ std::string firstLine(std::string text) {
     return text;
 }
 
-int runTool(int argc, char** argv) {
-    CLI::App app(
-        "Example: quorbin contour photo.png -o outline.svg\n\n"
-        "Finds the outlines in pictures and makes them smooth, by level sets.",
-        "quorbin");
-    app.set_version_flag("--version", "quorbin " QUORBIN_VERSION);
-    app.require_subcommand(1);
-    for (auto* add : {addInfo, addDistance, addSmooth, addSegment, addContour, addMask, addMesh, addSlice,
-                      addConvert, addDemo})
-        add(app);
+void parse(CLI::App& app, int argc, char** argv) {
+    if (argc > 1 && argv[1][0] != '-' &&
+        app.get_subcommands([&](CLI::App* command) { return command->check_name(argv[1]); }).empty())
+        io::refuse("{}: is no command; --help lists them", argv[1]);
     try {
-        if (argc > 1 && argv[1][0] != '-' &&
-            app.get_subcommands([&](CLI::App* command) { return command->check_name(argv[1]); }).empty())
-            refuse("{}: is no command; --help lists them", argv[1]);
-        try {
-            app.parse(wordsOf(argc, argv));
-        } catch (const CLI::Success& success) {  // --help, --version
-            app.exit(success);
-        }
-        flushStandardOutput();
-        return kDone;
+        app.parse(wordsOf(argc, argv));
+    } catch (const CLI::Success& success) {  // --help, --version
+        app.exit(success);
     } catch (const CLI::ParseError& error) {
-        return complain(kBadUsage, firstLine(error.what()) + "; --help shows how it is used");
-    } catch (const Failure& failure) {
-        return complain(failure.status, failure.what());
-    } catch (const std::bad_alloc&) {
-        return complain(kFailed, "there is not enough memory for this; take a smaller picture or volume");
-    } catch (const std::exception& error) {
-        return complain(kFailed, error.what());
+        io::refuse("{}; --help shows how it is used", firstLine(error.what()));
+    }
+    flushStandardOutput();
+}
+
+int runTool(int argc, char** argv) {
+    try {
+        const auto failure = failureOf([&] { parse(*makeApp(), argc, argv); });
+        if (!failure) return io::kDone;
+        complain(failure->what());
+        return failure->status;
+    } catch (const Failures& failures) {
+        std::fflush(stdout);
+        for (const std::string& line : failures.lines) complain(line);
+        return failures.status;
     }
 }
 

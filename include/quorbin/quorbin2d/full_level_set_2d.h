@@ -9,9 +9,17 @@
 #include <boost/function.hpp>
 
 #include "../brin/image.h"
+#include "../progress.h"
 #include "level_set_2d.h"
 
+class FullLevelSet2D;
 class FullLevelSet3D;
+
+namespace quorbin {
+/// FullLevelSet2D::ensureSignedDistanceFMM, which progress may end: then false, and the values stay. It is
+/// told of the points that have their distance, at every 32768th.
+QUORBIN_EXPORT bool ensureSignedDistanceFMM(FullLevelSet2D& field, const Progress& progress);
+}  // namespace quorbin
 
 /// A level set on a dense grid of width × height doubles.
 ///
@@ -177,6 +185,7 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
 
  private:
     friend class FullLevelSet3D;  // which cuts planes
+    friend bool quorbin::ensureSignedDistanceFMM(FullLevelSet2D&, const quorbin::Progress&);
 
     // Memory from calloc costs nothing until it is touched, so a file whose header tells too large a size
     // does no harm.
@@ -184,6 +193,9 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
         void operator()(double* array) const { std::free(array); }
     };
     using Array = std::unique_ptr<double[], Free>;
+
+    template <class Watch>
+    void march(Watch watch);
 
     static Array allocate(int width, int height);
     bool adopt(int width, int height, double xSpace, double ySpace);

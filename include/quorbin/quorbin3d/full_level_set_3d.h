@@ -6,9 +6,17 @@
 
 #include <boost/function.hpp>
 
+#include "../progress.h"
 #include "level_set_3d.h"
 
+class FullLevelSet3D;
 class FullLevelSet2D;
+
+namespace quorbin {
+/// FullLevelSet3D::ensureSignedDistanceFMM, which progress may end: then false, and the values stay. It is
+/// told of the points that have their distance, at every 32768th.
+QUORBIN_EXPORT bool ensureSignedDistanceFMM(FullLevelSet3D& field, const Progress& progress);
+}  // namespace quorbin
 
 /// A level set on a dense grid of width × height × depth doubles.
 ///
@@ -135,10 +143,14 @@ class QUORBIN_EXPORT FullLevelSet3D : public LevelSet3D {
     bool load(const char* path);
 
  private:
+    friend bool quorbin::ensureSignedDistanceFMM(FullLevelSet3D&, const quorbin::Progress&);
     struct Free {
         void operator()(double* array) const { std::free(array); }
     };
     using Array = std::unique_ptr<double[], Free>;
+
+    template <class Watch>
+    void march(Watch watch);
 
     static Array allocate(int width, int height, int depth);
     bool adopt(int width, int height, int depth, double xSpace, double ySpace, double zSpace);

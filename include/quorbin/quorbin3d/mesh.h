@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "../brin/vec.h"
+#include "../progress.h"
 #include "../quorbin_export.h"
 #include "fast_level_set_3d.h"
 #include "gpoint3.h"
@@ -32,10 +34,16 @@ struct MeshOptions {
 /// one (there is an overload for it), and std::bad_alloc. About 1 ns a cell and 0.1 µs a triangle.
 QUORBIN_EXPORT Mesh mesh(const LevelSet3D& field, const MeshOptions& options = {});
 
+/// The same, which progress may end: then there is none. It is told of the layers of cells that are done.
+QUORBIN_EXPORT std::optional<Mesh> mesh(const LevelSet3D& field, const MeshOptions& options,
+                                        const Progress& progress);
+
 /// The same for a band, from the cells whose eight corners are stored.
 QUORBIN_EXPORT Mesh mesh(const FastLevelSet3D& band);
 /// Deleted: a band has no faces at which a mesh could be closed.
 Mesh mesh(const FastLevelSet3D& band, const MeshOptions& options) = delete;
+std::optional<Mesh> mesh(const FastLevelSet3D& band, const MeshOptions& options,
+                         const Progress& progress) = delete;
 
 /// Area of a mesh, the sum of those of its triangles.
 QUORBIN_EXPORT double surfaceArea(const Mesh& mesh);
@@ -63,6 +71,15 @@ QUORBIN_EXPORT void getTrianglesUnique(const FastLevelSet3D& band, std::vector<b
 QUORBIN_EXPORT void getTrianglesCapped(const LevelSet3D& field, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles);
+
+/// Both, which progress may end: then false, and the vectors stay. It is told of the layers of cells that
+/// are done.
+QUORBIN_EXPORT bool getTrianglesUnique(const LevelSet3D& field, std::vector<brin::Vec3<double>>& vertices,
+                                       std::vector<brin::Vec3<double>>& normals,
+                                       std::vector<gpoint3>& triangles, const Progress& progress);
+QUORBIN_EXPORT bool getTrianglesCapped(const LevelSet3D& field, std::vector<brin::Vec3<double>>& vertices,
+                                       std::vector<brin::Vec3<double>>& normals,
+                                       std::vector<gpoint3>& triangles, const Progress& progress);
 
 /// Deleted: a band has no faces at which a mesh could be closed.
 void getTrianglesCapped(const FastLevelSet3D& band, std::vector<brin::Vec3<double>>& vertices,

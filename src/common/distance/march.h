@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/states.h"
+#include "common/watch.h"
 #include "heap/march_queue.h"
 
 namespace lset::detail {
@@ -26,10 +27,12 @@ struct From {};
 ///     accept(p, side, distance)
 ///     spreads(distance)              whether the neighbours of a point at this distance are looked at
 ///
+/// The watch steps with every point that is accepted.
+///
 /// A grid takes visit by reference: a copy would be read back at once in one piece, for which the processor
 /// waits until all that has been written before is in the cache. That took a quarter of the time.
-template <class Grid, class Ids>
-void march(Grid& grid, const Ids& front, State side, MarchQueue& queue) {
+template <class Grid, class Ids, class Watch = const Unwatched>
+void march(Grid& grid, const Ids& front, State side, MarchQueue& queue, Watch&& watch = Unwatched()) {
     for (const int id : front) {
         grid.forEachNeighbour(grid.point(id), [&](auto q, auto) {
             if (!grid.isFar(q)) return;
@@ -42,6 +45,7 @@ void march(Grid& grid, const Ids& front, State side, MarchQueue& queue) {
         const double distance = queue.value(0);
         queue.removeTop();
         grid.accept(p, side, distance);
+        watch.step();
         if (!grid.spreads(distance)) continue;
         grid.forEachNeighbour(
             p, [&](auto q, auto from) __attribute__((always_inline)) {

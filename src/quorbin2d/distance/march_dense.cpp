@@ -1,12 +1,8 @@
-#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstddef>
-#include <vector>
 
-#include "common/distance/dense_march.h"
-#include "quorbin2d/distance/estimate.h"
-#include "quorbin2d/distance/front_dense.h"
+#include "quorbin2d/distance/march_dense.h"
 
 using namespace lset::detail;
 
@@ -23,16 +19,5 @@ double FullLevelSet2D::estimateDistance(const double* distances, const char* sta
 
 void FullLevelSet2D::ensureSignedDistanceFMM() {
     if (size() > INT_MAX) return;
-    std::vector<signed char> states(size(), kFar);
-    double* const distances = scratch_.get();
-    std::fill_n(distances, size(), 0.0);
-    const Front front = findFront(*this, {width_, height_}, states.data(), distances);
-
-    // The field's own spacings and values are not read any more: from here on no subclass can see anything.
-    DenseMarch<2, Estimator2D> marched(distances, states.data(), {width_, height_},
-                                       {getXSpace(), getYSpace()});
-    MarchQueue queue;
-    march(marched, front.outside, kOutside, queue);
-    march(marched, front.inside, kInside, queue);
-    for (std::size_t i = 0; i < states.size(); ++i) values_[i] = states[i] * distances[i];
+    march(Unwatched());
 }

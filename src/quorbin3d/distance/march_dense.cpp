@@ -1,12 +1,8 @@
-#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstddef>
-#include <vector>
 
-#include "common/distance/dense_march.h"
-#include "quorbin3d/distance/estimate.h"
-#include "quorbin3d/distance/front_dense.h"
+#include "quorbin3d/distance/march_dense.h"
 
 using namespace lset::detail;
 
@@ -24,15 +20,5 @@ double FullLevelSet3D::estimateDistance(const double* distances, const char* sta
 
 void FullLevelSet3D::ensureSignedDistanceFMM() {
     if (size() == 0 || size() > INT_MAX) return;
-    std::vector<signed char> states(size(), kFar);
-    double* const distances = scratch_.get();
-    std::fill_n(distances, size(), 0.0);
-    const Front front = findFront(*this, {width_, height_, depth_}, states.data(), distances);
-
-    DenseMarch<3, Estimator3D> marched(distances, states.data(), {width_, height_, depth_},
-                                       {getXSpace(), getYSpace(), getZSpace()});
-    MarchQueue queue;
-    march(marched, front.outside, kOutside, queue);
-    march(marched, front.inside, kInside, queue);
-    for (std::size_t i = 0; i < states.size(); ++i) values_[i] = states[i] * distances[i];
+    march(Unwatched());
 }

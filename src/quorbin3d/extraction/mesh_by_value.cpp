@@ -25,6 +25,16 @@ Mesh mesh(const LevelSet3D& field, const MeshOptions& options) {
     return mesh;
 }
 
+std::optional<Mesh> mesh(const LevelSet3D& field, const MeshOptions& options, const Progress& progress) {
+    Mesh mesh;
+    const bool isDone =
+        options.capped ? getTrianglesCapped(field, mesh.vertices, mesh.normals, mesh.triangles, progress)
+                       : getTrianglesUnique(field, mesh.vertices, mesh.normals, mesh.triangles, progress);
+    if (!isDone) return std::nullopt;
+    scale(mesh, field);
+    return mesh;
+}
+
 Mesh mesh(const FastLevelSet3D& band) {
     Mesh mesh;
     getTrianglesUnique(band, mesh.vertices, mesh.normals, mesh.triangles);

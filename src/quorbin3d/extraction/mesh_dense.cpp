@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "common/watch.h"
 #include "quorbin3d/extraction/cells.h"
 #include "quorbin3d/extraction/gradients.h"
 #include "quorbin3d/extraction/indexed_mesh.h"
@@ -55,7 +56,7 @@ struct SurroundedField {
 };
 
 template <class Reader>
-void meshSurrounded(const Reader& field, IndexedMesh& mesh) {
+void meshSurrounded(const Reader& field, IndexedMesh& mesh, const Watch& watch) {
     const SurroundedField<Reader> surrounded{field};
     const int width = surrounded.width(), height = surrounded.height(), depth = surrounded.depth();
     SharedVertices shared(width, height);
@@ -92,14 +93,11 @@ void meshSurrounded(const Reader& field, IndexedMesh& mesh) {
             }
         }
         shared.nextLayer();
+        watch.tell(z + 1, depth - 1);
     }
 }
 
-}  // namespace
-
-void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
-                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
-    IndexedMesh mesh{vertices, normals, triangles};
+void meshUnique(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
     mesh.clear();
     withReader(field, [&](const auto& reader) {
         if (reader.width() < 2 || reader.height() < 2) return;
@@ -112,18 +110,54 @@ void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& ver
         };
         forEachCrossedCell(
             reader, [&](int x, int y, int z, int cell) { addCell(mesh, shared, x, y, z, cell, makeVertex); },
-            [&](int, int) {
+            [&](int done, int all) {
                 shared.nextLayer();
                 gradients.nextLayer();
+                watch.tell(done, all);
             });
     });
 }
 
-void quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
-                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
-    IndexedMesh mesh{vertices, normals, triangles};
+void meshCapped(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
     mesh.clear();
     withReader(field, [&](const auto& reader) {
-        if (reader.width() > 0 && reader.height() > 0 && reader.depth() > 0) meshSurrounded(reader, mesh);
+        if (reader.width() > 0 && reader.height() > 0 && reader.depth() > 0)
+            meshSurrounded(reader, mesh, watch);
     });
+}
+
+/// Makes a mesh by make(field, mesh, watch), and takes it where it was not ended.
+bool makeWatched(void (*make)(const LevelSet3D&, IndexedMesh, const Watch&), const LevelSet3D& field,
+                 IndexedMesh mesh, const quorbin::Progress& progress) {
+    quorbin::Mesh made;
+    const IndexedMesh parts{made.vertices, made.normals, made.triangles};
+    if (!isDoneToTheEnd([&] { make(field, parts, Watch(progress, 0)); })) return false;
+    mesh.vertices.swap(made.vertices);
+    mesh.normals.swap(made.normals);
+    mesh.triangles.swap(made.triangles);
+    return true;
+}
+
+}  // namespace
+
+void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
+    meshUnique(field, {vertices, normals, triangles}, Watch({}, 0));
+}
+
+void quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
+    meshCapped(field, {vertices, normals, triangles}, Watch({}, 0));
+}
+
+bool quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles,
+                                 const Progress& progress) {
+    return makeWatched(meshUnique, field, {vertices, normals, triangles}, progress);
+}
+
+bool quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
+                                 std::vector<Vec3>& normals, std::vector<gpoint3>& triangles,
+                                 const Progress& progress) {
+    return makeWatched(meshCapped, field, {vertices, normals, triangles}, progress);
 }

@@ -301,4 +301,33 @@ TEST(GetPoint, GivesMidpointsAndReportsWhatDoesNotCross) {
     EXPECT_TRUE(gpoint3()(gpoint3{1, 2, 3}, gpoint3{1, 2, 3}));
 }
 
+TEST(Mesh, WithProgressIsTheSameAndEndedLeavesWhatWasThere) {
+    onVolumePairs([](FullLevelSet3D& dense, SlowVolume& slow) {
+        for (const bool capped : {false, true})
+            for (const LevelSet3D* field :
+                 {static_cast<LevelSet3D*>(&dense), static_cast<LevelSet3D*>(&slow)}) {
+                const quorbin::Mesh plain = quorbin::mesh(*field, {capped});
+                int last = 0, parts = 0;
+                const auto watched = quorbin::mesh(*field, {capped}, [&](int done, int all) {
+                    EXPECT_EQ(done, ++last);
+                    parts = all;
+                    return true;
+                });
+                ASSERT_TRUE(watched.has_value());
+                EXPECT_EQ(last, parts);
+                EXPECT_EQ(bits(watched->vertices), bits(plain.vertices));
+                EXPECT_EQ(bits(watched->normals), bits(plain.normals));
+                EXPECT_EQ(watched->triangles.size(), plain.triangles.size());
+                Vectors vertices(1), normals(2);
+                std::vector<gpoint3> triangles(3);
+                const auto endHalfWay = [](int done, int all) { return 2 * done < all; };
+                EXPECT_EQ(quorbin::getTrianglesUnique(*field, vertices, normals, triangles, endHalfWay),
+                          field->getDepth() < 2 || field->getWidth() < 2 || field->getHeight() < 2);
+                if (field->getDepth() > 1 && field->getWidth() > 1 && field->getHeight() > 1) {
+                    EXPECT_EQ(vertices.size() + normals.size() + triangles.size(), 6U);
+                }
+            }
+    });
+}
+
 }  // namespace

@@ -1,17 +1,26 @@
 #include "field_command.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <type_traits>
 
+#include "description.h"
 #include "io/channels.h"
 #include "io/format_name.h"
+#include "record.h"
 
 namespace quorbin::tool {
 
 namespace {
+
+/// Of options that a command has alone.
+constexpr char kOwnGroup[] = "Method";
 
 Spacing parseSpacing(const std::string& text) {
     Spacing spacing;
@@ -90,6 +99,11 @@ io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& no
     } catch (const Failure& failure) {
         throw naming(command.input, failure);
     }
+    std::array<double, 3> spacing = {levelSet.getXSpace(), levelSet.getYSpace(), 1};
+    if constexpr (kIsVolume) spacing[2] = levelSet.getZSpace();
+    command.record->addImage(image, spacing);
+    if (command.field.level) command.record->add("level", *command.field.level);
+    if (!note.empty()) command.record->add("note", note);
     if (!command.needsSamples) std::vector<double>().swap(image.samples);
     return image;
 }
@@ -105,8 +119,9 @@ auto readAndReport(const FieldCommand& command, Grid& levelSet, bool needsCrossi
 
 }  // namespace
 
-void FieldCommand::addInput(CLI::App& command) {
-    addPicture(command);
+void FieldCommand::addInput(CLI::App& command, const std::string& name) {
+    addPicture(command, name);
+    command.option_defaults()->group("Level");
     auto* level = command.add_option_function<double>(
         "--level",
         [this](double value) {
@@ -143,6 +158,7 @@ void FieldCommand::addInput(CLI::App& command) {
         ->excludes(level)
         ->excludes(inside)
         ->excludes(between);
+    command.option_defaults()->group(kOwnGroup);
 }
 
 CLI::Option* FieldCommand::addInside(CLI::App& command, const std::string& description) {
@@ -153,21 +169,29 @@ CLI::Option* FieldCommand::addInside(CLI::App& command, const std::string& descr
         ->type_name("above|below");
 }
 
-void FieldCommand::addPicture(CLI::App& command) {
-    command
-        .add_option("INPUT", input,
-                    fmt::format("a picture ({}); - for standard input", namesOfReadable(Kind::kPicture)))
-        ->required();
+void FieldCommand::addPicture(CLI::App& command, const std::string& name) {
+    commandName = command.get_name();
+    command.option_defaults()->group("Input");
+    auto* option = command.add_option(
+        name, inputs, fmt::format("a picture ({}); - for standard input", namesOfReadable(Kind::kPicture)));
+    if (option->get_positional())
+        option->required();
+    else
+        option->expected(1)->type_name("FILE");
     addReading(command, reading);
     command
         .add_option_function<std::string>(
             "--spacing", [this](const std::string& text) { field.spacing = parseSpacing(text); },
             "units between samples along x and y, and z of a volume (default: the file's own, else 1)")
         ->type_name("DX,DY[,DZ]");
-    command.add_flag("--quiet,-q", quiet, "print nothing but errors");
+    command.option_defaults()->group("General");
+    command.add_flag("-q,--quiet", quiet, "print nothing but errors");
+    command.add_flag("--json", json, "print one JSON object: what was read, results, files written, seconds");
+    command.option_defaults()->group(kOwnGroup);
 }
 
 void FieldCommand::addVolume(CLI::App& command) {
+    command.option_defaults()->group("Input");
     auto layout = std::make_shared<RawLayout>();
     auto* type =
         command
@@ -191,21 +215,57 @@ void FieldCommand::addVolume(CLI::App& command) {
     CLI::Option& inputOption = *command.get_option("INPUT");
     inputOption.description(fmt::format("a picture ({}) or a volume ({}, raw); - for standard input",
                                         namesOfReadable(Kind::kPicture), namesOfReadable(Kind::kVolume)));
+    command.option_defaults()->group(kOwnGroup);
 }
 
 void FieldCommand::addOutput(CLI::App& command, bool required, std::initializer_list<Kind> kinds) {
+    command.option_defaults()->group("Output");
     std::string formats;
-    for (const Kind kind : kinds)
+    std::vector<std::string> endings;
+    for (const Kind kind : kinds) {
         formats += (formats.empty() ? "" : "; of a volume ") + endingsOfWritable(kind);
+        for (std::string& ending : listOfWritable(kind))
+            if (std::find(endings.begin(), endings.end(), ending) == endings.end())
+                endings.push_back(std::move(ending));
+    }
     command
         .add_option("-o,--output", output,
-                    "file to write; its ending tells the format (none: the usual one); - for standard output")
+                    "file to write; its ending tells the format (none: the usual one); - for standard "
+                    "output; of several inputs, or with a slash at its end, a folder")
+        ->type_name("FILE")
         ->required(required);
-    command.add_option("--format", format, fmt::format("instead of the ending: {}", formats));
-    command.add_flag("--force,-f", force, "overwrite an existing file");
+    command.add_option("--format", format, fmt::format("instead of the ending: {}", formats))
+        ->type_name("FORMAT")
+        ->check(knownValues(endings));
+    command.add_flag("-f,--force", force, "overwrite an existing file");
     const auto isField = [](Kind kind) { return kind == Kind::kPicture || kind == Kind::kVolume; };
     if (std::any_of(kinds.begin(), kinds.end(), isField))
         command.add_flag("--float", asFloat, "write fields as float32, in " + endingsOfFloats());
+    command.option_defaults()->group(kOwnGroup);
+}
+
+void FieldCommand::say(std::string line) const {
+    if (quiet || json) return;
+    if (!said) return fmt::print("{}\n", line);
+    if (line.rfind(input + ": ", 0) == 0) line.erase(0, input.size() + 2);
+    said->push_back(std::move(line));
+}
+
+std::string FieldCommand::outputPath(const std::string& usual) const {
+    if (batch->folder.empty()) return output;
+    std::string stem = input == "-" ? "stdin" : input.substr(input.find_last_of('/') + 1);
+    const auto dropEnding = [&] {
+        if (const std::size_t dot = stem.find_last_of('.'); dot != std::string::npos && dot > 0)
+            stem.erase(dot);
+    };
+    const bool isCompressed = file().hasEnding("gz");
+    dropEnding();
+    if (isCompressed) dropEnding();
+    std::string path = batch->folder + "/" + stem + "." + (format.empty() ? usual : format);
+    if (labelInFolder_) path = withLabel(path, *labelInFolder_);
+    if (!batch->paths.insert(path).second)
+        refuse("{}: would be written to {}, as another input; give it another name", input, path);
+    return path;
 }
 
 void FieldCommand::reportNotes(const io::Image& image) const {
@@ -248,6 +308,10 @@ io::Image FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
 
 void FieldCommand::nameAfterLabel(double label) {
     if (output.empty()) return;
+    if (!batch->folder.empty()) {
+        labelInFolder_ = label;
+        return;
+    }
     if (output == "-") refuse("--label all: writes a file a label; name them by -o");
     if (output.back() == '/' || std::filesystem::is_directory(output))
         refuse("{}: is a folder; name a file, whose name all those of --label all begin with", output);
@@ -255,7 +319,7 @@ void FieldCommand::nameAfterLabel(double label) {
 }
 
 void FieldCommand::requireNewFiles() const {
-    if (!output.empty()) OutputFile(output, force);
+    if (!output.empty() && batch->folder.empty()) OutputFile(output, force);
 }
 
 std::vector<double> FieldCommand::keepLabels() {
@@ -277,14 +341,21 @@ std::string withLabel(const std::string& path, double label) {
 }
 
 Result::Result(const FieldCommand& command, Kind kind, const std::string& usualFormat)
-    : format_(outputFormat(kind, command.output, command.format, usualFormat)),
+    : format_(outputFormat(kind, command.batch->folder.empty() ? command.output : "", command.format,
+                           usualFormat)),
       input_(command.input),
-      file_(command.output, command.force),
-      asFloat_(command.asFloat) {
+      file_(command.outputPath(usualFormat), command.force),
+      asFloat_(command.asFloat),
+      record_(*command.record) {
     const bool isField = kind == Kind::kPicture || kind == Kind::kVolume;
     if (asFloat_ && isField && !format_.writesFloats)
         refuse("{}: --float goes with {} and not with {}; leave it out", command.output, endingsOfFloats(),
                format_.name);
+}
+
+void Result::finish() {
+    file_.commit();
+    record_.addWritten(file_.path());
 }
 
 void Result::requireNumbers(const double* values, std::size_t count) const {
@@ -298,22 +369,24 @@ void Result::write(PictureDocument document) {
     document.isFloat = asFloat_;
     requireNumbers(document.field.data(), pointsOf(document.field));
     format_.writePicture(document, file_);
-    file_.commit();
+    finish();
 }
 
 void Result::write(VolumeDocument document) {
     document.isFloat = asFloat_;
     requireNumbers(document.field.data(), pointsOf(document.field));
     format_.writeVolume(document, file_);
-    file_.commit();
+    finish();
 }
 
 void Result::write(const MeshDocument& mesh) {
     for (const auto* points : {&mesh.vertices, &mesh.normals})
         for (const brin::Vec3<double>& p : *points) requireNumbers(std::array{p.x, p.y, p.z}.data(), 3);
     format_.writeMesh(mesh, file_);
-    file_.commit();
+    finish();
 }
+
+std::shared_ptr<Record> recordOfLabel(Record& record, double label) { return record.ofLabel(label); }
 
 void addReading(CLI::App& command, ReadOptions& reading) {
     command
@@ -366,10 +439,24 @@ std::string counted(std::size_t count, const std::string& noun) {
     return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
+void makeFolder(const std::string& path) {
+    if (mkdir(path.c_str(), 0777) != 0 && errno != EEXIST)
+        refuse("{}: cannot be made a folder ({}); choose another", path, std::strerror(errno));
+}
+
+void setUp(CLI::App& app) {
+    app.formatter_fn([](const CLI::App* asked, const std::string&, CLI::AppFormatMode) {
+        return helpOf(describe(*asked));
+    });
+    app.set_help_flag("-h,--help", "print this help")->group("General");
+    app.set_version_flag("-V,--version", "quorbin " QUORBIN_VERSION, "print the version")->group("General");
+    app.option_defaults()->group(kOwnGroup);
+}
+
 CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& example,
                      const std::string& summary, std::function<void()> body) {
     CLI::App& command = *app.add_subcommand(name, "Example: quorbin " + example + "\n\n" + summary);
-    command.set_version_flag("--version", "quorbin " QUORBIN_VERSION);
+    setUp(command);
     command.callback(std::move(body));
     return command;
 }

@@ -3,7 +3,9 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <vector>
 
 #include <fmt/core.h>
 #include <CLI/CLI.hpp>
@@ -18,9 +20,20 @@ using namespace quorbin::fields;
 
 namespace quorbin::tool {
 
+class Record;
+
+/// What the inputs of one command line share.
+struct Batch {
+    std::string folder;           ///< where results go under the names of their inputs, if anywhere
+    std::set<std::string> paths;  ///< that results have
+    bool hasMany = false;
+};
+
 /// What most commands are given: a file to read, how it becomes a field, and where the result goes.
 struct FieldCommand {
-    std::string input;
+    std::string commandName;
+    std::vector<std::string> inputs;
+    std::string input;  ///< the one under way
     std::string output;
     std::string format;
     ReadOptions reading;
@@ -31,13 +44,18 @@ struct FieldCommand {
     bool force = false;
     bool quiet = false;
     bool asFloat = false;
+    bool json = false;
+    std::shared_ptr<Batch> batch;
+    std::shared_ptr<Record> record;                  ///< of the input under way
+    std::shared_ptr<std::vector<std::string>> said;  ///< said of it, where it is one of many
 
     /// The input, opened at the first call.
     InputFile& file() const;
 
-    void addInput(CLI::App& command);
+    /// The input is a positional one that may be many, or an option.
+    void addInput(CLI::App& command, const std::string& name = "INPUT");
     /// The same without what makes a field of the picture.
-    void addPicture(CLI::App& command);
+    void addPicture(CLI::App& command, const std::string& name = "INPUT");
     /// --inside alone, which addInput has too.
     CLI::Option* addInside(CLI::App& command, const std::string& description);
     /// What a command that takes volumes too is given besides.
@@ -77,16 +95,25 @@ struct FieldCommand {
     /// Prints a line unless the user wants quiet.
     template <class... Args>
     void report(fmt::format_string<Args...> line, Args&&... args) const {
-        if (!quiet) fmt::print("{}\n", fmt::format(line, std::forward<Args>(args)...));
+        say(fmt::format(line, std::forward<Args>(args)...));
     }
 
+    /// Where the result goes; usual is the ending that it has in a folder.
+    std::string outputPath(const std::string& usual) const;
+
  private:
+    void say(std::string line) const;
+
     mutable std::shared_ptr<InputFile> file_;
     std::shared_ptr<const io::Image> kept_;
+    std::optional<double> labelInFolder_;  ///< whose result it is, where that goes into a folder
 };
 
 /// The path with a label before its ending: a-3.ply.
 std::string withLabel(const std::string& path, double label);
+
+/// The part of a record that is of a label.
+std::shared_ptr<Record> recordOfLabel(Record& record, double label);
 
 /// Runs a command, or with --label all a copy of it for every label. If nothing is left of one of them, the
 /// others are written nevertheless.
@@ -103,7 +130,9 @@ void runForLabels(Command command) {
     for (const double label : labels) commandFor(label).requireNewFiles();
     std::string vanished;
     for (const double label : labels) try {
-            commandFor(label).run();
+            Command one = commandFor(label);
+            one.record = recordOfLabel(*command.record, label);
+            one.run();
         } catch (const Failure& failure) {
             if (failure.status != kNoCrossing) throw;
             vanished += fmt::format(" {}", label);
@@ -124,11 +153,13 @@ class Result {
 
  private:
     void requireNumbers(const double* values, std::size_t count) const;
+    void finish();
 
     const Format& format_;
     std::string input_;
     OutputFile file_;
     bool asFloat_;
+    Record& record_;
 };
 
 /// Adds the options of what is read of a file.
@@ -145,6 +176,12 @@ void requirePng(const std::string& picture, const std::string& output);
 
 /// "1 polygon", "2 polygons".
 std::string counted(std::size_t count, const std::string& noun);
+
+/// Makes a folder that is not there.
+void makeFolder(const std::string& path);
+
+/// Gives an app what all have: -h, -V, and help by groups.
+void setUp(CLI::App& app);
 
 /// Adds a subcommand that runs body. Its help begins with the example.
 CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& example,

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
 #include "fields/progress.h"
 
 namespace quorbin::tool {
 
-/// A bar on standard error, shown when that is a terminal and the work takes more than a second. Gone at the
-/// end.
+/// What the bar shows of a part of an operation, after some seconds: "[####      ]  40 %  1:12 left".
+std::string barOf(int done, int all, double seconds);
+
+/// A bar on standard error with the time left, shown when that is a terminal and the work takes more than a
+/// second. Gone at the end.
 class Progress {
  public:
     explicit Progress(bool wanted);
@@ -23,9 +27,10 @@ class Progress {
     }
 
  private:
-    bool wanted_;
-    int shownPercent_ = -1;
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    using Clock = std::chrono::steady_clock;
+
+    bool wanted_, isShown_ = false;
+    Clock::time_point start_ = Clock::now(), next_ = start_ + std::chrono::seconds(1);
 };
 
 }  // namespace quorbin::tool

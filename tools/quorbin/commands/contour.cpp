@@ -1,7 +1,9 @@
 #include <memory>
 #include <optional>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/record.h"
 #include "io/failure.h"
 #include "io/formats/outline.h"
 
@@ -47,6 +49,10 @@ struct ContourCommand : FieldCommand {
         const std::string lines = open ? " and " + counted(outline.lines.size(), "open line") : "";
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace();
         const char* unit = hx == 1 && hy == 1 ? "pixels" : "units of the spacing";
+        record->add("polygons", polygons);
+        if (open) record->add("openLines", outline.lines.size());
+        record->add("area", enclosed);
+        record->add("length", around);
         report("{}: {}{}, area {:.10g} and length {:.10g} in {}", input, counted(polygons, "polygon"), lines,
                enclosed, around, unit);
     }
@@ -62,7 +68,7 @@ void addContour(CLI::App& app) {
                                    "or drawn over the picture (PNG, PDF).\n"
                                    "Outlines run counterclockwise around the inside (x right, y growing with "
                                    "the rows), holes the other way.",
-                                   [contour] { runForLabels(*contour); });
+                                   [contour] { runEach(*contour); });
     contour->addInput(command);
     contour->addOutput(command, false, {Kind::kPicture});
     command.get_option("--output")->each([contour](const std::string& path) {

@@ -1,6 +1,8 @@
 #include <memory>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/format_table.h"
 
 namespace quorbin::tool {
 
@@ -37,10 +39,21 @@ void addConvert(CLI::App& app) {
         "(VTI), or its "
         "inside\nalone (FR3D). The field of a picture or a volume of intensities is level - grey, negative "
         "inside.",
-        [convert] { runForLabels(*convert); });
+        [convert] { runEach(*convert); });
     convert->addInput(command);
     convert->addVolume(command);
     convert->addOutput(command, true, {Kind::kPicture, Kind::kVolume});
+    // Like --help, this wants no input.
+    command
+        .add_flag_callback(
+            "--formats",
+            [] {
+                fmt::print("{}", textOfFormats());
+                throw CLI::Success();
+            },
+            "list what this build reads and writes")
+        ->trigger_on_parse()
+        ->group("General");
 }
 
 }  // namespace quorbin::tool

@@ -1,12 +1,10 @@
-#include <sys/stat.h>
-
-#include <cerrno>
 #include <chrono>
-#include <cstring>
 #include <memory>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
 #include "cli/progress.h"
+#include "cli/record.h"
 #include "commands/demo_picture.h"
 #include "fields/smoothing.h"
 #include "io/failure.h"
@@ -20,22 +18,21 @@ namespace {
 constexpr int kSteps = 200;
 
 struct Demo : FieldCommand {
-    std::string picturePath;
-
     void run() {
         if (output == "-") refuse("demo: writes a folder; name one by -o");
-        const io::Image picture = picturePath.empty() ? demoPicture() : readPicture(picturePath, reading);
-        for (const std::string& line : picture.notes) report("{}: {}", picturePath, line);
-        if (mkdir(output.c_str(), 0777) != 0 && errno != EEXIST)
-            refuse("{}: cannot be made a folder ({}); choose another", output, std::strerror(errno));
+        if (everyLabel) refuse("--label all: is not for the demo; name one label");
+        const io::Image picture = input.empty() ? demoPicture() : readPicture(input, reading);
+        reportNotes(picture);
+        makeFolder(output);
         FullLevelSet2D levelSet;
         std::string note;
         makeField(picture, field, levelSet, note);
+        record->addImage(picture, {levelSet.getXSpace(), levelSet.getYSpace(), 1});
         if (!hasCrossing(levelSet))
             throw Failure(kNoCrossing, fmt::format("{}: has no outline; choose another --level", name()));
 
         report("{} × {} pixels{}{}", picture.width, picture.height, note.empty() ? "" : ", ", note);
-        if (picturePath.empty())
+        if (input.empty())
             save("0-picture.png", "png", "the picture", {levelSet, &picture, false, Drawing::kPicture});
         save("1-mask.png", "mask", "white inside, black outside", {levelSet});
         save("2-outline-before.svg", "svg", "its outline", {levelSet});
@@ -59,7 +56,7 @@ struct Demo : FieldCommand {
     }
 
  private:
-    std::string name() const { return picturePath.empty() ? "the demo's picture" : picturePath; }
+    std::string name() const { return input.empty() ? "the demo's picture" : input; }
 
     template <class Work>
     void timed(const std::string& what, Work work) const {
@@ -76,6 +73,7 @@ struct Demo : FieldCommand {
         OutputFile file(path, force);
         outputFormat(Kind::kPicture, name, formatOfFile, "").writePicture(document, file);
         file.commit();
+        record->addWritten(path);
         const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
         report("  {:<34} {} ({:.0f} ms)", path, what, time.count());
     }
@@ -89,21 +87,13 @@ void addDemo(CLI::App& app) {
         app, "demo", "demo -o demo",
         "Does the main job, from a noisy picture to a smooth closed outline, on a picture of its own or\n"
         "on yours (--input), and writes every stage of it into a folder.",
-        [demo] { demo->run(); });
+        [demo] { runEach(*demo, [](Demo& one) { one.run(); }); });
+    demo->addInput(command, "--input");
     command.add_option("-o,--output", demo->output, "folder to write to, made if it is not there")
+        ->type_name("DIR")
+        ->group("Output")
         ->required();
-    command.add_option("--input", demo->picturePath,
-                       "a picture of yours: " + namesOfReadable(Kind::kPicture));
-    addReading(command, demo->reading);
-    command.add_option_function<double>(
-        "--level",
-        [demo](double level) {
-            requireUsableLevel(level);
-            demo->field.level = level;
-        },
-        "grey value of the outline (default: Otsu's threshold)");
-    command.add_flag("--force,-f", demo->force, "overwrite what is in the folder");
-    command.add_flag("--quiet,-q", demo->quiet, "print nothing but errors");
+    command.add_flag("-f,--force", demo->force, "overwrite what is in the folder")->group("Output");
 }
 
 }  // namespace quorbin::tool

@@ -1,7 +1,9 @@
 #include <map>
 #include <memory>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/progress.h"
 #include "fields/distance.h"
 #include "io/failure.h"
 
@@ -23,17 +25,23 @@ struct Distance : FieldCommand {
         if (method != "fmm" && !hasEqualSpacings(levelSet))
             refuse("{}: its spacings are {} and {}; --method {} wants equal ones, fmm takes any", input,
                    levelSet.getXSpace(), levelSet.getYSpace(), method);
-        kMethods.at(method)(levelSet);
+        measure(kMethods.at(method), levelSet);
         result.write(PictureDocument{levelSet});
     }
 
  private:
+    template <class Method, class Grid>
+    void measure(Method makeDistance, Grid& levelSet) const {
+        Progress progress(!quiet);
+        makeDistance(levelSet, progress.function());
+    }
+
     void runOnVolume() const {
         if (method != "fmm") refuse("{}: is a volume, whose distances are by --method fmm", input);
         Result result(*this, Kind::kVolume, "fl3d");
         FullLevelSet3D levelSet;
         const io::Image volume = readWithCrossing(levelSet);
-        levelSet.ensureSignedDistanceFMM();
+        measure(distanceInVolume, levelSet);
         result.write(VolumeDocument{levelSet, volume.placement});
     }
 };
@@ -46,7 +54,7 @@ void addDistance(CLI::App& app) {
                                    "Writes the signed distance to the outline, or to the surface in a "
                                    "volume, negative inside, in units\n"
                                    "of the spacing. A PNG shows it in colours, with the outline.",
-                                   [distance] { runForLabels(*distance); });
+                                   [distance] { runEach(*distance); });
     distance->addInput(command);
     distance->addVolume(command);
     distance->addOutput(command, true, {Kind::kPicture, Kind::kVolume});

@@ -3,9 +3,9 @@
 #include <memory>
 #include <numeric>
 
-#include <nlohmann/json.hpp>
-
+#include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/record.h"
 #include "fields/band.h"
 #include "io/format.h"
 #include "io/formats/outline.h"
@@ -53,17 +53,7 @@ BandSize bandAround(FullLevelSet2D& levelSet) {
     return {band.size(), around > 0 ? band.size() / around : 0};
 }
 
-using Json = nlohmann::ordered_json;
-
-void printJson(const Json& object) {
-    // A file's name need not be text.
-    fmt::print("{}\n", object.dump(2, ' ', false, Json::error_handler_t::replace));
-}
-
 struct Info : FieldCommand {
-    bool json = false;
-    std::shared_ptr<Json> ofLabels = std::make_shared<Json>(Json::array());  // what is to be printed of each
-
     Info() { needsSamples = true; }
 
     void run() const { isGivenVolume() ? ofVolume() : ofPicture(); }
@@ -78,28 +68,17 @@ struct Info : FieldCommand {
         forEachRing(outlineOf(levelSet, false), [&](const Ring&) { ++polygons; });
         const BandSize band = bandAround(levelSet);
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace();
-        if (json) {
-            Json object = {{"file", input},
-                           {"format", raster.format},
-                           {"kind", raster.isField ? "field" : "picture"},
-                           {"width", raster.width},
-                           {"height", raster.height},
-                           {"spacing", {hx, hy}}};
-            addStatistics(known, note, object);
-            object["reading"] = raster.notes;
-            object["polygons"] = polygons;
-            object["band"] = {{"points", band.points}, {"width", band.width}};
-            return print(object);
-        }
-        fmt::print("{}: {} {}, {} × {} points, spacing {} × {}\n", input, raster.format,
-                   raster.isField ? "field" : "picture", raster.width, raster.height, hx, hy);
+        addStatistics(known);
+        record->add("polygons", polygons);
+        record->add("band", Json{{"points", band.points}, {"width", band.width}});
+        report("{}: {} {}, {} × {} points, spacing {} × {}", input, raster.format,
+               raster.isField ? "field" : "picture", raster.width, raster.height, hx, hy);
         reportNotes(raster);
-        printStatistics(known, note, "outline");
-        fmt::print("inside   {:.1f} % of the points, {}\n", 100 * known.insidePart,
-                   counted(polygons, "polygon"));
+        reportStatistics(known, note, "outline");
+        report("inside   {:.1f} % of the points, {}", 100 * known.insidePart, counted(polygons, "polygon"));
         if (band.points > 0)
-            fmt::print("band     {} around the outline, {:.1f} cells wide\n",
-                       counted(static_cast<std::size_t>(band.points), "point"), band.width);
+            detail("band     {} around the outline, {:.1f} cells wide",
+                   counted(static_cast<std::size_t>(band.points), "point"), band.width);
     }
 
     void ofVolume() const {
@@ -114,51 +93,37 @@ struct Info : FieldCommand {
         const double area = quorbin::surfaceArea(vertices, triangles, hx, hy, hz);
         const double enclosed = quorbin::enclosedVolume(vertices, triangles, hx, hy, hz);
         const BandSize band = bandAround(levelSet, quorbin::surfaceArea(vertices, triangles));
-        if (json) {
-            Json object = {
-                {"file", input},
-                {"format", volume.format},
-                {"kind", volume.isField ? "field" : "volume"},
-                {"width", volume.width},
-                {"height", volume.height},
-                {"depth", volume.depth},
-                {"spacing", {hx, hy, hz}},
-                {"affine", volume.placement.affine ? Json(*volume.placement.affine) : Json(nullptr)}};
-            addStatistics(known, note, object);
-            object["surface"] = {{"triangles", triangles.size()}, {"area", area}, {"volume", enclosed}};
-            object["band"] = {{"points", band.points}, {"width", band.width}};
-            return print(object);
-        }
-        fmt::print("{}: {} {}, {} × {} × {} points, spacing {} × {} × {}{}\n", input, volume.format,
-                   volume.isField ? "field" : "volume", volume.width, volume.height, volume.depth, hx, hy, hz,
-                   volume.placement.affine ? ", placed by a matrix" : "");
-        printStatistics(known, note, "surface");
-        fmt::print("inside   {:.1f} % of the points\n", 100 * known.insidePart);
-        fmt::print("closed   {}, area {:.7g}, volume {:.7g} in units of the spacing\n",
-                   counted(triangles.size(), "triangle"), area, enclosed);
+        addStatistics(known);
+        record->add("surface", Json{{"triangles", triangles.size()}, {"area", area}, {"volume", enclosed}});
+        record->add("band", Json{{"points", band.points}, {"width", band.width}});
+        report("{}: {} {}, {} × {} × {} points, spacing {} × {} × {}{}", input, volume.format,
+               volume.isField ? "field" : "volume", volume.width, volume.height, volume.depth, hx, hy, hz,
+               volume.placement.affine ? ", placed by a matrix" : "");
+        reportStatistics(known, note, "surface");
+        report("inside   {:.1f} % of the points", 100 * known.insidePart);
+        detail("closed   {}, area {:.7g}, volume {:.7g} in units of the spacing",
+               counted(triangles.size(), "triangle"), area, enclosed);
         if (band.points > 0)
-            fmt::print("band     {} around the surface, {:.1f} cells wide\n",
-                       counted(static_cast<std::size_t>(band.points), "point"), band.width);
+            detail("band     {} around the surface, {:.1f} cells wide",
+                   counted(static_cast<std::size_t>(band.points), "point"), band.width);
     }
 
-    static void addStatistics(const Statistics& known, const std::string& note, Json& object) {
-        object.update({{"lowest", known.lowest},
-                       {"highest", known.highest},
-                       {"mean", known.mean},
-                       {"note", note},
-                       {"inside", known.insidePart}});
+    void addStatistics(const Statistics& known) const {
+        record->add("lowest", known.lowest);
+        record->add("highest", known.highest);
+        record->add("mean", known.mean);
+        record->add("inside", known.insidePart);
     }
 
-    static void printStatistics(const Statistics& known, const std::string& note, const char* what) {
-        fmt::print("values   {} to {}, mean {:.6g}\n", known.lowest, known.highest, known.mean);
-        if (!note.empty()) fmt::print("{}  {}\n", what, note);
+    void reportStatistics(const Statistics& known, const std::string& note, const char* what) const {
+        detail("values   {} to {}, mean {:.6g}", known.lowest, known.highest, known.mean);
+        if (!note.empty()) detail("{}  {}", what, note);
     }
 
-    void print(const Json& object) const {
-        if (everyLabel)
-            ofLabels->push_back(object);
-        else
-            printJson(object);
+    /// A line that one of many inputs does not get.
+    template <class... Args>
+    void detail(fmt::format_string<Args...> line, Args&&... args) const {
+        if (!batch->hasMany) report(line, std::forward<Args>(args)...);
     }
 };
 
@@ -166,15 +131,12 @@ struct Info : FieldCommand {
 
 void addInfo(CLI::App& app) {
     auto info = std::make_shared<Info>();
-    CLI::App& command = addCommand(
-        app, "info", "info photo.png",
-        "Says what a file holds and what its outline, or the surface in a volume, would be.", [info] {
-            runForLabels(*info);
-            if (!info->ofLabels->empty()) printJson({{"labels", *info->ofLabels}});
-        });
+    CLI::App& command =
+        addCommand(app, "info", "info photo.png",
+                   "Says what a file holds and what its outline, or the surface in a volume, would be.",
+                   [info] { runEach(*info); });
     info->addInput(command);
     info->addVolume(command);
-    command.add_flag("--json", info->json, "print a JSON object");
 }
 
 }  // namespace quorbin::tool

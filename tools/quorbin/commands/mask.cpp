@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
 
 namespace quorbin::tool {
@@ -35,7 +36,7 @@ void addMask(CLI::App& app) {
         app, "mask", "mask photo.png -o mask.png",
         "Writes a picture that is white (255) inside and black (0) outside; of a volume one of 255 "
         "and 0\n(TIFF), or 1 and 0 (NIfTI).",
-        [mask] { runForLabels(*mask); });
+        [mask] { runEach(*mask); });
     mask->addInput(command);
     mask->addVolume(command);
     mask->addOutput(command, true, {Kind::kMask, Kind::kVolumeMask});

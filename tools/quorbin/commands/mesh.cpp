@@ -9,7 +9,10 @@
 
 #include <quorbin3d.h>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/progress.h"
+#include "cli/record.h"
 #include "fields/band.h"
 #include "io/failure.h"
 #include "io/mesh_picture.h"
@@ -76,6 +79,7 @@ struct MeshCommand : FieldCommand {
     void run() const {
         if (!isGivenVolume()) refuse("{}: is a picture; quorbin contour takes it", input);
         if (wasGivenPicture && picture.empty()) refuse("--picture: has an empty name; name a PNG file");
+        if (wasGivenPicture && batch->hasMany) refuse("--picture {}: is of one input; give one", picture);
         requirePng(picture, output);
         Result result(*this, Kind::kMesh, "ply");
         std::optional<OutputFile> pictureFile;
@@ -98,19 +102,25 @@ struct MeshCommand : FieldCommand {
         reportMesh(mesh);
         if (pictureFile) writeMeshPicture(mesh, view, *pictureFile);
         result.write(mesh);
-        if (pictureFile) pictureFile->commit();
+        if (!pictureFile) return;
+        pictureFile->commit();
+        record->addWritten(picture);
     }
 
  private:
     using Spacings = std::array<double, 3>;
 
     void meshGrid(FullLevelSet3D& levelSet, MeshDocument& mesh) const {
+        Progress progress(!quiet);
+        const ProgressFunction shown = progress.function();
         if (soup)
             levelSet.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
         else if (cap)
-            quorbin::getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
+            quorbin::getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles,
+                                        neverEnding(shown));
         else
-            quorbin::getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles);
+            quorbin::getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles,
+                                        neverEnding(shown));
     }
 
     void meshBand(const FullLevelSet3D& levelSet, MeshDocument& mesh) const {
@@ -128,6 +138,11 @@ struct MeshCommand : FieldCommand {
                                            : "units of the spacing";
         const double area = quorbin::surfaceArea(mesh.vertices, mesh.triangles);
         const bool isClosed = !soup && isClosedMesh(mesh);
+        record->add("triangles", mesh.triangles.size());
+        record->add("vertices", mesh.vertices.size());
+        record->add("area", area);
+        if (isClosed) record->add("volume", quorbin::enclosedVolume(mesh.vertices, mesh.triangles));
+        record->add("units", units);
         report("{}: {}, {} vertices, area {:.7g}{} in {}", input, counted(mesh.triangles.size(), "triangle"),
                mesh.vertices.size(), area,
                isClosed ? fmt::format(", enclosed volume {:.7g}",
@@ -184,7 +199,7 @@ void addMesh(CLI::App& app) {
         app, "mesh", "mesh head.nii.gz -o head.ply --cap --picture head.png",
         "Writes the surface in a volume as a mesh of triangles, counterclockwise seen from outside, with "
         "normals\n(PLY, OBJ, VTP) and shared vertices, in units of the spacing.",
-        [mesh] { runForLabels(*mesh); });
+        [mesh] { runEach(*mesh); });
     mesh->addInput(command);
     mesh->addVolume(command);
     mesh->addOutput(command, true, {Kind::kMesh});

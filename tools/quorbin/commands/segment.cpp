@@ -1,16 +1,14 @@
 #include "fields/segmentation.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
-#include <cstring>
 #include <memory>
 #include <optional>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
 #include "cli/progress.h"
+#include "cli/record.h"
 #include "fields/distance.h"
 #include "io/failure.h"
 #include "io/format.h"
@@ -29,6 +27,9 @@ struct Segment : FieldCommand {
     int frameEvery = 10;
 
     void run() {
+        if (batch->hasMany)
+            for (const std::string& path : {overlayPath, startMask, framesFolder})
+                if (!path.empty()) refuse("{}: is for one input; give one", path);
         Result result(*this, Kind::kPicture, "svg");
         requirePng(overlayPath, output);
         std::optional<OutputFile> overlay;
@@ -36,8 +37,7 @@ struct Segment : FieldCommand {
         io::Image picture = readPicture(input, reading);
         reportNotes(picture);
         picture.isField = false;  // floating-point values are intensities here
-        if (!framesFolder.empty() && mkdir(framesFolder.c_str(), 0777) != 0 && errno != EEXIST)
-            refuse("{}: cannot be made a folder ({}); choose another", framesFolder, std::strerror(errno));
+        if (!framesFolder.empty()) makeFolder(framesFolder);
         FullLevelSet2D levelSet;
         start(picture, levelSet);
         const double moved = follow(picture, levelSet);
@@ -45,6 +45,7 @@ struct Segment : FieldCommand {
         if (overlay) {
             draw({levelSet, &picture}, *overlay);
             overlay->commit();
+            record->addWritten(overlayPath);
         }
         if (moved >= kStill)
             throw Failure(kNotStill,
@@ -79,12 +80,15 @@ struct Segment : FieldCommand {
             makeField(mask, options, levelSet, note);
             note = startMask;
         }
+        record->addImage(picture, {levelSet.getXSpace(), levelSet.getYSpace(), 1});
+        if (options.level && startMask.empty()) record->add("level", *options.level);
         if (!hasCrossing(levelSet))
             throw Failure(kNoCrossing, fmt::format("{}: the start has no outline; choose another", input));
         if (hasEqualSpacings(levelSet))
             distanceBySegments(levelSet);
         else
             distanceByMarching(levelSet);
+        record->add("start", note);
         report("{}: starts with {}", input, note);
     }
 
@@ -120,6 +124,10 @@ struct Segment : FieldCommand {
             if (step % frameEvery == 0) frame(step, picture, levelSet);
             progress.show(step, maxSteps);
         } while (moved >= kStill && step < maxSteps);
+        record->add("steps", step);
+        record->add("still", moved < kStill);
+        record->add("meanInside", segmentation.meanInside());
+        record->add("meanOutside", segmentation.meanOutside());
         report("{}: {} after {} steps; mean intensity {:.4g} inside, {:.4g} outside (of 0 to 1)", input,
                moved < kStill ? "still" : "not still", step, segmentation.meanInside(),
                segmentation.meanOutside());
@@ -160,7 +168,7 @@ void addSegment(CLI::App& app) {
         "to 0..1 and its means on both sides, until it moves by less than a tenth of a pixel in ten steps; "
         "if that is\n"
         "not so after the last step, the result is written and the exit status is 5.",
-        [segment] { segment->run(); });
+        [segment] { runEach(*segment); });
     segment->addPicture(command);
     segment->addOutput(command, true, {Kind::kPicture});
     command
@@ -187,12 +195,14 @@ void addSegment(CLI::App& app) {
         "start from the outline at a grey value, or at Otsu's threshold (default)");
     level->type_name("VALUE|otsu");
     command.add_option("--init", segment->startMask, "start from a mask of the same size, white inside")
-        ->type_name("MASK")
+        ->type_name("FILE")
         ->excludes(level)
         ->excludes(
             segment->addInside(command, "what is inside: above (default) or below the level at the start"));
-    command.add_option("--picture", segment->overlayPath,
-                       "the outline over the picture, as PNG, beside the output");
+    command
+        .add_option("--picture", segment->overlayPath,
+                    "the outline over the picture, as PNG, beside the output")
+        ->type_name("FILE");
     command.add_option("--frames", segment->framesFolder, "folder for a picture of every Nth step")
         ->type_name("DIR");
     command.add_option("--every", segment->frameEvery, "steps between frames, in tens (default 10)")

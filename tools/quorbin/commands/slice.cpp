@@ -3,7 +3,9 @@
 #include <memory>
 #include <optional>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/record.h"
 #include "io/failure.h"
 #include "io/png_image.h"
 
@@ -29,6 +31,8 @@ struct Slice : FieldCommand {
         FullLevelSet2D plane;
         cut(levelSet, index, plane);
         const std::optional<io::Image> picture = pictureOf(volume, levelSet, index);
+        record->add("axis", axis);
+        record->add("at", index);
         report("{}: plane {} of {} along {}, {} × {} points", input, index, count, axis, plane.getWidth(),
                plane.getHeight());
         result.write(PictureDocument{plane, picture ? &*picture : nullptr, false,
@@ -74,7 +78,7 @@ void addSlice(CLI::App& app) {
         "as the field that it is (FL2D, NPY, or "
         "the "
         "outline,\nSVG ...). Its x and y are the two other axes in their order. A field is drawn in colours.",
-        [slice] { runForLabels(*slice); });
+        [slice] { runEach(*slice); });
     slice->addInput(command);
     slice->addVolume(command);
     slice->addOutput(command, true, {Kind::kPicture});

@@ -7,6 +7,7 @@
 #include <optional>
 #include <type_traits>
 
+#include "cli/each_input.h"
 #include "cli/field_command.h"
 #include "cli/progress.h"
 #include "fields/band.h"
@@ -102,7 +103,7 @@ void addSmooth(CLI::App& app) {
         "2/dy^2 +\n"
         "2/dz^2), a ball of radius r is gone after r^2 / 4, and reinitialisation, always by marching, adds "
         "15 %.\nA PNG that is written is a mask, white inside; --format heat draws the field in colours.",
-        [smooth] { runForLabels(*smooth); });
+        [smooth] { runEach(*smooth); });
     smooth->addInput(command);
     smooth->addVolume(command);
     smooth->addOutput(command, true, {Kind::kPicture, Kind::kVolume});

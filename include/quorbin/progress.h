@@ -1,0 +1,12 @@
+#pragma once
+
+#include <functional>
+
+namespace quorbin {
+
+/// Told by a long operation how much of it is done, in parts of all; returns whether it goes on. Called from
+/// time to time in the caller's thread; when it returns false or throws, the operation ends, and what it
+/// works on is as it was before. An empty one is never called.
+using Progress = std::function<bool(int done, int all)>;
+
+}  // namespace quorbin
