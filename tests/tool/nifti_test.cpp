@@ -114,7 +114,7 @@ TEST_F(Nifti, MasksOfVolumesAreBytesOnTheSameGrid) {
 }
 
 TEST_F(Nifti, FieldsAsFloatsKeepEverySide) {
-    const double values[] = {1e-300, -1e-300, 1e300, -1e300, 0, 0.1};
+    const double values[] = {1e-300, -1e-300, 1e100, -1e100, 0, 0.1};
     const std::string bytes(reinterpret_cast<const char*>(values), sizeof values);
     write("extreme.nii", {3, 1, 2}, DT_FLOAT64, 64, bytes);
     write("extreme2d.nii", {3, 2}, DT_FLOAT64, 64, bytes);
