@@ -7,6 +7,9 @@ if(QUORBIN_BUILD_TOOL)
     # The installed tool finds the library beside it, wherever the prefix is.
     file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
     set_target_properties(quorbin_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+    if(QUORBIN_ITK)
+        install(TARGETS quorbin_itk LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    endif()
     install(TARGETS quorbin_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 

@@ -31,6 +31,9 @@ struct Format {
     bool (*holdsVolume)(InputFile& file) = nullptr;
     Image (*read)(InputFile& file, const ReadOptions& options) = nullptr;
 
+    bool readsFolders = false;  ///< with a series of files
+    bool isMissing = false;     ///< in this build, which tells it by its name alone
+
     bool writesMasks = false;  ///< a picture, too, as white and black
     void (*writePicture)(const PictureDocument& document, OutputFile& out) = nullptr;
     void (*writeVolume)(const VolumeDocument& document, OutputFile& out) = nullptr;

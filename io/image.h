@@ -32,6 +32,7 @@ struct Image {
     std::vector<double> samples;
     bool isField = false;
     Placement placement;
+    std::vector<std::string> notes = {};  ///< what a user should know of the reading, each of one line
 };
 
 /// Sizes as the library takes them; anything else is refused. Makes room for the samples.

@@ -52,7 +52,8 @@ using NiftiImage = std::unique_ptr<nifti_image, FreeNifti>;
 NiftiImage readHeader(const std::string& path) {
     const QuietOutput quiet(STDERR_FILENO);  // what the library has to say is no help
     nifti_set_debug_level(0);
-    return is_nifti_file(path.c_str()) > 0 ? NiftiImage(nifti_image_read(path.c_str(), 0)) : nullptr;
+    // 0 is Analyze, which lacks the mark alone.
+    return is_nifti_file(path.c_str()) >= 0 ? NiftiImage(nifti_image_read(path.c_str(), 0)) : nullptr;
 }
 
 /// The samples as they are; the library's own reader would turn what is not finite into 0.

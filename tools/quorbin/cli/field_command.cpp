@@ -99,6 +99,7 @@ template <class Grid>
 auto readAndReport(const FieldCommand& command, Grid& levelSet, bool needsCrossing) {
     std::string note;
     auto image = readInput(command, levelSet, note, needsCrossing);
+    command.reportNotes(image);
     if (!note.empty()) command.report("{}: {}", command.input, note);
     return image;
 }
@@ -191,8 +192,10 @@ void FieldCommand::addVolume(CLI::App& command) {
                      ->needs(type);
     type->needs(size);
     CLI::Option& inputOption = *command.get_option("INPUT");
-    inputOption.description(fmt::format("a picture ({}) or a volume ({}, raw); - for standard input",
-                                        namesOfReadable(Kind::kPicture), namesOfReadable(Kind::kVolume)));
+    inputOption.description(
+        fmt::format("a picture ({}) or a volume ({}, raw); of a folder of DICOM files the largest series, by "
+                    "place; - for standard input",
+                    namesOfReadable(Kind::kPicture), namesOfReadable(Kind::kVolume)));
 }
 
 void FieldCommand::addOutput(CLI::App& command, bool required, std::initializer_list<Kind> kinds) {
@@ -205,6 +208,10 @@ void FieldCommand::addOutput(CLI::App& command, bool required, std::initializer_
         ->required(required);
     command.add_option("--format", format, fmt::format("instead of the ending: {}", formats));
     command.add_flag("--force,-f", force, "overwrite an existing file");
+}
+
+void FieldCommand::reportNotes(const io::Image& image) const {
+    for (const std::string& note : image.notes) report("{}: {}", input, note);
 }
 
 InputFile& FieldCommand::file() const {

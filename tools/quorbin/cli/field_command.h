@@ -70,6 +70,9 @@ struct FieldCommand {
     /// The labels of the input, which stays in memory for all of them.
     std::vector<double> keepLabels();
 
+    /// Prints what there is to say about the reading of a file.
+    void reportNotes(const io::Image& image) const;
+
     /// Prints a line unless the user wants quiet.
     template <class... Args>
     void report(fmt::format_string<Args...> line, Args&&... args) const {
