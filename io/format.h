@@ -35,6 +35,9 @@ struct Format {
     Image (*read)(InputFile& file, const ReadOptions& options) = nullptr;
     bool takesChannel = false, takesFrame = false;  ///< among what is asked for when it is read
 
+    bool readsFolders = false;  ///< with a series of files
+    bool isMissing = false;     ///< in this build, which tells it by its name alone
+
     bool writesMasks = false;   ///< too, of what it writes: pictures, volumes
     bool writesFloats = false;  ///< where that is asked for, instead of doubles
     void (*writePicture)(const PictureDocument& document, OutputFile& out) = nullptr;

@@ -22,6 +22,11 @@ bool isStreamAt(const std::string& path) {
            (stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode));
 }
 
+bool isFolderAt(const std::string& path) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 /// What would help where a file cannot be opened.
 const char* wayOut(int error) {
     return error == EACCES ? "give one that you may read" : "give a file that is there";
@@ -37,6 +42,7 @@ bool startsWith(const Bytes& bytes, const char* magic) {
 InputFile::InputFile(std::string path)
     : path_(std::move(path)),
       isStream_(isStreamAt(path_)),
+      isFolder_(isFolderAt(path_)),
       file_(path_ == "-" ? stdin : std::fopen(path_.c_str(), "rb")) {
     if (!file_) refuse("{}: cannot be opened ({}); {}", path_, std::strerror(errno), wayOut(errno));
 }

@@ -27,6 +27,9 @@ class InputFile {
     /// Whether it can be read only once: standard input, a pipe.
     bool isStream() const { return isStream_; }
 
+    /// Whether it is a folder, of which nothing is read here.
+    bool isFolder() const { return isFolder_; }
+
     /// Whether the name ends in .ending, in letters of either size.
     bool hasEnding(const std::string& ending) const;
 
@@ -50,7 +53,7 @@ class InputFile {
     };
 
     std::string path_;
-    bool isStream_;
+    bool isStream_, isFolder_;
     std::unique_ptr<std::FILE, Close> file_;
     Bytes bytes_;
     bool isAtEnd_ = false;

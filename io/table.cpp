@@ -13,11 +13,13 @@ namespace quorbin::io {
 
 const std::vector<Format>& formats() {
     static const std::vector<Format> all = {
-        pngFormat(),  pnmFormat(),  webpFormat(),    tiffFormat(),  npyFormat(),
-        fl2dFormat(), fl3dFormat(), fr3dFormat(),    niftiFormat(), compressedNiftiFormat(),
-        rawFormat(),  svgFormat(),  geoJsonFormat(), csvFormat(),   pdfFormat(),
-        maskFormat(), heatFormat(), vtiFormat(),     plyFormat(),   stlFormat(),
-        objFormat(),  vtpFormat()};
+        pngFormat(),  pnmFormat(),       jpegFormat(),    webpFormat(),
+        bmpFormat(),  tiffFormat(),      npyFormat(),     fl2dFormat(),
+        fl3dFormat(), fr3dFormat(),      niftiFormat(),   compressedNiftiFormat(),
+        nrrdFormat(), metaImageFormat(), dicomFormat(),   mrcFormat(),
+        rawFormat(),  svgFormat(),       geoJsonFormat(), csvFormat(),
+        pdfFormat(),  maskFormat(),      heatFormat(),    vtiFormat(),
+        plyFormat(),  stlFormat(),       objFormat(),     vtpFormat()};
     return all;
 }
 
@@ -26,6 +28,11 @@ namespace {
 std::vector<std::string> endingsOf(const Format& format) {
     std::istringstream text(format.endings);
     return {std::istream_iterator<std::string>(text), {}};
+}
+
+bool isReadable(const Format& format, Kind kind) {
+    return format.holds == Holds::kEither ||
+           format.holds == (kind == Kind::kVolume ? Holds::kVolumes : Holds::kPictures);
 }
 
 bool isWritten(const Format& format, Kind kind) {
@@ -52,13 +59,30 @@ std::string listed(const std::vector<std::string>& words) {
     return text;
 }
 
+/// "a, b or c", of those in this build, and what it lacks.
+template <class Is, class NameOf>
+std::string listed(Is is, NameOf nameOf) {
+    std::vector<std::string> there, missing;
+    for (const Format& format : formats())
+        if (is(format)) (format.isMissing ? missing : there).push_back(nameOf(format));
+    return listed(there) + (missing.empty() ? "" : "; without ITK, no " + listed(missing));
+}
+
+const char* const kMissing =
+    "which this build has not, as it was made without ITK; build it with -DQUORBIN_ITK=ON";
+
 const Format& formatOf(InputFile& file) {
-    const auto found = std::find_if(formats().begin(), formats().end(),
-                                    [&](const Format& f) { return f.matches != nullptr && f.matches(file); });
-    if (found != formats().end()) return *found;
-    refuseForeign(file);
-    refuse("is of no known format; give a picture ({}) or a volume ({})", namesOfReadable(Kind::kPicture),
-           namesOfReadable(Kind::kVolume));
+    const auto found = std::find_if(formats().begin(), formats().end(), [&](const Format& f) {
+        return f.matches != nullptr && (!file.isFolder() || f.readsFolders) && f.matches(file);
+    });
+    if (found == formats().end()) {
+        refuseForeign(file);
+        refuse("is of no known format; give a picture ({}) or a volume ({})", namesOfReadable(Kind::kPicture),
+               namesOfReadable(Kind::kVolume));
+    }
+    if (found->isMissing)
+        refuse("{} {}, {}", file.isFolder() ? "is a folder, and read as" : "is", found->name, kMissing);
+    return *found;
 }
 
 /// Runs work; a failure gets the name of the file.
@@ -97,11 +121,8 @@ void refuseUseless(const ReadOptions& options, const char* format, bool takesCha
 }  // namespace
 
 std::string namesOfReadable(Kind kind) {
-    const Holds alone = kind == Kind::kVolume ? Holds::kVolumes : Holds::kPictures;
-    std::vector<std::string> names;
-    for (const Format& format : formats())
-        if (format.holds == alone || format.holds == Holds::kEither) names.emplace_back(format.name);
-    return listed(names);
+    return listed([&](const Format& format) { return isReadable(format, kind); },
+                  [](const Format& format) { return format.name; });
 }
 
 std::vector<std::string> listOfWritable(Kind kind) {
@@ -111,7 +132,10 @@ std::vector<std::string> listOfWritable(Kind kind) {
     return endings;
 }
 
-std::string endingsOfWritable(Kind kind) { return listed(listOfWritable(kind)); }
+std::string endingsOfWritable(Kind kind) {
+    return listed([&](const Format& format) { return isWritten(format, kind); },
+                  [](const Format& format) { return endingsOf(format).front(); });
+}
 
 std::string endingsOfFloats() {
     std::vector<std::string> endings;
@@ -155,8 +179,11 @@ const Format& outputFormat(Kind kind, const std::string& path, const std::string
     if (name.empty()) name = usual;
     for (const Format& format : formats()) {
         const std::vector<std::string> endings = endingsOf(format);
-        if (isWritten(format, kind) && std::find(endings.begin(), endings.end(), name) != endings.end())
-            return format;
+        if (!isWritten(format, kind) || std::find(endings.begin(), endings.end(), name) == endings.end())
+            continue;
+        if (format.isMissing)
+            refuse("{}: would be {}, {}", named.empty() ? path : "--format " + named, format.name, kMissing);
+        return format;
     }
     if (!named.empty())
         refuse("--format {}: is no format that a {} is written in; give {}", named, nameOf(kind),

@@ -213,8 +213,10 @@ void FieldCommand::addVolume(CLI::App& command) {
                      ->needs(type);
     type->needs(size);
     CLI::Option& inputOption = *command.get_option("INPUT");
-    inputOption.description(fmt::format("a picture ({}) or a volume ({}, raw); - for standard input",
-                                        namesOfReadable(Kind::kPicture), namesOfReadable(Kind::kVolume)));
+    inputOption.description(
+        fmt::format("a picture ({}) or a volume ({}, raw); of a folder of DICOM files the largest series, by "
+                    "place; - for standard input",
+                    namesOfReadable(Kind::kPicture), namesOfReadable(Kind::kVolume)));
     command.option_defaults()->group(kOwnGroup);
 }
 
