@@ -24,8 +24,6 @@ constexpr char kAsVolume[] = "convert it to NIfTI";
 const std::vector<Foreign>& foreignFormats() {
     using namespace std::string_literals;
     static const std::vector<Foreign> all = {
-        {"JPEG", 0, "\xff\xd8\xff", kAsPicture},
-        {"BMP", 0, "BM", kAsPicture},
         {"GIF", 0, "GIF8", kAsPicture},
         {"JPEG 2000", 0, "\0\0\0\x0cjP  "s, kAsPicture},
         {"JPEG 2000", 0, "\xff\x4f\xff\x51", kAsPicture},
@@ -36,11 +34,7 @@ const std::vector<Foreign>& foreignFormats() {
         {"PAM", 0, "P7\n", kAsPicture},
         {"PDF", 0, "%PDF", kAsPicture},
         {"SVG", 0, "<svg", kAsPicture},
-        {"DICOM", 128, "DICM", "convert its series to NIfTI, as dcm2niix does"},
-        {"NRRD", 0, "NRRD", kAsVolume},
-        {"MetaImage", 0, "ObjectType", kAsVolume},
         {"MINC or another netCDF", 0, "CDF", kAsVolume},
-        {"MRC", 208, "MAP ", kAsVolume},
         {"VTK", 0, "# vtk", kAsVolume},
         {"VTK", 0, "<VTKFile", kAsVolume},
         {"HDF5", 0, "\x89HDF", "write its array as NPY, as numpy.save does"},

@@ -156,7 +156,7 @@ TEST_F(CommandLine, JsonIsOneObjectOfEveryCommand) {
         ASSERT_TRUE(json.is_object()) << out();
         EXPECT_EQ(json["command"], line.substr(0, line.find(' ')));
         EXPECT_EQ(json["file"], "a.pgm");
-        EXPECT_EQ(json["format"], "PGM");
+        EXPECT_EQ(json["format"], "PNM");
         EXPECT_EQ(json["width"], 4);
         EXPECT_EQ(json["spacing"], (std::vector<double>{1, 1}));
         EXPECT_EQ(json["written"].size(), line[0] == 'i' ? 0U : 1U) << out();

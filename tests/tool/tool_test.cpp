@@ -89,14 +89,14 @@ TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
     write("nan.npy", std::string("\x93NUMPY\x01\x00\x3c\x00", 10) +
                          "{'descr': '<f4', 'fortran_order': False, 'shape': (1, 1), }\n" +
                          "\xff\xff\xff\x7f");
-    write("a.dcm", std::string(128, '\0') + "DICM....");
+    write("a.h5", "\x89HDF\r\n....");
     write("a.gif", "GIF89a....");
     write("line.pgm", "P2 3 1 9\n0 9 0");
     write("grey.pgm", "P2 3 1 9\n1 2 3");
     const std::size_t before = fileCount();
     const std::tuple<const char*, int, const char*> cases[] = {
+        {"info a.h5", 2, "a.h5: is HDF5, which is not read here; write its array as NPY"},
         {"", 2, "subcommand"},
-        {"info a.dcm", 2, "a.dcm: is DICOM, which is not read here; convert its series to NIfTI"},
         {"info a.gif", 2, "a.gif: is GIF, which is not read here; save the picture as PNG"},
         {"smoooth square.pgm", 2, "smoooth"},
         {"smooth square.pgm -o a.svg", 2, "--steps"},

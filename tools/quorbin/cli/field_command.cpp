@@ -11,7 +11,6 @@
 #include <type_traits>
 
 #include "description.h"
-#include "io/channels.h"
 #include "io/format_name.h"
 #include "record.h"
 
@@ -342,84 +341,7 @@ std::string withLabel(const std::string& path, double label) {
     return fmt::format("{}-{}{}", path.substr(0, stem), label, path.substr(stem));
 }
 
-Result::Result(const FieldCommand& command, Kind kind, const std::string& usualFormat)
-    : format_(outputFormat(kind, command.batch->folder.empty() ? command.output : "", command.format,
-                           usualFormat)),
-      input_(command.input),
-      file_(command.outputPath(usualFormat), command.force),
-      asFloat_(command.asFloat),
-      record_(*command.record) {
-    const bool isField = kind == Kind::kPicture || kind == Kind::kVolume;
-    if (asFloat_ && isField && !format_.writesFloats)
-        refuse("{}: --float goes with {} and not with {}; leave it out", command.output, endingsOfFloats(),
-               format_.name);
-}
-
-void Result::finish() {
-    file_.commit();
-    record_.addWritten(file_.path());
-}
-
-void Result::requireNumbers(const double* values, std::size_t count) const {
-    if (!std::all_of(values, values + count, [](double value) { return std::isfinite(value); }))
-        refuse(
-            "{}: the result would hold values that are not finite; bring its values and spacings nearer to 1",
-            input_);
-}
-
-void Result::write(PictureDocument document) {
-    document.isFloat = asFloat_;
-    requireNumbers(document.field.data(), pointsOf(document.field));
-    format_.writePicture(document, file_);
-    finish();
-}
-
-void Result::write(VolumeDocument document) {
-    document.isFloat = asFloat_;
-    requireNumbers(document.field.data(), pointsOf(document.field));
-    format_.writeVolume(document, file_);
-    finish();
-}
-
-void Result::write(const MeshDocument& mesh) {
-    for (const auto* points : {&mesh.vertices, &mesh.normals})
-        for (const brin::Vec3<double>& p : *points) requireNumbers(std::array{p.x, p.y, p.z}.data(), 3);
-    format_.writeMesh(mesh, file_);
-    finish();
-}
-
 std::shared_ptr<Record> recordOfLabel(Record& record, double label) { return record.ofLabel(label); }
-
-void addReading(CLI::App& command, ReadOptions& reading) {
-    command
-        .add_option_function<std::string>(
-            "--channel",
-            [&reading](const std::string& text) {
-                if (!isChannelName(text))
-                    refuse("--channel {}: is no channel; give r, g, b, a, luma or a number from 0", text);
-                reading.channel = text;
-            },
-            "what to read of colours, whose luminance is read else, or of several channels")
-        ->type_name("r|g|b|a|luma|N");
-    command
-        .add_option_function<long long>(
-            "--frame",
-            [&reading](long long frame) {
-                if (frame < 0) refuse("--frame {}: is no frame; give a number from 0", frame);
-                reading.frame = frame;
-            },
-            "which of the pictures or volumes of a file in time, from 0")
-        ->type_name("N");
-    command
-        .add_option_function<double>(
-            "--nan",
-            [&reading](double value) {
-                if (!std::isfinite(value)) refuse("--nan {}: give a number that is finite", value);
-                reading.nan = value;
-            },
-            "what to take for values that are not finite (default: refuse them)")
-        ->type_name("VALUE");
-}
 
 io::Image readPicture(const std::string& path, const ReadOptions& reading) {
     InputFile file(path);

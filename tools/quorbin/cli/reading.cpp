@@ -1,0 +1,39 @@
+#include <cmath>
+
+#include "field_command.h"
+#include "io/channels.h"
+
+namespace quorbin::tool {
+
+void addReading(CLI::App& command, ReadOptions& reading) {
+    command
+        .add_option_function<std::string>(
+            "--channel",
+            [&reading](const std::string& text) {
+                if (!isChannelName(text))
+                    refuse("--channel {}: is no channel; give r, g, b, a, luma or a number from 0", text);
+                reading.channel = text;
+            },
+            "what to read of colours, whose luminance is read else, or of several channels")
+        ->type_name("r|g|b|a|luma|N");
+    command
+        .add_option_function<long long>(
+            "--frame",
+            [&reading](long long frame) {
+                if (frame < 0) refuse("--frame {}: is no frame; give a number from 0", frame);
+                reading.frame = frame;
+            },
+            "which of the pictures or volumes of a file in time, from 0")
+        ->type_name("N");
+    command
+        .add_option_function<double>(
+            "--nan",
+            [&reading](double value) {
+                if (!std::isfinite(value)) refuse("--nan {}: give a number that is finite", value);
+                reading.nan = value;
+            },
+            "what to take for values that are not finite (default: refuse them)")
+        ->type_name("VALUE");
+}
+
+}  // namespace quorbin::tool
