@@ -15,7 +15,7 @@ namespace {
 /// format cannot say.
 std::string placeOf(const Placement& placement, const std::array<double, 3>& spacing) {
     const std::string inOrder = fmt::format("Spacing=\"{} {} {}\"", spacing[0], spacing[1], spacing[2]);
-    const std::string nowhere = "Origin=\"0 0 0\" " + inOrder;
+    std::string nowhere = "Origin=\"0 0 0\" " + inOrder;
     if (!placement.affine) return nowhere;
     const Affine& a = *placement.affine;
     std::array<double, 3> length{};

@@ -96,7 +96,8 @@ enum class Border { kClosed, kOpen };
 template <class Reader>
 RingTrace trace(const Reader& field, Size size, Border border) {
     RingTrace trace;
-    const auto [width, height] = size;
+    const int width = size.width;
+    const int height = size.height;
     const int around = border == Border::kClosed ? 1 : 0;
     SurroundedRow lower(size), upper(size);
     lower.read(field, -around);

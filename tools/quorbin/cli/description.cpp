@@ -28,6 +28,7 @@ std::string longNameOf(const CLI::Option& option) {
 
 std::string joined(const std::set<CLI::Option*>& options) {
     std::vector<std::string> names;
+    names.reserve(options.size());
     for (const CLI::Option* option : options) names.push_back(longNameOf(*option));
     std::sort(names.begin(), names.end());  // the set goes by addresses
     return CLI::detail::join(names, " or ");
