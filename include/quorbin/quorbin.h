@@ -11,6 +11,7 @@
 #include "progress.h"
 #include "quorbin2d.h"
 #include "quorbin3d.h"
+#include "reinitialize.h"
 
 namespace quorbin {
 
