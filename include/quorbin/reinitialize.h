@@ -19,8 +19,8 @@ class QUORBIN_EXPORT NoInterface : public std::runtime_error {
 };
 
 struct ReinitializeOptions {
-    /// Bands only: how far from the interface points pass their distance on, in world units. The band then has
-    /// these points and their neighbours. 0 stands for 2.1 times the largest spacing, as wide as
+    /// Bands only: how far from the interface points pass their distance on, in world units. The band then
+    /// has these points and their neighbours. 0 stands for 2.1 times the largest spacing, as wide as
     /// ensureSignedDistanceFMM makes it.
     double width = 0;
     Progress progress;

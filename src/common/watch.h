@@ -35,8 +35,8 @@ class Watch {
     int done_ = 0, all_;
 };
 
-/// Tells a progress function, which may be empty, about an operation whose steps come in batches, in thousandths
-/// of all of them.
+/// Tells a progress function, which may be empty, about an operation whose steps come in batches, in
+/// thousandths of all of them.
 class BatchWatch {
  public:
     BatchWatch(const quorbin::Progress& progress, std::size_t all) : progress_(progress), all_(all) {}

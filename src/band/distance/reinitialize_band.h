@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "band/differences/readers.h"
-#include "band/distance/feet_space.h"
 #include "band/distance/front_bits.h"
 #include "band/distance/tiled_lattice.h"
 #include "band/storage/band_access.h"
+#include "band/storage/feet_space.h"
 #include "band/storage/workspace.h"
 #include "common/distance/closest_feet.h"
 #include "common/distance/foot_finder.h"
@@ -22,7 +22,8 @@
 namespace lset::detail {
 
 /// The signed distances of the points around the zero level of a band that is laid out by tiles (see
-/// quorbin::reinitialize). values and stored are by number and by tile; tiles get the points that are reached.
+/// quorbin::reinitialize). values and stored are by number and by tile; tiles get the points that are
+/// reached.
 template <std::size_t dimensions>
 class BandReinitialization {
  public:

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "band/storage/tiled_points.h"
-#include "common/distance/nearest.h"
 #include "common/stepped.h"
+#include "common/storage/nearest.h"
 
 namespace lset::detail {
 
@@ -56,7 +56,8 @@ class TiledLattice {
     /// sample must be.
     template <class Samples>
     bool block(const Point& first, Samples& samples) const {
-        // A block lies in at most two tiles along each axis; by bits, those at its first and its last samples.
+        // A block lies in at most two tiles along each axis; by bits, those at its first and its last
+        // samples.
         std::array<int, 1U << dimensions> tileOf;
         std::array<unsigned, dimensions> from;  // in the first tile
         for (unsigned which = 0; which < tileOf.size(); ++which) {

@@ -7,7 +7,7 @@
 #include <tuple>
 #include <vector>
 
-#include "band/distance/feet_space.h"
+#include "band/storage/feet_space.h"
 #include "band/storage/tiled_points.h"
 #include "hash.h"
 #include "heap/march_queue.h"

@@ -6,7 +6,7 @@
 #include <limits>
 #include <vector>
 
-#include "common/distance/nearest.h"
+#include "common/storage/nearest.h"
 #include "common/vector.h"
 
 namespace lset::detail {

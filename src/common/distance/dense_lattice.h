@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "common/distance/nearest.h"
+#include "common/storage/nearest.h"
 
 namespace lset::detail {
 

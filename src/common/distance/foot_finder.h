@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <limits>
 
-#include "common/distance/foot.h"
+#include "common/distance/foot_distance.h"
 #include "common/distance/local_interpolant.h"
 #include "common/stepped.h"
 #include "common/vector.h"

@@ -62,7 +62,8 @@ class LocalInterpolant {
         return w;
     }
 
-    /// Sums over the slowest axis of four times count samples: the value and as many derivatives as asked for.
+    /// Sums over the slowest axis of four times count samples: the value and as many derivatives as asked
+    /// for.
     template <std::size_t count, std::size_t derivatives>
     static std::array<std::array<double, count>, derivatives + 1> contracted(const double* samples,
                                                                              const Weights& w) {

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <stdexcept>
 
-#include "common/distance/nearest.h"
+#include "common/storage/nearest.h"
 #include "common/vector.h"
 #include "reinitialize.h"
 

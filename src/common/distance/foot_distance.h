@@ -5,24 +5,14 @@
 #include <cmath>
 #include <cstddef>
 
+#include "common/storage/foot.h"
 #include "common/vector.h"
 
 namespace lset::detail {
 
-/// A point of the interface, the foot of the perpendicular from a grid point, and how the interface runs on
-/// from there: as the quadric with these principal directions and curvatures.
-template <std::size_t dimensions>
-struct Foot {
-    Vector<dimensions> at;
-    Vector<dimensions> normal;  // of length 1, towards larger values
-    std::array<Vector<dimensions>, dimensions - 1> directions;
-    std::array<double, dimensions - 1> curvatures;  // 1 / radius; positive where what is inside is convex
-    double reach;   // how far the quadric is taken for the interface, along each direction and to both sides
-    bool isSmooth;  // whether the interface is known to be one there; else it may have a corner anywhere
-};
-
-/// Distance of a point from the part of that quadric within a reach, to fourth order in how far the point's own
-/// foot is from this one. It is measured to a point of the quadric, so that it is never much too small.
+/// Distance of a point from the part of a foot's quadric within a reach, to fourth order in how far the
+/// point's own foot is from this one. It is measured to a point of the quadric, so that it is never much too
+/// small.
 template <std::size_t dimensions>
 double distanceTo(const Foot<dimensions>& foot, const Vector<dimensions>& p, double reach) {
     // Beyond the centre of curvature the foot that is sought is not the nearest point of the quadric.
@@ -40,8 +30,8 @@ double distanceTo(const Foot<dimensions>& foot, const Vector<dimensions>& p, dou
     return std::sqrt(squared + across * across);
 }
 
-/// Distance of a point from the nearest foot that is known. Where the interface may have a corner, a value that
-/// can be the distance is kept.
+/// Distance of a point from the nearest foot that is known. Where the interface may have a corner, a value
+/// that can be the distance is kept.
 template <std::size_t dimensions>
 double distanceFrom(const Foot<dimensions>& foot, const Vector<dimensions>& p, double value) {
     if (foot.isSmooth) return distanceTo(foot, p, foot.reach);

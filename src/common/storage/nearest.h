@@ -30,8 +30,8 @@ class Nearest {
     bool isFree() const { return (bits_ & kFreeBit) != 0; }
     std::uint32_t foot() const { return bits_ & kNone; }
 
-    /// A distance of the point, signed as its side. 0 is inside, so an outside point is beyond it by the least
-    /// that can be told.
+    /// A distance of the point, signed as its side. 0 is inside, so an outside point is beyond it by the
+    /// least that can be told.
     double signedDistance(double distance) const {
         return isOutside() ? std::max(distance, std::numeric_limits<double>::min()) : -distance;
     }

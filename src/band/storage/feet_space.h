@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "common/distance/foot.h"
-#include "common/distance/nearest.h"
+#include "common/storage/foot.h"
+#include "common/storage/nearest.h"
 
 namespace lset::detail {
 
