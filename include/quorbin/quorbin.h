@@ -6,6 +6,7 @@
 #include "brin/matrix.h"
 #include "brin/sparse_matrix.h"
 #include "brin/vec.h"
+#include "curvature_flow.h"
 #include "hash.h"
 #include "heap.h"
 #include "progress.h"

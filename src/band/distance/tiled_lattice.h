@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 #include "band/storage/tiled_points.h"
@@ -46,8 +47,9 @@ class TiledLattice {
 
     template <class Visit, std::size_t axis = 0>
     void forEachBeside(const Site& site, const Visit& visit) {
-        visit(made<axis, -1>(site));
-        visit(made<axis, 1>(site));
+        constexpr std::integral_constant<std::size_t, axis> along;
+        visit(made<axis, -1>(site), along, -1);
+        visit(made<axis, 1>(site), along, 1);
         if constexpr (axis + 1 < dimensions) forEachBeside<Visit, axis + 1>(site, visit);
     }
     static void prefetchBeside(const Site&) {}  // tiles are small

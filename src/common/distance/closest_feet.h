@@ -17,7 +17,7 @@ namespace lset::detail {
 /// does not depend on the order within a round. Lattice has
 ///
 ///     Site                                 a point: its coordinates are site.at
-///     forEachBeside(site, visit)           visit(site of a neighbour)
+///     forEachBeside(site, visit)           visit(site of a neighbour, axis as a constant, step)
 ///     nearest(site)                        what is known of a point, a Nearest&
 template <class Lattice>
 class ClosestFeet {
@@ -84,12 +84,18 @@ class ClosestFeet {
     void passOn(const Spreading& from) {
         const std::uint32_t foot = from.nearest.foot();
         const bool isOutside = from.nearest.isOutside();
-        lattice_.forEachBeside(from.site, [&](const Site& to) {
+        // Squared distances are sums over axes, of which all but one are those of this point.
+        Vector<dimensions> squares;
+        for (std::size_t axis = 0; axis < dimensions; ++axis)
+            squares[axis] = squareAlong(axis, from.site, foot);
+        lattice_.forEachBeside(from.site, [&](const Site& to, auto axis, int) {
             auto& nearest = lattice_.nearest(to);
             const std::uint32_t known = nearest.foot();
             if (known == foot || !nearest.accepts(isOutside)) return;
             if (known != Nearest::kNone) {
-                const double now = squaredTo(to, known), then = squaredTo(to, foot);
+                Vector<dimensions> there = squares;
+                there[axis] = squareAlong(axis, to, foot);
+                const double now = squaredTo(to, known), then = sumOf(there);
                 if (!(then < now) && !(then == now && foot < known)) return;
             }
             nearest.take(foot, isOutside);
@@ -99,13 +105,19 @@ class ClosestFeet {
         });
     }
 
+    double squareAlong(std::size_t axis, const Site& site, std::uint32_t foot) const {
+        const double d = h_[axis] * site.at[axis] - feet_[foot][axis];
+        return d * d;
+    }
+    static double sumOf(const Vector<dimensions>& squares) {
+        double sum = squares[0];
+        for (std::size_t axis = 1; axis < dimensions; ++axis) sum += squares[axis];
+        return sum;
+    }
     double squaredTo(const Site& site, std::uint32_t foot) const {
-        double squared = 0;
-        for (std::size_t axis = 0; axis < dimensions; ++axis) {
-            const double d = h_[axis] * site.at[axis] - feet_[foot][axis];
-            squared += d * d;
-        }
-        return squared;
+        Vector<dimensions> squares;
+        for (std::size_t axis = 0; axis < dimensions; ++axis) squares[axis] = squareAlong(axis, site, foot);
+        return sumOf(squares);
     }
 
     Lattice& lattice_;

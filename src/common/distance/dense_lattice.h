@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "common/storage/nearest.h"
 
@@ -36,26 +37,22 @@ class DenseLattice {
     double value(const Site& site) const { return values_[site.i]; }
     Nearest& nearest(const Site& site) { return nearest_[site.i]; }
 
-    /// visit(site of a neighbour, axis, step)
-    template <class Visit>
-    void forEachBesideAlong(const Site& site, const Visit& visit) const {
-        for (std::size_t axis = 0; axis < dimensions; ++axis) {
-            Site beside = site;
-            if (site.at[axis] > 0) {
-                beside.at[axis] = site.at[axis] - 1;
-                beside.i = site.i - strides_[axis];
-                visit(beside, axis, -1);
-            }
-            if (site.at[axis] + 1 < sizes_[axis]) {
-                beside.at[axis] = site.at[axis] + 1;
-                beside.i = site.i + strides_[axis];
-                visit(beside, axis, 1);
-            }
-        }
-    }
-    template <class Visit>
+    /// visit(site of a neighbour, axis as a constant, step)
+    template <std::size_t axis = 0, class Visit>
     void forEachBeside(const Site& site, const Visit& visit) const {
-        forEachBesideAlong(site, [&](const Site& beside, std::size_t, int) { visit(beside); });
+        constexpr std::integral_constant<std::size_t, axis> along;
+        Site beside = site;
+        if (site.at[axis] > 0) {
+            beside.at[axis] = site.at[axis] - 1;
+            beside.i = site.i - strides_[axis];
+            visit(beside, along, -1);
+        }
+        if (site.at[axis] + 1 < sizes_[axis]) {
+            beside.at[axis] = site.at[axis] + 1;
+            beside.i = site.i + strides_[axis];
+            visit(beside, along, 1);
+        }
+        if constexpr (axis + 1 < dimensions) forEachBeside<axis + 1>(site, visit);
     }
 
     /// Has what is known of the neighbours fetched into the cache.

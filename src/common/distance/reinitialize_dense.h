@@ -72,7 +72,7 @@ class DenseReinitialization {
                 if (!rows.isFront(site.at[0])) continue;
                 const double value = lattice_.value(site);
                 AxisCrossings<dimensions> crossings;
-                lattice_.forEachBesideAlong(site, [&](const Site& beside, std::size_t axis, int step) {
+                lattice_.forEachBeside(site, [&](const Site& beside, std::size_t axis, int step) {
                     crossings.look(value, lattice_.value(beside), axis, step, h_[axis]);
                 });
                 checkFootCount(feet_.size());
