@@ -25,6 +25,9 @@ struct CurvatureFlowOptions {
     /// Dense grids only.
     bool keepsSize = false;
 
+    /// No sample changes its side, as that of a mask must not. In explicit steps, on dense grids only.
+    bool keepsSides = false;
+
     /// Above 0: min/max flow (after Malladi and Sethian 1996), which moves only what bends within about so
     /// many samples, and leaves the rest of the shape where it is. In explicit steps, on dense grids only.
     int noiseRadius = 0;

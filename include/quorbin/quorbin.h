@@ -13,6 +13,7 @@
 #include "quorbin2d.h"
 #include "quorbin3d.h"
 #include "reinitialize.h"
+#include "smooth_mask.h"
 
 namespace quorbin {
 

@@ -78,7 +78,11 @@ class CurvatureRows {
     }
 
     void writeRow(const Rows& rows, double* __restrict rates) const {
-        const double* __restrict c = rows[1][1], * __restrict s = rows[1][0], * __restrict n = rows[1][2], * __restrict d = rows[0][1], * __restrict u = rows[2][1], * __restrict ds = rows[0][0], * __restrict dn = rows[0][2], * __restrict us = rows[2][0], * __restrict un = rows[2][2];
+        const double* __restrict c = rows[1][1];
+        const double* __restrict s = rows[1][0], * __restrict n = rows[1][2];
+        const double* __restrict d = rows[0][1], * __restrict u = rows[2][1];
+        const double* __restrict ds = rows[0][0], * __restrict dn = rows[0][2];
+        const double* __restrict us = rows[2][0], * __restrict un = rows[2][2];
         const double rx = first_[0], ry = first_[1], rz = first_[dimensions - 1];
         const double rxx = second_[0], ryy = second_[1], rzz = second_[dimensions - 1];
         alongRow(rates, [=](std::ptrdiff_t x, std::ptrdiff_t l, std::ptrdiff_t r) {

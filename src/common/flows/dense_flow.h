@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 #include "common/flows/curvature_rows.h"
@@ -39,6 +40,7 @@ class DenseCurvatureFlow {
         if (options_.progress) before.assign(grid_.data(), grid_.data() + count_);
         quorbin::reinitialize(grid_);
         if (options_.keepsSize) size_ = Traits::enclosedSize(grid_);
+        if (options_.keepsSides) rememberSides();
         try {
             isLarge(time) ? inLargeSteps(time) : inExplicitSteps(time);
         } catch (const quorbin::NoInterface&) {
@@ -54,7 +56,8 @@ class DenseCurvatureFlow {
     bool isLarge(double time) const {
         if (options_.steps != Options::Steps::kFastest) return options_.steps == Options::Steps::kLarge;
         constexpr double kFew = 50;
-        return options_.noiseRadius == 0 && time > kFew * longestExplicitStep(h_, options_.rate);
+        return options_.noiseRadius == 0 && !options_.keepsSides &&
+               time > kFew * longestExplicitStep(h_, options_.rate);
     }
 
     void inExplicitSteps(double time) {
@@ -66,6 +69,7 @@ class DenseCurvatureFlow {
             writeRates(grid_.data(), rates.data());
             double* const values = grid_.data();
             for (std::size_t i = 0; i < count_; ++i) values[i] += dt * rates[i];
+            restoreSides();
             ++result_.steps;
             if (std::fmod(done, kBetweenDistances) == 0 || done == steps) restoreDistance();
             result_.time = done * dt;
@@ -192,7 +196,22 @@ class DenseCurvatureFlow {
             const double shift = std::clamp(missing / interface, -largest_, largest_);
             double* const values = grid_.data();
             for (std::size_t k = 0; k < count_; ++k) values[k] -= shift;
+            restoreSides();
         }
+    }
+
+    void rememberSides() {
+        isInside_.resize(count_);
+        const double* const values = grid_.data();
+        for (std::size_t i = 0; i < count_; ++i) isInside_[i] = values[i] <= 0;
+    }
+
+    /// Values that have changed their side go back to where it begins.
+    void restoreSides() {
+        double* const values = grid_.data();
+        for (std::size_t i = 0; i < isInside_.size(); ++i)
+            values[i] = isInside_[i] ? std::min(values[i], 0.0)
+                                     : std::max(values[i], std::numeric_limits<double>::min());
     }
 
     double interfaceSize() const {
@@ -221,6 +240,7 @@ class DenseCurvatureFlow {
     CurvatureRows<dimensions> rows_;
     NoiseMask<dimensions> noise_;
     double size_ = 0;
+    std::vector<bool> isInside_;  // if sides are kept
     Result result_;
 };
 

@@ -19,15 +19,15 @@ inline void checkCurvatureFlow(double time, const quorbin::CurvatureFlowOptions&
     if (!(options.tolerance > 0) || std::isinf(options.tolerance))
         throw std::invalid_argument("the tolerance must be a finite number above 0");
     using Steps = quorbin::CurvatureFlowOptions::Steps;
-    if (options.noiseRadius > 0 && options.steps == Steps::kLarge)
-        throw std::invalid_argument("a radius of noise needs explicit steps");
+    if ((options.noiseRadius > 0 || options.keepsSides) && options.steps == Steps::kLarge)
+        throw std::invalid_argument("a radius of noise, and keeping sides, need explicit steps");
 }
 
 inline void checkBandFlow(const quorbin::CurvatureFlowOptions& options) {
     if (options.steps == quorbin::CurvatureFlowOptions::Steps::kLarge || options.keepsSize ||
-        options.noiseRadius > 0)
+        options.keepsSides || options.noiseRadius > 0)
         throw std::invalid_argument(
-            "large steps, keeping the size and a radius of noise are for dense grids");
+            "large steps, keeping size or sides, and a radius of noise are for dense grids");
 }
 
 /// Longest explicit step of φt = b κ |∇φ| that is stable.

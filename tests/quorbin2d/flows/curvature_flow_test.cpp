@@ -94,6 +94,34 @@ TEST(CurvatureFlow, KeepsTheAreaAndMakesADiscOfAnyShape) {
     }
 }
 
+TEST(SmoothMask, GivesADiscOfPixelsItsOutlineBack) {
+    for (const double shift : {0.0, 0.3})
+        for (const bool keepsSides : {true, false}) {
+            const double cx = 50.37 - shift, cy = 49.79 + shift;
+            FullLevelSet2D field, mask;
+            fill(mask, 100, 100, [&](int x, int y) { return std::hypot(x - cx, y - cy) <= 40 ? -0.5 : 0.5; });
+            EXPECT_TRUE(quorbin::isMask(mask));
+            field = mask;
+            quorbin::SmoothMaskOptions options;
+            options.keepsSides = keepsSides;
+            EXPECT_TRUE(quorbin::smoothMask(field, options));
+            EXPECT_FALSE(quorbin::isMask(field));
+            const auto polygons = quorbin::contours(field);
+            ASSERT_EQ(polygons.size(), 1U);
+            double sum = 0, largest = 0;
+            for (const auto& p : polygons[0].outline) {
+                const double error = std::abs(std::hypot(p.x - cx, p.y - cy) - 40);
+                sum += error;
+                largest = std::max(largest, error);
+            }
+            EXPECT_LT(sum / static_cast<double>(polygons[0].outline.size()), 0.08);
+            EXPECT_LT(largest, 0.46);
+            EXPECT_NEAR(enclosed(field) / enclosed(mask), 1, 2e-4);
+            for (int i = 0; i < 100 * 100 && keepsSides; ++i)
+                ASSERT_EQ(field.data()[i] <= 0, mask.data()[i] <= 0);
+        }
+}
+
 TEST(CurvatureFlow, NoiseGoesAndTheShapeStays) {
     FullLevelSet2D noisy = gridOf(disc);
     std::mt19937 random(3);

@@ -71,6 +71,20 @@ TEST(CurvatureFlowOfVolumes, ADumbbellBecomesTwoPieces) {
     for (int i = 0; i < 96 * 32 * 32; ++i) ASSERT_TRUE(std::isfinite(field.data()[i]));
 }
 
+TEST(SmoothMaskOfVolumes, GivesABallOfSamplesItsSurfaceBack) {
+    FullLevelSet3D field;
+    fill(field, {40, 40, 40}, [](int x, int y, int z) { return ball(x, y, z) <= 0 ? -0.5 : 0.5; });
+    EXPECT_TRUE(quorbin::isMask(field));
+    const double before = quorbin::enclosedVolume(quorbin::mesh(field));
+    EXPECT_TRUE(quorbin::smoothMask(field));
+    const quorbin::Mesh mesh = quorbin::mesh(field);
+    EXPECT_NEAR(quorbin::enclosedVolume(mesh) / before, 1, 1e-3);
+    double sum = 0;
+    for (const auto& v : mesh.vertices) sum += std::abs(ball(v.x, v.y, v.z));
+    EXPECT_LT(sum / static_cast<double>(mesh.vertices.size()), 0.1);
+    EXPECT_NEAR(quorbin::surfaceArea(mesh) / (4 * 3.14159265358979323846 * 169), 1, 5e-3);  // raw: 7 % more
+}
+
 TEST(CurvatureFlowOfVolumes, KeepsTheVolumeOfACube) {
     FullLevelSet3D field;
     fill(field, {32, 32, 32}, [](int x, int y, int z) {
