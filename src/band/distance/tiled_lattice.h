@@ -93,6 +93,10 @@ class TiledLattice {
         return missing == 0 || continueInto(missing, samples);
     }
 
+    bool isStored(const Point& p) const {
+        const int tile = tiles_.tileIfMade(p);
+        return tile != Tiles::kNone && isStored(static_cast<std::size_t>(tile), Tiles::placeInTile(p));
+    }
     bool isStored(int number) const {
         return isStored(index(number) / Tiles::kTileSize, static_cast<unsigned>(number) % Tiles::kTileSize);
     }

@@ -37,6 +37,7 @@ struct AxisCrossings {
 
     /// Takes in a neighbour, a step (1 or −1) and so much in world units away along an axis.
     void look(double here, double beside, std::size_t axis, int step, double spacing) {
+        (step < 0 ? before : after)[axis] = true;
         const double difference = (beside - here) / spacing;
         slope[axis] = std::max(slope[axis], std::abs(difference));  // but for not-a-number
         gradient[axis] += step * difference;
@@ -46,6 +47,8 @@ struct AxisCrossings {
         distance[axis] = crossing;
         sign[axis] = step;
     }
+
+    std::array<bool, dimensions> before{}, after{};  // whether there is a neighbour
 
     double nearest() const { return *std::min_element(distance.begin(), distance.end()); }
 };
@@ -74,6 +77,7 @@ class FootFinder {
     /// distance.
     double find(const Point& p, double value, const AxisCrossings<dimensions>& crossings,
                 Foot<dimensions>& foot) {
+        foot.isEnd = false;
         double distance;
         if (!std::isfinite(value) || !project(p, value, crossings, foot, distance))
             distance = estimate(p, value, crossings, foot);
@@ -142,8 +146,10 @@ class FootFinder {
                  Foot<dimensions>& foot, double& distance) {
         Vector<dimensions> x = guess(value, crossings);  // from p
         Point cell;
-        for (std::size_t axis = 0; axis < dimensions; ++axis)
-            cell[axis] = x[axis] < 0 ? stepped(p[axis], -1) : p[axis];
+        for (std::size_t axis = 0; axis < dimensions; ++axis) {
+            const bool isBefore = x[axis] < 0 ? crossings.before[axis] : !crossings.after[axis];
+            cell[axis] = isBefore ? stepped(p[axis], -1) : p[axis];
+        }
         constexpr int kCells = 3;
         for (int tried = 0; tried < kCells; ++tried) {
             Point first = cell;

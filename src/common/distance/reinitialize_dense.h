@@ -94,7 +94,7 @@ class DenseReinitialization {
                 double& value = values_[row.i + x];
                 const double distance =
                     nearest.isFixed() ? ownDistances_[foot] : distanceFrom(feet_[foot], world, value);
-                value = nearest.signedDistance(distance);
+                value = Nearest::signedDistance(nearest.isOutside(), distance);
             }
         });
     }
