@@ -12,6 +12,7 @@
 #include "quorbin2d.h"
 #include "quorbin3d.h"
 #include "reinitialize.h"
+#include "sample.h"
 
 namespace quorbin {
 
