@@ -6,13 +6,18 @@
 #include "brin/matrix.h"
 #include "brin/sparse_matrix.h"
 #include "brin/vec.h"
+#include "compare.h"
 #include "hash.h"
 #include "heap.h"
+#include "measure.h"
+#include "offset.h"
+#include "pieces.h"
 #include "progress.h"
 #include "quorbin2d.h"
 #include "quorbin3d.h"
 #include "reinitialize.h"
 #include "sample.h"
+#include "sets.h"
 
 namespace quorbin {
 

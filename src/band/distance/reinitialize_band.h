@@ -56,7 +56,7 @@ class BandReinitialization {
 
     /// visit(number, coordinates, signed distance) for each of the points.
     template <class Visit>
-    void forEachDistance(const Visit& visit) const {
+    void forEachDistance(const Visit& visit, OldValues old = OldValues::kTrusted) const {
         for (std::size_t number = 0; number < space_.nearest.size(); ++number) {
             const Nearest nearest = space_.nearest[number];
             const std::uint32_t foot = nearest.foot();
@@ -64,8 +64,8 @@ class BandReinitialization {
             const Site site = lattice_.site(static_cast<int>(number));
             Vector<dimensions> world;
             for (std::size_t axis = 0; axis < dimensions; ++axis) world[axis] = h_[axis] * site.at[axis];
-            const bool isStored = lattice_.isStored(site.number);
-            const double value = isStored ? values_[number] : std::numeric_limits<double>::quiet_NaN();
+            const bool isKnown = old == OldValues::kTrusted && lattice_.isStored(site.number);
+            const double value = isKnown ? values_[number] : std::numeric_limits<double>::quiet_NaN();
             const double distance =
                 nearest.isFixed() ? space_.distances[foot] : distanceFrom(space_.feet[foot], world, value);
             visit(site.number, site.at, nearest.signedDistance(distance));
@@ -124,7 +124,8 @@ double marchedWidth(const Vector<dimensions>& h) {
 }
 
 template <class Band>
-bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options) {
+bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options,
+                      OldValues old = OldValues::kTrusted) {
     constexpr std::size_t dimensions = BandTraits<Band>::dimensions;
     using Storage = BandStorage<dimensions>;
     const auto h = BandTraits<Band>::spacings(band);
@@ -139,9 +140,9 @@ bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options) {
         BatchWatch watch(options.progress, work.numbers.size());
         if (!made.run(width, watch)) throwNoInterface();
         work.result.clear();
-        made.forEachDistance([&](int, const auto& p, double distance) {
-            work.result.push_back(Storage::entryOf(p, distance));
-        });
+        made.forEachDistance([&](int, const auto& p,
+                                 double distance) { work.result.push_back(Storage::entryOf(p, distance)); },
+                             old);
         replacePoints<dimensions>(BandAccess::values(band), work.result, work.inOrder);
     });
 }
