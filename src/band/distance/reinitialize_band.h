@@ -58,7 +58,7 @@ class BandReinitialization {
 
     /// visit(number, coordinates, signed distance) for each of the points.
     template <class Visit>
-    void forEachDistance(const Visit& visit) const {
+    void forEachDistance(const Visit& visit, OldValues old = OldValues::kTrusted) const {
         for (std::size_t number = 0; number < space_.nearest.size(); ++number) {
             const Nearest nearest = space_.nearest[number];
             const std::uint32_t foot = nearest.foot();
@@ -67,7 +67,8 @@ class BandReinitialization {
             const Vector<dimensions> world = worldOf(site.at);
             const bool isStored = lattice_.isStored(site.number);
             if (!isStored && isBeyondEnd(space_.feet[foot], world)) continue;
-            const double value = isStored ? values_[number] : std::numeric_limits<double>::quiet_NaN();
+            const bool isKnown = isStored && old == OldValues::kTrusted;
+            const double value = isKnown ? values_[number] : std::numeric_limits<double>::quiet_NaN();
             const double distance =
                 nearest.isFixed() ? space_.distances[foot] : distanceFrom(space_.feet[foot], world, value);
             const bool isOutside = isStored || !space_.feet[foot].isSmooth
@@ -173,7 +174,8 @@ double marchedWidth(const Vector<dimensions>& h) {
 }
 
 template <class Band>
-bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options) {
+bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options,
+                      OldValues old = OldValues::kTrusted) {
     constexpr std::size_t dimensions = BandTraits<Band>::dimensions;
     using Storage = BandStorage<dimensions>;
     const auto h = BandTraits<Band>::spacings(band);
@@ -188,9 +190,9 @@ bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options) {
         BatchWatch watch(options.progress, work.numbers.size());
         if (!made.run(width, watch)) throwNoInterface();
         work.result.clear();
-        made.forEachDistance([&](int, const auto& p, double distance) {
-            work.result.push_back(Storage::entryOf(p, distance));
-        });
+        made.forEachDistance([&](int, const auto& p,
+                                 double distance) { work.result.push_back(Storage::entryOf(p, distance)); },
+                             old);
         replacePoints<dimensions>(BandAccess::values(band), work.result, work.inOrder);
     });
 }
