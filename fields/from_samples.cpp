@@ -120,27 +120,28 @@ void requireLabel(const std::vector<double>& samples, double label) {
         io::refuse("has no label {}; it has 0{}{}", label, labels.empty() ? " alone" : ", ", listed(labels));
 }
 
-void fillField(const std::vector<double>& samples, bool isField, const FieldOptions& options, double* field,
-               std::string& note) {
+std::optional<double> fillField(const std::vector<double>& samples, bool isField, const FieldOptions& options,
+                                double* field, std::string& note) {
     note.clear();
     if (options.label) {
         requireLabel(samples, *options.label);
         note = fmt::format("label {}", *options.label);
         std::transform(samples.begin(), samples.end(), field,
                        [label = *options.label](double value) { return value == label ? -0.5 : 0.5; });
-        return;
+        return std::nullopt;
     }
     if (options.between) {
         std::transform(samples.begin(), samples.end(), field,
                        [low = options.between->first, high = options.between->second](double value) {
                            return std::max(low - value, value - high);
                        });
-        return;
+        return std::nullopt;
     }
     const double level = options.level ? *options.level : chooseLevel(samples, isField, note);
     const bool insideAbove = options.insideAbove.value_or(!isField);
     std::transform(samples.begin(), samples.end(), field,
                    [=](double grey) { return insideAbove ? level - grey : grey - level; });
+    return level;
 }
 
 /// Where other spacings than the file's are given, what places the volume goes with them.
@@ -160,8 +161,8 @@ bool isOnBothSides(const double* values, std::size_t count) {
 
 }  // namespace
 
-void makeField(const io::Image& picture, const FieldOptions& options, FullLevelSet2D& field,
-               std::string& note) {
+std::optional<double> makeField(const io::Image& picture, const FieldOptions& options, FullLevelSet2D& field,
+                                std::string& note) {
     const auto [ownX, ownY, none] = picture.placement.spacing;
     const Spacing spacing = options.spacing.value_or(Spacing{ownX, ownY});
     if (spacing.z) io::refuse("is a picture; its --spacing is two numbers");
@@ -169,10 +170,11 @@ void makeField(const io::Image& picture, const FieldOptions& options, FullLevelS
     if (field.getWidth() != picture.width || field.getHeight() != picture.height)
         throw io::Failure(io::kFailed, fmt::format("a field of {} × {} points does not fit into memory",
                                                    picture.width, picture.height));
-    fillField(picture.samples, picture.isField, options, field.data(), note);
+    return fillField(picture.samples, picture.isField, options, field.data(), note);
 }
 
-void makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& field, std::string& note) {
+std::optional<double> makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& field,
+                                std::string& note) {
     auto [hx, hy, hz] = volume.placement.spacing;
     if (options.spacing) {
         if (!options.spacing->z) io::refuse("is a volume; its --spacing is three numbers");
@@ -185,8 +187,8 @@ void makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& f
         field.getDepth() != volume.depth)
         throw io::Failure(io::kFailed, fmt::format("a field of {} × {} × {} points does not fit into memory",
                                                    volume.width, volume.height, volume.depth));
-    fillField(volume.samples, volume.isField, options, field.data(), note);
     respace(volume.placement, {hx, hy, hz});
+    return fillField(volume.samples, volume.isField, options, field.data(), note);
 }
 
 bool hasCrossing(const FullLevelSet2D& field) { return isOnBothSides(field.data(), io::pointsOf(field)); }

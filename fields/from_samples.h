@@ -40,10 +40,12 @@ std::vector<double> labelsOf(const std::vector<double>& samples);
 /// Makes the field of a picture or a volume: ≤ 0 inside. A field is taken as it is, less the level if one is
 /// given. A picture of two values is a mask. note says which level was taken, or stays empty. The outline of
 /// a label runs half way between its samples and others, so that it is the same for both neighbours. Where a
-/// volume gets another spacing than its own, its placement changes with it.
-void makeField(const io::Image& picture, const FieldOptions& options, FullLevelSet2D& field,
-               std::string& note);
-void makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& field, std::string& note);
+/// volume gets another spacing than its own, its placement changes with it. Returns the level, 0 of a field
+/// as it is; labels and ranges have none.
+std::optional<double> makeField(const io::Image& picture, const FieldOptions& options, FullLevelSet2D& field,
+                                std::string& note);
+std::optional<double> makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& field,
+                                std::string& note);
 
 /// Whether a field has values on both sides of zero.
 bool hasCrossing(const FullLevelSet2D& field);

@@ -14,8 +14,9 @@ namespace quorbin::io {
 /// What is read of a file that holds more than one thing.
 struct ReadOptions {
     std::string channel;  ///< r, g, b, a, luma or a number from 0; empty: grey or luminance
-    std::optional<long long> frame = std::nullopt;  ///< of a file in time, from 0
-    std::optional<double> nan = std::nullopt;       ///< in the place of values that are not finite
+    std::optional<long long> frame = std::nullopt;   ///< of a file in time, from 0
+    std::optional<long long> series = std::nullopt;  ///< of a folder of DICOM files, from 0
+    std::optional<double> nan = std::nullopt;        ///< in the place of values that are not finite
 };
 
 /// What files of a format hold.
@@ -31,7 +32,7 @@ struct Format {
     /// Whether a file is of this format, by its first block or its name, and, where it may hold either,
     /// whether it holds a volume.
     bool (*matches)(InputFile& file) = nullptr;
-    bool (*holdsVolume)(InputFile& file) = nullptr;
+    bool (*holdsVolume)(InputFile& file, const ReadOptions& options) = nullptr;
     Image (*read)(InputFile& file, const ReadOptions& options) = nullptr;
     bool takesChannel = false, takesFrame = false;  ///< among what is asked for when it is read
 
@@ -61,7 +62,7 @@ std::vector<std::string> listOfWritable(Kind kind);
 std::string endingsOfFloats();
 
 /// Whether a file is a volume; reads no more of it than that takes.
-bool isVolume(InputFile& file);
+bool isVolume(InputFile& file, const ReadOptions& options = {});
 
 /// Reads a file, whose format its content tells. Refuses values that are not finite, or replaces them, and
 /// values beyond kLargestSample.

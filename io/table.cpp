@@ -112,10 +112,12 @@ void refuseUnusable(Image& image, const ReadOptions& options) {
 }
 
 /// Refuses to leave out silently what was asked for.
-void refuseUseless(const ReadOptions& options, const char* format, bool takesChannel, bool takesFrame) {
+void refuseUseless(const ReadOptions& options, bool isFolder, const char* format, bool takesChannel,
+                   bool takesFrame) {
     if (!options.channel.empty() && !takesChannel)
         refuse("is {}, without channels; leave out --channel", format);
     if (options.frame && !takesFrame) refuse("is {}, without frames; leave out --frame", format);
+    if (options.series && !isFolder) refuse("is one file; leave out --series");
 }
 
 }  // namespace
@@ -144,18 +146,19 @@ std::string endingsOfFloats() {
     return listed(endings);
 }
 
-bool isVolume(InputFile& file) {
+bool isVolume(InputFile& file, const ReadOptions& options) {
     return naming(file, [&] {
         const Format& format = formatOf(file);
+        refuseUseless(options, file.isFolder(), format.name, format.takesChannel, format.takesFrame);
         return format.holds == Holds::kVolumes ||
-               (format.holds == Holds::kEither && format.holdsVolume(file));
+               (format.holds == Holds::kEither && format.holdsVolume(file, options));
     });
 }
 
 Image readImage(InputFile& file, const ReadOptions& options) {
     return naming(file, [&] {
         const Format& format = formatOf(file);
-        refuseUseless(options, format.name, format.takesChannel, format.takesFrame);
+        refuseUseless(options, file.isFolder(), format.name, format.takesChannel, format.takesFrame);
         Image image = format.read(file, options);
         image.format = format.name;
         refuseUnusable(image, options);
@@ -165,7 +168,7 @@ Image readImage(InputFile& file, const ReadOptions& options) {
 
 Image readRaw(InputFile& file, const RawLayout& layout, const ReadOptions& options) {
     return naming(file, [&] {
-        refuseUseless(options, "raw", false, false);
+        refuseUseless(options, false, "raw", false, false);
         Image image = decodeRaw(file, layout);
         refuseUnusable(image, options);
         return image;

@@ -191,7 +191,7 @@ bool matches(InputFile& file) {
            hasNiftiName(file);
 }
 
-bool holdsVolume(InputFile& file) { return readHeader(file)->nz > 1; }
+bool holdsVolume(InputFile& file, const ReadOptions&) { return readHeader(file)->nz > 1; }
 
 Image read(InputFile& file, const ReadOptions& options) {
     const NiftiImage header = readHeader(file);

@@ -91,7 +91,7 @@ std::vector<double> NpyArray::values() const {
     return result;
 }
 
-bool holdsVolume(InputFile& file) { return parseNpy(file.start()).shape.size() == 3; }
+bool holdsVolume(InputFile& file, const ReadOptions&) { return parseNpy(file.start()).shape.size() == 3; }
 
 Image read(InputFile& file, const ReadOptions&) {
     const NpyArray array = parseNpy(file.all());

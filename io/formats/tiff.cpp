@@ -21,7 +21,9 @@ bool matches(InputFile& file) {
             std::memcmp(bytes.data(), "II+", kMagic) == 0 || std::memcmp(bytes.data(), "MM\0+", kMagic) == 0);
 }
 
-bool holdsVolume(InputFile& file) { return readTiffStack(openTiff(file).get()).layers > 1; }
+bool holdsVolume(InputFile& file, const ReadOptions&) {
+    return readTiffStack(openTiff(file).get()).layers > 1;
+}
 
 /// One of several channels by its number; those of a page count on from one page to the next.
 std::size_t pageChannel(const TiffStack& stack, std::size_t besides, std::string& channel) {

@@ -88,8 +88,9 @@ io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& no
     if (!kIsVolume && image.isVolume)
         refuse("{}: is a volume; quorbin slice takes a plane of it", command.input);
     command.file().forget();
+    std::optional<double> level;
     try {
-        makeField(image, command.field, levelSet, note);
+        level = makeField(image, command.field, levelSet, note);
         if (needsCrossing && !hasCrossing(levelSet))
             throw Failure(kNoCrossing,
                           fmt::format("has no {}, all of it is {}; {}", kIsVolume ? "surface" : "outline",
@@ -101,7 +102,7 @@ io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& no
     std::array<double, 3> spacing = {levelSet.getXSpace(), levelSet.getYSpace(), 1};
     if constexpr (kIsVolume) spacing[2] = levelSet.getZSpace();
     command.record->addImage(image, spacing);
-    if (command.field.level) command.record->add("level", *command.field.level);
+    if (level) command.record->add("level", *level);
     if (!note.empty()) command.record->add("note", note);
     if (!command.needsSamples) std::vector<double>().swap(image.samples);
     return image;
@@ -149,10 +150,8 @@ void FieldCommand::addInput(CLI::App& command, const std::string& name) {
             },
             "inside is what has this whole number for a value; all: each but 0 in turn, into files named "
             "OUTPUT-1, "
-            "OUTPUT-2 ... before the ending. Neighbours share their outline, half way between samples, and "
-            "never "
-            "overlap; where three meet, or two in a volume by a diagonal alone, a part of the cell is in "
-            "none")
+            "OUTPUT-2 ... before the ending. Outlines and meshes of neighbours fit together without gaps or "
+            "overlaps, until they are smoothed or simplified")
         ->type_name("N|all")
         ->excludes(level)
         ->excludes(inside)
@@ -213,13 +212,14 @@ void FieldCommand::addVolume(CLI::App& command) {
     type->needs(size);
     CLI::Option& inputOption = *command.get_option("INPUT");
     inputOption.description(
-        fmt::format("a picture ({}) or a volume ({}, raw); of a folder of DICOM files the largest series, by "
-                    "place; - for standard input",
+        fmt::format("a picture ({}) or a volume ({}, raw); or a folder of DICOM files, taken "
+                    "by place; - for standard input",
                     namesOfReadable(Kind::kPicture), namesOfReadable(Kind::kVolume)));
     command.option_defaults()->group(kOwnGroup);
 }
 
 void FieldCommand::addOutput(CLI::App& command, bool required, std::initializer_list<Kind> kinds) {
+    takesOutput = true;
     command.option_defaults()->group("Output");
     std::string formats;
     std::vector<std::string> endings;
@@ -282,7 +282,7 @@ bool FieldCommand::isGivenVolume() const {
     if (raw) return true;
     if (file().hasEnding("raw"))
         refuse("{}: has no header; say by --size and --type what its samples are", input);
-    return isVolume(file());
+    return isVolume(file(), reading);
 }
 
 io::Image FieldCommand::image() const {
@@ -345,7 +345,7 @@ std::shared_ptr<Record> recordOfLabel(Record& record, double label) { return rec
 
 io::Image readPicture(const std::string& path, const ReadOptions& reading) {
     InputFile file(path);
-    if (isVolume(file)) refuse("{}: is a volume; quorbin slice takes a plane of it", path);
+    if (isVolume(file, reading)) refuse("{}: is a volume; quorbin slice takes a plane of it", path);
     return readImage(file, reading);
 }
 

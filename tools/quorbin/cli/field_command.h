@@ -39,6 +39,7 @@ struct FieldCommand {
     ReadOptions reading;
     FieldOptions field;
     std::optional<RawLayout> raw;
+    bool takesOutput = false;   ///< addOutput
     bool everyLabel = false;    ///< runForLabels
     bool needsSamples = false;  ///< besides the field that is made of them
     bool force = false;

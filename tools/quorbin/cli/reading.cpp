@@ -26,6 +26,15 @@ void addReading(CLI::App& command, ReadOptions& reading) {
             "which of the pictures or volumes of a file in time, from 0")
         ->type_name("N");
     command
+        .add_option_function<long long>(
+            "--series",
+            [&reading](long long series) {
+                if (series < 0) refuse("--series {}: is no series; give a number from 0", series);
+                reading.series = series;
+            },
+            "which series of a folder of DICOM files that has several, from 0")
+        ->type_name("N");
+    command
         .add_option_function<double>(
             "--nan",
             [&reading](double value) {
