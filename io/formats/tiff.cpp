@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "../failure.h"
+#include "../orientation.h"
 #include "formats.h"
 #include "tiff_page.h"
 #include "tiff_stack.h"
@@ -63,6 +64,7 @@ Image read(InputFile& file, const ReadOptions& options) {
         page.read(choice, image.samples.data() + z * points);
     }
     choice.note(image);
+    orient(image, first.orientation());
     return image;
 }
 

@@ -17,6 +17,7 @@ TiffPage::TiffPage(TIFF* tiff) : tiff_(tiff) {
     TIFFGetFieldDefaulted(tiff, TIFFTAG_SAMPLESPERPIXEL, &channels_);
     TIFFGetFieldDefaulted(tiff, TIFFTAG_PLANARCONFIG, &planes);
     TIFFGetFieldDefaulted(tiff, TIFFTAG_COMPRESSION, &compression);
+    TIFFGetFieldDefaulted(tiff, TIFFTAG_ORIENTATION, &orientation_);
     if (TIFFIsCODECConfigured(compression) == 0)
         refuse("is compressed in a way (number {}) that cannot be read; save it with LZW, Deflate or none",
                compression);
@@ -91,8 +92,9 @@ double TiffPage::size() const { return static_cast<double>(width_) * height_ * c
 
 bool TiffPage::isLike(const TiffPage& other) const {
     return width_ == other.width_ && height_ == other.height_ && type_.kind == other.type_.kind &&
-           bits_ == other.bits_ && channels_ == other.channels_ && layout_.count == other.layout_.count &&
-           layout_.isColour == other.layout_.isColour && layout_.alpha == other.layout_.alpha;
+           bits_ == other.bits_ && orientation_ == other.orientation_ && channels_ == other.channels_ &&
+           layout_.count == other.layout_.count && layout_.isColour == other.layout_.isColour &&
+           layout_.alpha == other.layout_.alpha;
 }
 
 void TiffPage::read(ChannelChoice& channels, double* out) const {
@@ -151,8 +153,8 @@ void TiffPage::readBlocks(ChannelChoice& channels, double* out) const {
 
 void TiffPage::readColours(ChannelChoice& channels, double* out) const {
     std::vector<std::uint32_t> raster(std::size_t{width_} * height_);
-    if (TIFFReadRGBAImageOriented(tiff_, width_, height_, raster.data(), ORIENTATION_TOPLEFT, 1) == 0)
-        fail(0);
+    // As it is kept: libtiff would turn it, but not by a quarter.
+    if (TIFFReadRGBAImageOriented(tiff_, width_, height_, raster.data(), orientation_, 1) == 0) fail(0);
     for (std::size_t i = 0; i < raster.size(); ++i) {
         const double rgb[3] = {static_cast<double>(TIFFGetR(raster[i])),
                                static_cast<double>(TIFFGetG(raster[i])),

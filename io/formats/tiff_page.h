@@ -22,6 +22,8 @@ class TiffPage {
     /// What the samples of a point are once read; a palette's are the colours that it has.
     const ChannelLayout& layout() const { return layout_; }
     bool isFloatingPoint() const { return type_.isFloatingPoint(); }
+    /// The number of how it is to be turned, for orient.
+    std::uint16_t orientation() const { return orientation_; }
     /// Bytes of all samples.
     double size() const;
     /// Whether pages are of one kind.
@@ -42,7 +44,7 @@ class TiffPage {
 
     TIFF* tiff_;
     std::uint32_t width_ = 0, height_ = 0;
-    std::uint16_t bits_ = 1, channels_ = 1, photometric_ = 0;
+    std::uint16_t bits_ = 1, channels_ = 1, photometric_ = 0, orientation_ = ORIENTATION_TOPLEFT;
     bool isPlanar_ = false, isTiled_ = false;
     bool isConverted_ = false;  // by libtiff, to red, green, blue and alpha of 8 bits
     SampleType type_{};
