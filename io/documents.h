@@ -23,6 +23,7 @@ struct PictureDocument {
     Drawing drawing = Drawing::kContour;
     double tolerance = 0;  ///< of outlines that are written with fewer points, in world units
     bool isFloat = false;  ///< numbers as float32
+    const std::vector<double>* labels = nullptr;  ///< of all samples, where the field is that of one of them
 };
 
 /// What a command has to write of a volume.

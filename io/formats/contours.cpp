@@ -24,12 +24,8 @@ std::string feature(const std::string& properties, const char* geometry, const s
         geometry, shape);
 }
 
-Outline outlineIn(const PictureDocument& document) {
-    return outlineOf(document.field, document.open, document.tolerance);
-}
-
 void writeSvg(const PictureDocument& document, OutputFile& out) {
-    const Outline outline = outlineIn(document);
+    const Outline outline = outlineOf(document);
     const double hx = document.field.getXSpace(), hy = document.field.getYSpace();
     const double width = document.field.getWidth() * hx, height = document.field.getHeight() * hy;
     const double thickness = std::max(std::min(hx, hy), std::max(width, height) / 400);
@@ -52,7 +48,7 @@ void writeSvg(const PictureDocument& document, OutputFile& out) {
 }
 
 void writeGeoJson(const PictureDocument& document, OutputFile& out) {
-    const Outline outline = outlineIn(document);
+    const Outline outline = outlineOf(document);
     std::string separator;
     const auto add = [&](const std::string& text) {
         out.write(separator + text);
@@ -73,7 +69,7 @@ void writeGeoJson(const PictureDocument& document, OutputFile& out) {
 }
 
 void writeCsv(const PictureDocument& document, OutputFile& out) {
-    const Outline outline = outlineIn(document);
+    const Outline outline = outlineOf(document);
     // Open lines stand among the closed ones only where they were asked for.
     out.write(document.open ? "line,closed,x,y\n" : "polygon,x,y\n");
     int number = 0;

@@ -103,7 +103,7 @@ void draw(cairo_t* to, const PictureDocument& document, int scale) {
     cairo_pattern_set_filter(cairo_get_source(to), CAIRO_FILTER_NEAREST);
     cairo_paint(to);
 
-    const Outline outline = outlineOf(document.field, document.open, document.tolerance);
+    const Outline outline = outlineOf(document);
     const double size = std::max(document.field.getWidth(), document.field.getHeight());
     cairo_set_line_width(to, std::max(2.0 / scale, size / 400));
     cairo_set_line_join(to, CAIRO_LINE_JOIN_ROUND);

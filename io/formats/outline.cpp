@@ -2,15 +2,17 @@
 
 namespace quorbin::io {
 
-Outline outlineOf(const FullLevelSet2D& field, bool open, double tolerance) {
+Outline outlineOf(const PictureDocument& document) {
+    const FullLevelSet2D& field = document.field;
     Outline outline;
-    if (open) {
-        OpenContours found = openContours(field);
+    if (document.open) {
+        OpenContours found =
+            document.labels != nullptr ? openContours(field, *document.labels) : openContours(field);
         outline = {std::move(found.regions), std::move(found.lines)};
     } else {
-        outline.regions = contours(field);
+        outline.regions = document.labels != nullptr ? contours(field, *document.labels) : contours(field);
     }
-    outline.regions = simplified(std::move(outline.regions), tolerance);
+    outline.regions = simplified(std::move(outline.regions), document.tolerance);
     return outline;
 }
 

@@ -10,8 +10,9 @@ struct Outline {
     std::vector<Ring> lines;  ///< that end at the border of the picture, where they are left open
 };
 
-/// Closed along the border of the picture, or open there; with fewer points where a tolerance is given.
-Outline outlineOf(const FullLevelSet2D& field, bool open, double tolerance = 0);
+/// That of a document: closed along the border of the picture, or open there; with fewer points where a
+/// tolerance is given.
+Outline outlineOf(const PictureDocument& document);
 
 /// Visits the rings of all regions, each outline before its holes.
 template <class Visit>

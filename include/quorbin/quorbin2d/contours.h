@@ -41,6 +41,13 @@ struct OpenContours {
 /// As contours(field), but what meets the border of the grid is left open there.
 QUORBIN_EXPORT OpenContours openContours(const FullLevelSet2D& field);
 
+/// The region of one label among others, one a sample, of which the field is made: -0.5 where the label is
+/// and 0.5 elsewhere. The regions of all labels together fill the picture without gaps or overlaps: where
+/// three or four meet in a cell they meet in its middle, unless two opposite corners are of one label, which
+/// is then connected. Throws std::invalid_argument for another number of labels than of samples.
+QUORBIN_EXPORT std::vector<Polygon> contours(const FullLevelSet2D& field, const std::vector<double>& labels);
+QUORBIN_EXPORT OpenContours openContours(const FullLevelSet2D& field, const std::vector<double>& labels);
+
 /// The same regions with fewer points. Every point that is left out lies within the tolerance, in world
 /// units, of the line that has taken its place, and no ring comes to cross itself or another one. Points go
 /// in the order of the area of the triangle with their neighbours (Visvalingam and Whyatt 1993), as long as

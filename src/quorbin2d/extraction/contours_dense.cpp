@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -92,9 +93,46 @@ constexpr int kBottomEdge = 0, kTopEdge = 2;
 
 enum class Border { kClosed, kOpen };
 
+/// How a region goes through a cell in which it meets others.
+enum class Meeting {
+    kAsInTheTable,
+    kJoined,    ///< its two opposite corners are connected, the others are cut off
+    kInMiddle,  ///< by way of the middle of the cell
+};
+
+/// Of a field alone, which knows inside and outside.
+struct NoLabels {
+    static Meeting in(const Cell&) { return Meeting::kAsInTheTable; }
+};
+
+/// Of regions by their labels.
+struct Labels {
+    const std::vector<double>& labels;
+    Size size;
+
+    Meeting in(const Cell& cell) const {
+        if (!size.holds(cell.x, cell.y) || !size.holds(cell.x + 1, cell.y + 1)) return Meeting::kAsInTheTable;
+        double corner[4];
+        for (int k = 0; k < 4; ++k)
+            corner[k] =
+                labels[static_cast<std::size_t>(cell.y + kSquareY[k]) * static_cast<std::size_t>(size.width) +
+                       static_cast<std::size_t>(cell.x + kSquareX[k])];
+        // Two labels at opposite corners each: the table connects those at 1 and 3 and cuts the others off.
+        if (cell.number() == kCutFrom1And3)
+            return corner[1] == corner[3] ? Meeting::kAsInTheTable : Meeting::kJoined;
+        int changes = 0;
+        for (int k = 0; k < 4; ++k) changes += corner[k] != corner[(k + 1) % 4] ? 1 : 0;
+        const bool isJoined = corner[0] == corner[2] || corner[1] == corner[3];
+        return changes > 2 && !isJoined ? Meeting::kInMiddle : Meeting::kAsInTheTable;
+    }
+
+ private:
+    static constexpr int kCutFrom1And3 = 10;
+};
+
 /// The contours of a field: closed along its border by cells around the grid, or of its own cells alone.
-template <class Reader>
-RingTrace trace(const Reader& field, Size size, Border border) {
+template <class Reader, class Meetings>
+RingTrace trace(const Reader& field, Size size, Border border, const Meetings& meetings) {
     RingTrace trace;
     const int width = size.width;
     const int height = size.height;
@@ -121,11 +159,23 @@ RingTrace trace(const Reader& field, Size size, Border border) {
                 }
                 return index;
             };
-            forEachSegment(cell.number(), [&](int from, int to) {
+            const auto add = [&](int from, int to) {
                 const int start = pointOn(from);
                 const int end = pointOn(to);
                 trace.segments.emplace_back(start, end);
-            });
+            };
+            const Meeting meeting = meetings.in(cell);
+            if (meeting == Meeting::kJoined) {
+                add(0, 1);
+                add(2, 3);
+                return;
+            }
+            forEachSegment(cell.number(), add);
+            if (meeting != Meeting::kInMiddle) return;
+            const int middle = static_cast<int>(trace.points.size());
+            trace.points.emplace_back(cell.x + 0.5, cell.y + 0.5);
+            const int end = std::exchange(trace.segments.back().second, middle);
+            trace.segments.emplace_back(middle, end);
         });
         shared.nextRow();
         lower.swap(upper);
@@ -134,30 +184,57 @@ RingTrace trace(const Reader& field, Size size, Border border) {
     return trace;
 }
 
+/// The regions of a field, closed along the border of the grid.
+template <class Reader, class Meetings>
+std::vector<quorbin::Polygon> closedContours(const Reader& reader, Size size, const Meetings& meetings) {
+    if (size.width < 1 || size.height < 1) return {};
+    const double hx = reader.hx();
+    const double hy = reader.hy();
+    RingTrace traced = trace(reader, size, Border::kClosed, meetings);
+    return nestedRings(traced, hx, hy);
+}
+
+template <class Reader, class Meetings>
+quorbin::OpenContours openedContours(const Reader& reader, Size size, const Meetings& meetings) {
+    if (size.width < 2 || size.height < 2) return {};
+    const double hx = reader.hx();
+    const double hy = reader.hy();
+    RingTrace traced = trace(reader, size, Border::kOpen, meetings);
+    std::vector<quorbin::Ring> lines = openLines(traced, hx, hy);
+    return {nestedRings(traced, hx, hy), std::move(lines)};
+}
+
+Labels labelsOf(const std::vector<double>& labels, Size size) {
+    if (labels.size() != static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height))
+        throw std::invalid_argument("contours: the labels are not those of this field; give one a sample");
+    return {labels, size};
+}
+
 }  // namespace
 
 namespace quorbin {
 
 std::vector<Polygon> contours(const FullLevelSet2D& field) {
-    return withReader(field, [](const auto& reader) -> std::vector<Polygon> {
-        const Size size = sizeOf(reader);
-        if (size.width < 1 || size.height < 1) return {};
-        const double hx = reader.hx();
-        const double hy = reader.hy();
-        RingTrace traced = trace(reader, size, Border::kClosed);
-        return nestedRings(traced, hx, hy);
-    });
+    return withReader(field,
+                      [](const auto& reader) { return closedContours(reader, sizeOf(reader), NoLabels()); });
 }
 
 OpenContours openContours(const FullLevelSet2D& field) {
-    return withReader(field, [](const auto& reader) -> OpenContours {
+    return withReader(field,
+                      [](const auto& reader) { return openedContours(reader, sizeOf(reader), NoLabels()); });
+}
+
+std::vector<Polygon> contours(const FullLevelSet2D& field, const std::vector<double>& labels) {
+    return withReader(field, [&](const auto& reader) {
         const Size size = sizeOf(reader);
-        if (size.width < 2 || size.height < 2) return {};
-        const double hx = reader.hx();
-        const double hy = reader.hy();
-        RingTrace traced = trace(reader, size, Border::kOpen);
-        std::vector<Ring> lines = openLines(traced, hx, hy);
-        return {nestedRings(traced, hx, hy), std::move(lines)};
+        return closedContours(reader, size, labelsOf(labels, size));
+    });
+}
+
+OpenContours openContours(const FullLevelSet2D& field, const std::vector<double>& labels) {
+    return withReader(field, [&](const auto& reader) {
+        const Size size = sizeOf(reader);
+        return openedContours(reader, size, labelsOf(labels, size));
     });
 }
 

@@ -26,15 +26,16 @@ struct ContourCommand : FieldCommand {
             refuse("contour: there is no file to write; name one by -o");
         FullLevelSet2D levelSet;
         const io::Image raster = readWithCrossing(levelSet);
-        reportContour(levelSet);
-        if (result)
-            result->write(PictureDocument{levelSet, raster.isField ? nullptr : &raster, open,
-                                          Drawing::kContour, tolerance});
+        PictureDocument document{levelSet, raster.isField ? nullptr : &raster, open, Drawing::kContour,
+                                 tolerance};
+        if (field.label) document.labels = &raster.samples;
+        reportContour(document);
+        if (result) result->write(document);
     }
 
  private:
-    void reportContour(const FullLevelSet2D& levelSet) const {
-        const Outline outline = outlineOf(levelSet, open, tolerance);
+    void reportContour(const PictureDocument& document) const {
+        const Outline outline = outlineOf(document);
         double enclosed = 0, around = 0;
         std::size_t polygons = 0;
         forEachRing(outline, [&](const Ring& ring) {
@@ -47,7 +48,7 @@ struct ContourCommand : FieldCommand {
                 kNoCrossing,
                 fmt::format("{}: has an outline that encloses nothing; choose another --level", input));
         const std::string lines = open ? " and " + counted(outline.lines.size(), "open line") : "";
-        const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace();
+        const double hx = document.field.getXSpace(), hy = document.field.getYSpace();
         const char* unit = hx == 1 && hy == 1 ? "pixels" : "units of the spacing";
         record->add("polygons", polygons);
         if (open) record->add("openLines", outline.lines.size());

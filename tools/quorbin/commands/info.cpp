@@ -65,7 +65,9 @@ struct Info : FieldCommand {
         const io::Image raster = read(levelSet, note);
         const Statistics known = statisticsOf(raster.samples, levelSet.data());
         std::size_t polygons = 0;
-        forEachRing(outlineOf(levelSet, false), [&](const Ring&) { ++polygons; });
+        PictureDocument document{levelSet};
+        if (field.label) document.labels = &raster.samples;
+        forEachRing(outlineOf(document), [&](const Ring&) { ++polygons; });
         const BandSize band = bandAround(levelSet);
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace();
         addStatistics(known);
