@@ -117,6 +117,15 @@ TEST_F(Labels, ShareTheirOutlinesAndTogetherFillThePicture) {
     }
     EXPECT_EQ(together, (kWidth - 1) * (kHeight - 1));
     ASSERT_EQ(run("contour labels.npy --label all -q -o part.csv"), 0) << read("err");
+    double enclosed = 0;
+    for (const char* label : {"1", "3"}) {
+        ASSERT_EQ(run(std::string("info volume.npy --label ") + label), 0) << read("err");
+        const double volume = number("volume ");
+        ASSERT_EQ(run(std::string("mesh volume.npy --cap -f -o a.ply --label ") + label), 0) << read("err");
+        EXPECT_NEAR(number("volume "), volume, 1e-3);
+        enclosed += volume;
+    }
+    EXPECT_NEAR(enclosed, (kWidth - 1) * (kHeight - 1) * 2, 1e-3);
     // The same points, half way between samples, but for those on the border.
     const auto inner = [&](const std::string& name) {
         std::istringstream lines(read(name));

@@ -7,6 +7,7 @@
 #include "cli/field_command.h"
 #include "cli/record.h"
 #include "fields/band.h"
+#include "fields/label_mesh.h"
 #include "io/format.h"
 #include "io/formats/outline.h"
 
@@ -88,9 +89,12 @@ struct Info : FieldCommand {
         std::string note;
         const io::Image volume = read(levelSet, note);
         const Statistics known = statisticsOf(volume.samples, levelSet.data());
-        std::vector<brin::Vec3<double>> vertices, normals;
-        std::vector<gpoint3> triangles;
-        quorbin::getTrianglesCapped(levelSet, vertices, normals, triangles);
+        MeshDocument mesh;
+        auto& [vertices, normals, triangles] = mesh;
+        if (field.label)
+            mesh = meshOfLabel(volume.samples, levelSet, *field.label, true);
+        else
+            quorbin::getTrianglesCapped(levelSet, vertices, normals, triangles);
         const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace(), hz = levelSet.getZSpace();
         const double area = quorbin::surfaceArea(vertices, triangles, hx, hy, hz);
         const double enclosed = quorbin::enclosedVolume(vertices, triangles, hx, hy, hz);
