@@ -30,8 +30,8 @@ constexpr double kAround = std::numeric_limits<double>::infinity();
 
 using CellLabels = std::array<double, kCorners>;
 
-/// A line between two labels on a face, from one of its points to another: 0 to 3 are in the middle of the side
-/// that leads on from this corner, kMiddle is that of the face.
+/// A line between two labels on a face, from one of its points to another: 0 to 3 are in the middle of the
+/// side that leads on from this corner, kMiddle is that of the face.
 struct Line {
     int from, to;
     double left, right;

@@ -15,8 +15,8 @@ using quorbin::Mesh;
 
 constexpr int kSize = 7;
 
-/// A volume of random labels 0 ... count - 1, in lumps or each for itself, by chance where three and more meet
-/// in every way.
+/// A volume of random labels 0 ... count - 1, in lumps or each for itself, so that three and more meet in
+/// every way.
 quorbin::io::Image randomLabels(int count, int lump, unsigned seed) {
     quorbin::io::Image volume;
     volume.isVolume = true;
