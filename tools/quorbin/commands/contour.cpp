@@ -5,7 +5,7 @@
 #include "cli/field_command.h"
 #include "cli/record.h"
 #include "io/failure.h"
-#include "io/formats/outline.h"
+#include "io/outline.h"
 
 namespace quorbin::tool {
 

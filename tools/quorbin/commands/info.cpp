@@ -8,7 +8,7 @@
 #include "cli/record.h"
 #include "fields/band.h"
 #include "io/format.h"
-#include "io/formats/outline.h"
+#include "io/outline.h"
 
 namespace quorbin::tool {
 

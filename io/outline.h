@@ -1,6 +1,8 @@
 #pragma once
 
-#include "../documents.h"
+#include <vector>
+
+#include <quorbin.h>
 
 namespace quorbin::io {
 
