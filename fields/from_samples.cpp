@@ -7,6 +7,8 @@
 
 #include "../io/documents.h"
 #include "../io/failure.h"
+#include "grids.h"
+#include "placing.h"
 
 namespace quorbin::fields {
 
@@ -120,38 +122,21 @@ void requireLabel(const std::vector<double>& samples, double label) {
         io::refuse("has no label {}; it has 0{}{}", label, labels.empty() ? " alone" : ", ", listed(labels));
 }
 
-std::optional<double> fillField(const std::vector<double>& samples, bool isField, const FieldOptions& options,
-                                double* field, std::string& note) {
-    note.clear();
-    if (options.label) {
-        requireLabel(samples, *options.label);
-        note = fmt::format("label {}", *options.label);
+/// By options in which nothing is left open.
+void fillField(const std::vector<double>& samples, const FieldOptions& options, double* field) {
+    if (options.label)
         std::transform(samples.begin(), samples.end(), field,
                        [label = *options.label](double value) { return value == label ? -0.5 : 0.5; });
-        return std::nullopt;
-    }
-    if (options.between) {
+    else if (options.between)
         std::transform(samples.begin(), samples.end(), field,
                        [low = options.between->first, high = options.between->second](double value) {
                            return std::max(low - value, value - high);
                        });
-        return std::nullopt;
-    }
-    const double level = options.level ? *options.level : chooseLevel(samples, isField, note);
-    const bool insideAbove = options.insideAbove.value_or(!isField);
-    std::transform(samples.begin(), samples.end(), field,
-                   [=](double grey) { return insideAbove ? level - grey : grey - level; });
-    return level;
-}
-
-/// Where other spacings than the file's are given, what places the volume goes with them.
-void respace(io::Placement& placement, const std::array<double, 3>& given) {
-    if (placement.affine)
-        for (auto& row : *placement.affine)
-            for (std::size_t axis = 0; axis < 3; ++axis)
-                if (given[axis] != placement.spacing[axis])
-                    row[axis] *= given[axis] / placement.spacing[axis];
-    placement.spacing = given;
+    else
+        std::transform(samples.begin(), samples.end(), field,
+                       [level = *options.level, insideAbove = *options.insideAbove](double grey) {
+                           return insideAbove ? level - grey : grey - level;
+                       });
 }
 
 bool isOnBothSides(const double* values, std::size_t count) {
@@ -161,34 +146,50 @@ bool isOnBothSides(const double* values, std::size_t count) {
 
 }  // namespace
 
+FieldOptions settled(const io::Image& whole, FieldOptions options, std::string& note) {
+    note.clear();
+    if (!options.label && !options.between) {
+        if (!options.level) options.level = chooseLevel(whole.samples, whole.isField, note);
+        options.insideAbove = options.insideAbove.value_or(!whole.isField);
+        return options;
+    }
+    options.level.reset();
+    if (options.label) {
+        requireLabel(whole.samples, *options.label);
+        note = fmt::format("label {}", *options.label);
+    }
+    return options;
+}
+
+void respace(io::Image& volume, const FieldOptions& options) {
+    if (!options.spacing) return;
+    if (!options.spacing->z) io::refuse("is a volume; its --spacing is three numbers");
+    respace(volume.placement, {options.spacing->x, options.spacing->y, *options.spacing->z});
+}
+
+void makePart(const io::Image& plane, const FieldOptions& options, FullLevelSet2D& field) {
+    initGrid(field, {plane.width, plane.height, 1}, plane.placement.spacing);
+    fillField(plane.samples, options, field.data());
+}
+
 std::optional<double> makeField(const io::Image& picture, const FieldOptions& options, FullLevelSet2D& field,
                                 std::string& note) {
     const auto [ownX, ownY, none] = picture.placement.spacing;
     const Spacing spacing = options.spacing.value_or(Spacing{ownX, ownY});
     if (spacing.z) io::refuse("is a picture; its --spacing is two numbers");
-    field.init(picture.width, picture.height, spacing.x, spacing.y);
-    if (field.getWidth() != picture.width || field.getHeight() != picture.height)
-        throw io::Failure(io::kFailed, fmt::format("a field of {} × {} points does not fit into memory",
-                                                   picture.width, picture.height));
-    return fillField(picture.samples, picture.isField, options, field.data(), note);
+    initGrid(field, {picture.width, picture.height, 1}, {spacing.x, spacing.y, 1});
+    const FieldOptions known = settled(picture, options, note);
+    fillField(picture.samples, known, field.data());
+    return known.level;
 }
 
 std::optional<double> makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& field,
                                 std::string& note) {
-    auto [hx, hy, hz] = volume.placement.spacing;
-    if (options.spacing) {
-        if (!options.spacing->z) io::refuse("is a volume; its --spacing is three numbers");
-        hx = options.spacing->x;
-        hy = options.spacing->y;
-        hz = *options.spacing->z;
-    }
-    field.init(volume.width, volume.height, volume.depth, hx, hy, hz);
-    if (field.getWidth() != volume.width || field.getHeight() != volume.height ||
-        field.getDepth() != volume.depth)
-        throw io::Failure(io::kFailed, fmt::format("a field of {} × {} × {} points does not fit into memory",
-                                                   volume.width, volume.height, volume.depth));
-    respace(volume.placement, {hx, hy, hz});
-    return fillField(volume.samples, volume.isField, options, field.data(), note);
+    respace(volume, options);
+    initGrid(field, {volume.width, volume.height, volume.depth}, volume.placement.spacing);
+    const FieldOptions known = settled(volume, options, note);
+    fillField(volume.samples, known, field.data());
+    return known.level;
 }
 
 bool hasCrossing(const FullLevelSet2D& field) { return isOnBothSides(field.data(), io::pointsOf(field)); }

@@ -47,6 +47,16 @@ std::optional<double> makeField(const io::Image& picture, const FieldOptions& op
 std::optional<double> makeField(io::Image& volume, const FieldOptions& options, FullLevelSet3D& field,
                                 std::string& note);
 
+/// The options with all that they leave to the samples of a whole, of which a part then becomes what it is in
+/// the whole; a level is among them unless labels or ranges take its place. note as above.
+FieldOptions settled(const io::Image& whole, FieldOptions options, std::string& note);
+
+/// Gives a volume the spacings that are asked for, if any.
+void respace(io::Image& volume, const FieldOptions& options);
+
+/// Makes the field of a plane of a volume, by options that are settled.
+void makePart(const io::Image& plane, const FieldOptions& options, FullLevelSet2D& field);
+
 /// Whether a field has values on both sides of zero.
 bool hasCrossing(const FullLevelSet2D& field);
 bool hasCrossing(const FullLevelSet3D& field);

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <array>
+#include <map>
+#include <optional>
 #include <vector>
 
 #include <quorbin.h>
 
 #include "image.h"
+#include "outline.h"
 
 namespace quorbin::io {
 
@@ -21,8 +25,9 @@ struct PictureDocument {
     const Image* picture = nullptr;  ///< drawn under the contour, where there is one
     bool open = false;               ///< leaves outlines open at the border
     Drawing drawing = Drawing::kContour;
-    double tolerance = 0;  ///< of outlines that are written with fewer points, in world units
-    bool isFloat = false;  ///< numbers as float32
+    double tolerance = 0;                ///< of outlines that are written with fewer points, in world units
+    bool isFloat = false;                ///< numbers as float32
+    brin::Vec2<double> origin = {0, 0};  ///< of lists of points, in world units: where index 0, 0 lies
     const std::vector<double>* labels = nullptr;  ///< of all samples, where the field is that of one of them
 };
 
@@ -32,6 +37,16 @@ struct VolumeDocument {
     const Placement& placement;
     bool isMask = false;   ///< inside and outside alone
     bool isFloat = false;  ///< numbers as float32
+};
+
+/// The outlines of planes of a volume, in units of its spacing.
+struct StackDocument {
+    std::size_t axis;  ///< across which the planes lie: 0, 1, 2
+    std::array<double, 3> spacing;
+    std::optional<Affine> affine;   ///< from index to world, where the file has one
+    bool isPlaced = false;          ///< points are written where the matrix puts them
+    bool open = false;              ///< lines that end at the border are among them
+    std::map<int, Outline> planes;  ///< by their index; empty ones are left out
 };
 
 /// A mesh, in the units in which it is written.

@@ -8,6 +8,7 @@
 #include "image.h"
 #include "input_file.h"
 #include "output_file.h"
+#include "plane.h"
 
 namespace quorbin::io {
 
@@ -34,6 +35,9 @@ struct Format {
     bool (*matches)(InputFile& file) = nullptr;
     bool (*holdsVolume)(InputFile& file, const ReadOptions& options) = nullptr;
     Image (*read)(InputFile& file, const ReadOptions& options) = nullptr;
+    /// Reads no more than a plane of a volume, which has been found to be one; nothing where that cannot be.
+    std::optional<Plane> (*readPlane)(InputFile& file, const PlaneChoice& choice,
+                                      const ReadOptions& options) = nullptr;
     bool takesChannel = false, takesFrame = false;  ///< among what is asked for when it is read
 
     bool readsFolders = false;  ///< with a series of files
@@ -43,6 +47,8 @@ struct Format {
     bool writesFloats = false;  ///< where that is asked for, instead of doubles
     void (*writePicture)(const PictureDocument& document, OutputFile& out) = nullptr;
     void (*writeVolume)(const VolumeDocument& document, OutputFile& out) = nullptr;
+    void (*writeStack)(const StackDocument& document, OutputFile& out) = nullptr;
+    bool drawsPixels = false;  ///< of what it writes of a picture: pixels, which are square where it is shown
     void (*writeMesh)(const MeshDocument& mesh, OutputFile& out) = nullptr;
 };
 
@@ -70,6 +76,12 @@ Image readImage(InputFile& file, const ReadOptions& options = {});
 
 /// Reads samples laid out as given.
 Image readRaw(InputFile& file, const RawLayout& layout, const ReadOptions& options = {});
+
+/// The same of a plane alone, whose values are the only ones that are looked at. Nothing where the file must
+/// be read whole.
+std::optional<Plane> readPlane(InputFile& file, const PlaneChoice& choice, const ReadOptions& options = {});
+std::optional<Plane> readRawPlane(InputFile& file, const RawLayout& layout, const PlaneChoice& choice,
+                                  const ReadOptions& options = {});
 
 /// The format of an output: the one named, else by the ending of the path, else (where that has none, or on
 /// standard output) the usual one. Refuses what is not written so.

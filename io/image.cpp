@@ -24,12 +24,16 @@ void checkVolumeSize(long long width, long long height, long long depth) {
         refuse("has {} × {} × {} points; a volume has from 1 point to 2147483647", width, height, depth);
 }
 
-void setVolumeSize(Image& image, long long width, long long height, long long depth) {
+void describeVolume(Image& image, long long width, long long height, long long depth) {
     checkVolumeSize(width, height, depth);
     image.isVolume = true;
     image.width = static_cast<int>(width);
     image.height = static_cast<int>(height);
     image.depth = static_cast<int>(depth);
+}
+
+void setVolumeSize(Image& image, long long width, long long height, long long depth) {
+    describeVolume(image, width, height, depth);
     image.samples.resize(static_cast<std::size_t>(width * height * depth));
 }
 

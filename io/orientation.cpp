@@ -6,7 +6,7 @@
 namespace quorbin::io {
 
 void orient(Image& image, int orientation) {
-    if (orientation < 2 || orientation > 8) return;
+    if (!isTurned(orientation)) return;
     const auto width = static_cast<std::size_t>(image.width), height = static_cast<std::size_t>(image.height);
     const bool isTransposed = orientation >= 5;
     // Of what is stored: whether it is read from the end of its rows, and from its last row.

@@ -175,6 +175,34 @@ Image readRaw(InputFile& file, const RawLayout& layout, const ReadOptions& optio
     });
 }
 
+namespace {
+
+std::optional<Plane> usable(std::optional<Plane> plane, const ReadOptions& options) {
+    if (plane) refuseUnusable(plane->picture, options);
+    return plane;
+}
+
+}  // namespace
+
+std::optional<Plane> readPlane(InputFile& file, const PlaneChoice& choice, const ReadOptions& options) {
+    return naming(file, [&]() -> std::optional<Plane> {
+        const Format& format = formatOf(file);
+        if (format.readPlane == nullptr) return std::nullopt;
+        refuseUseless(options, file.isFolder(), format.name, format.takesChannel, format.takesFrame);
+        std::optional<Plane> plane = usable(format.readPlane(file, choice, options), options);
+        if (plane) plane->volume.format = format.name;
+        return plane;
+    });
+}
+
+std::optional<Plane> readRawPlane(InputFile& file, const RawLayout& layout, const PlaneChoice& choice,
+                                  const ReadOptions& options) {
+    return naming(file, [&] {
+        refuseUseless(options, false, "raw", false, false);
+        return usable(decodeRawPlane(file, layout, choice), options);
+    });
+}
+
 const Format& outputFormat(Kind kind, const std::string& path, const std::string& named,
                            const std::string& usual) {
     std::string name = formatName(path, named, usual);

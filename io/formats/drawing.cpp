@@ -8,9 +8,9 @@
 #include <memory>
 
 #include "../failure.h"
+#include "../outline.h"
 #include "drawing.h"
 #include "formats.h"
-#include "outline.h"
 
 namespace quorbin::io {
 
@@ -151,6 +151,7 @@ void drawPng(const PictureDocument& document, OutputFile& out) {
 
 Format pdfFormat() {
     Format format{"PDF", "pdf"};
+    format.drawsPixels = true;
     format.writePicture = writePdf;
     return format;
 }

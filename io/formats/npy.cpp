@@ -109,6 +109,15 @@ Image read(InputFile& file, const ReadOptions&) {
     return image;
 }
 
+std::optional<Plane> planeIn(InputFile& file, const PlaneChoice& choice, const ReadOptions&) {
+    const NpyArray array = parseNpy(file.start());
+    if (array.isFortran) return std::nullopt;
+    Image volume;
+    describeVolume(volume, array.shape[2], array.shape[1], array.shape[0]);
+    volume.isField = array.type.isFloatingPoint();
+    return planeOf(file, {array.dataStart, array.type, array.isBigEndian}, volume, choice);
+}
+
 /// The header of a file of floating-point numbers in C order, with the shape as text.
 std::string headerOf(const SampleOutput& output, const std::string& shape) {
     std::string header = fmt::format("{{'descr': '<f{}', 'fortran_order': False, 'shape': ({}), }}",
@@ -146,6 +155,7 @@ Format npyFormat() {
     format.matches = [](InputFile& file) { return startsWith(file.start(), "\x93NUMPY"); };
     format.holdsVolume = holdsVolume;
     format.read = read;
+    format.readPlane = planeIn;
     format.writesFloats = true;
     format.writePicture = writePicture;
     format.writeVolume = writeVolume;

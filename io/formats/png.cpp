@@ -121,6 +121,7 @@ void write(const PictureDocument& document, OutputFile& out) {
 
 Format pngFormat() {
     Format format{"PNG", "png"};
+    format.drawsPixels = true;
     format.holds = Holds::kPictures;
     format.takesChannel = true;
     format.matches = [](InputFile& file) { return startsWith(file.start(), "\x89PNG\r\n\x1a\n"); };
@@ -133,6 +134,7 @@ Format pngFormat() {
 /// A mask is a picture: the format is what others are told by its name, where the ending is another.
 Format maskFormat() {
     Format format{"mask", "mask"};
+    format.drawsPixels = true;
     format.writesMasks = true;
     format.writePicture = [](const PictureDocument& document, OutputFile& out) {
         writePng(document.field.getBinaryImage(), out);
@@ -143,6 +145,7 @@ Format maskFormat() {
 /// A field in colours with its zero line, where a PNG would hold a mask.
 Format heatFormat() {
     Format format{"heat", "heat"};
+    format.drawsPixels = true;
     format.writePicture = [](const PictureDocument& document, OutputFile& out) {
         drawPng({document.field}, out);
     };

@@ -139,6 +139,8 @@ TEST_F(ItkFormats, WantANumberWhereAFolderHasSeveralSeries) {
     EXPECT_NE(read("out").find("picture, 4 × 3 points"), std::string::npos) << read("out");
     EXPECT_EQ(run("info series --series 1"), 0) << read("err");
     EXPECT_NE(read("out").find("volume, 4 × 3 × 3 points"), std::string::npos) << read("out");
+    EXPECT_EQ(run("slice series --series 1 --at 2 -o a.npy"), 0) << read("err");
+    EXPECT_EQ(run("contour series --series 1 -o a.csv"), 0) << read("err");
     EXPECT_EQ(run("info series/other --series 0"), 2);
     EXPECT_NE(read("err").find("is one file; leave out --series"), std::string::npos) << read("err");
 }

@@ -127,6 +127,8 @@ TEST(Orientation, OfATiffIsThatOfItsPages) {
             const std::string seen = kSeen[orientation - 1U];
             EXPECT_EQ(lettersOf(image, 1), seen) << orientation;
             if (c.pages == 1) continue;
+            // A plane is read alone as it stands, or of the whole.
+            EXPECT_EQ(readPlane(input, {}).has_value(), orientation == 1);
             ASSERT_EQ(image.depth, 2);
             std::rotate(image.samples.begin(), image.samples.begin() + kWidth * kHeight, image.samples.end());
             EXPECT_EQ(lettersOf(image, 1), seen) << orientation;

@@ -12,6 +12,7 @@
 
 #include "description.h"
 #include "io/format_name.h"
+#include "parsing.h"
 #include "record.h"
 
 namespace quorbin::tool {
@@ -20,51 +21,6 @@ namespace {
 
 /// Of options that a command has alone.
 constexpr char kOwnGroup[] = "Method";
-
-Spacing parseSpacing(const std::string& text) {
-    Spacing spacing;
-    double z = 0;
-    char rest = 0;
-    const int read = std::sscanf(text.c_str(), "%lf,%lf,%lf%c", &spacing.x, &spacing.y, &z, &rest);
-    if (read == 3) spacing.z = z;
-    const auto isUsable = [](double h) { return h > 1e-100 && h < 1e100; };
-    const bool isWhole = read == 3 || (read == 2 && std::count(text.begin(), text.end(), ',') == 1);
-    if (!isWhole || !isUsable(spacing.x) || !isUsable(spacing.y) || !isUsable(spacing.z.value_or(1)))
-        refuse(
-            "--spacing {}: is no spacing; give two numbers from 1e-100 to 1e100, as in 0.5,0.5, and three "
-            "for a volume",
-            text);
-    return spacing;
-}
-
-std::array<long long, 3> parseSize(const std::string& text) {
-    std::array<long long, 3> size{};
-    char rest = 0;
-    const int read = std::sscanf(text.c_str(), "%lld,%lld,%lld%c", &size[0], &size[1], &size[2], &rest);
-    if (read != 3 ||
-        !std::all_of(size.begin(), size.end(), [](long long n) { return n >= 1 && n <= kMostAlongAnAxis; }))
-        refuse("--size {}: is no size; give three whole numbers, as in 128,128,64", text);
-    return size;
-}
-
-/// LOW,HIGH, of which the second is not the smaller one.
-std::pair<double, double> parseRange(const std::string& text) {
-    double low = 0, high = 0;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%lf,%lf%c", &low, &high, &rest) != 2 || !(low <= high))
-        refuse("--between {}: is no range; give two numbers, the smaller one first, as in 100,200", text);
-    requireUsableLevel(low);
-    requireUsableLevel(high);
-    return {low, high};
-}
-
-double parseLabel(const std::string& text) {
-    int label = 0;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%d%c", &label, &rest) != 1)
-        refuse("--label {}: is no label; give a whole number, or all", text);
-    return label;
-}
 
 /// What would help where a field has no outline.
 std::string wayToACrossing(const io::Image& image, const FieldOptions& options) {
@@ -101,9 +57,7 @@ io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& no
     }
     std::array<double, 3> spacing = {levelSet.getXSpace(), levelSet.getYSpace(), 1};
     if constexpr (kIsVolume) spacing[2] = levelSet.getZSpace();
-    command.record->addImage(image, spacing);
-    if (level) command.record->add("level", *level);
-    if (!note.empty()) command.record->add("note", note);
+    command.recordReading(image, spacing, level, note);
     if (!command.needsSamples) std::vector<double>().swap(image.samples);
     return image;
 }
@@ -263,10 +217,17 @@ std::string FieldCommand::outputPath(const std::string& usual) const {
     dropEnding();
     if (isCompressed) dropEnding();
     std::string path = batch->folder + "/" + stem + "." + (format.empty() ? usual : format);
-    if (labelInFolder_) path = withLabel(path, *labelInFolder_);
+    if (labelInFolder_) path = withSuffix(path, fmt::format("{}", *labelInFolder_));
     if (!batch->paths.insert(path).second)
         refuse("{}: would be written to {}, as another input; give it another name", input, path);
     return path;
+}
+
+void FieldCommand::recordReading(const io::Image& image, const std::array<double, 3>& spacing,
+                                 const std::optional<double>& level, const std::string& note) const {
+    record->addImage(image, spacing);
+    if (level) record->add("level", *level);
+    if (!note.empty()) record->add("note", note);
 }
 
 void FieldCommand::reportNotes(const io::Image& image) const {
@@ -316,7 +277,7 @@ void FieldCommand::nameAfterLabel(double label) {
     if (output == "-") refuse("--label all: writes a file a label; name them by -o");
     if (output.back() == '/' || std::filesystem::is_directory(output))
         refuse("{}: is a folder; name a file, whose name all those of --label all begin with", output);
-    output = withLabel(output, label);
+    output = withSuffix(output, fmt::format("{}", label));
 }
 
 void FieldCommand::requireNewFiles() const {
@@ -335,10 +296,10 @@ std::vector<double> FieldCommand::keepLabels() {
     }
 }
 
-std::string withLabel(const std::string& path, double label) {
+std::string withSuffix(const std::string& path, const std::string& suffix) {
     const std::string ending = formatName(path, "", "");
     const std::size_t stem = path.size() - (ending.empty() ? 0 : ending.size() + 1);
-    return fmt::format("{}-{}{}", path.substr(0, stem), label, path.substr(stem));
+    return path.substr(0, stem) + "-" + suffix + path.substr(stem);
 }
 
 std::shared_ptr<Record> recordOfLabel(Record& record, double label) { return record.ofLabel(label); }

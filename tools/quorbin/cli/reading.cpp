@@ -5,6 +5,16 @@
 
 namespace quorbin::tool {
 
+CLI::Option* addAxis(CLI::App& command, std::function<void(std::size_t)> take) {
+    return command
+        .add_option_function<std::string>(
+            "--axis",
+            [take = std::move(take)](const std::string& name) { take(std::string("xyz").find(name)); },
+            "across which planes of a volume lie (default z)")
+        ->check(CLI::IsMember({"x", "y", "z"}))
+        ->type_name("x|y|z");
+}
+
 void addReading(CLI::App& command, ReadOptions& reading) {
     command
         .add_option_function<std::string>(

@@ -10,7 +10,7 @@
 #include "fields/smoothing.h"
 #include "io/failure.h"
 #include "io/format.h"
-#include "io/formats/outline.h"
+#include "io/outline.h"
 
 namespace quorbin::tool {
 

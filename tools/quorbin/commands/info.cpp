@@ -9,7 +9,7 @@
 #include "fields/band.h"
 #include "fields/label_mesh.h"
 #include "io/format.h"
-#include "io/formats/outline.h"
+#include "io/outline.h"
 
 namespace quorbin::tool {
 

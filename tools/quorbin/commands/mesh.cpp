@@ -70,7 +70,7 @@ struct MeshCommand : FieldCommand {
 
     void nameAfterLabel(double label) {
         FieldCommand::nameAfterLabel(label);
-        if (!picture.empty()) picture = withLabel(picture, label);
+        if (!picture.empty()) picture = withSuffix(picture, fmt::format("{}", label));
     }
     void requireNewFiles() const {
         FieldCommand::requireNewFiles();

@@ -13,7 +13,7 @@
 #include "fields/band.h"
 #include "fields/distance.h"
 #include "io/failure.h"
-#include "io/formats/outline.h"
+#include "io/outline.h"
 
 namespace quorbin::tool {
 

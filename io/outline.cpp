@@ -1,5 +1,9 @@
 #include "outline.h"
 
+#include <utility>
+
+#include "documents.h"
+
 namespace quorbin::io {
 
 Outline outlineOf(const PictureDocument& document) {

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "../documents.h"
+#include <vector>
+
+#include <quorbin.h>
 
 namespace quorbin::io {
 
@@ -9,6 +11,8 @@ struct Outline {
     std::vector<Polygon> regions;
     std::vector<Ring> lines;  ///< that end at the border of the picture, where they are left open
 };
+
+struct PictureDocument;
 
 /// That of a document: closed along the border of the picture, or open there; with fewer points where a
 /// tolerance is given.
