@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include <quorbin.h>
@@ -23,6 +24,18 @@ struct PictureDocument {
     Drawing drawing = Drawing::kContour;
     double tolerance = 0;  ///< of outlines that are written with fewer points, in world units
     bool isFloat = false;  ///< numbers as float32
+};
+
+using TakeRegion = std::function<void(Polygon&&)>;
+using TakeLine = std::function<void(Ring&&)>;
+
+/// What a command has to write of an outline alone, in world units, for which no field is held.
+struct OutlineDocument {
+    int width, height;  ///< of the picture, in samples
+    double xSpace, ySpace;
+    bool open;  ///< at the border of the picture
+    /// Hands on all regions in order, then lines that end at the border.
+    std::function<void(const TakeRegion&, const TakeLine&)> visit;
 };
 
 /// What a command has to write of a volume.

@@ -8,6 +8,7 @@
 #include "image.h"
 #include "input_file.h"
 #include "output_file.h"
+#include "packed_picture.h"
 
 namespace quorbin::io {
 
@@ -16,7 +17,11 @@ struct ReadOptions {
     std::string channel;  ///< r, g, b, a, luma or a number from 0; empty: grey or luminance
     std::optional<long long> frame = std::nullopt;  ///< of a file in time, from 0
     std::optional<double> nan = std::nullopt;       ///< in the place of values that are not finite
+    Progress progress =
+        {};  ///< told of rows, where they are read one by one; may end the reading in a Failure
 };
+
+using TakeRow = std::function<void(const double* row)>;
 
 /// What files of a format hold.
 enum class Holds { kNothing, kPictures, kVolumes, kEither };
@@ -33,6 +38,9 @@ struct Format {
     bool (*matches)(InputFile& file) = nullptr;
     bool (*holdsVolume)(InputFile& file) = nullptr;
     Image (*read)(InputFile& file, const ReadOptions& options) = nullptr;
+    /// Instead of read, row by row: hands each row to take once the image has its size.
+    void (*readRows)(InputFile& file, const ReadOptions& options, Image& image,
+                     const TakeRow& take) = nullptr;
     bool takesChannel = false, takesFrame = false;  ///< among what is asked for when it is read
 
     bool readsFolders = false;  ///< with a series of files
@@ -41,6 +49,7 @@ struct Format {
     bool writesMasks = false;   ///< too, of what it writes: pictures, volumes
     bool writesFloats = false;  ///< where that is asked for, instead of doubles
     void (*writePicture)(const PictureDocument& document, OutputFile& out) = nullptr;
+    void (*writeOutline)(const OutlineDocument& document, OutputFile& out) = nullptr;  ///< and no picture
     void (*writeVolume)(const VolumeDocument& document, OutputFile& out) = nullptr;
     void (*writeMesh)(const MeshDocument& mesh, OutputFile& out) = nullptr;
 };
@@ -66,6 +75,10 @@ bool isVolume(InputFile& file);
 /// Reads a file, whose format its content tells. Refuses values that are not finite, or replaces them, and
 /// values beyond kLargestSample.
 Image readImage(InputFile& file, const ReadOptions& options = {});
+
+/// The same of a picture, whose samples are never held as numbers all at once where its format can be read
+/// row by row. Refuses volumes.
+PackedPicture readPacked(InputFile& file, const ReadOptions& options = {});
 
 /// Reads samples laid out as given.
 Image readRaw(InputFile& file, const RawLayout& layout, const ReadOptions& options = {});

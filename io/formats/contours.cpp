@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <string>
+#include <iterator>
 
 #include <fmt/format.h>
 
@@ -10,102 +10,130 @@ namespace quorbin::io {
 
 namespace {
 
-std::string coordinates(const Ring& line, bool close) {
-    std::string text = "[";
-    for (const auto& p : line) text += fmt::format("[{},{}],", p.x, p.y);
-    if (close) text += fmt::format("[{},{}],", line.front().x, line.front().y);
-    text.back() = ']';
-    return text;
+/// Text on its way to a file, of any length.
+class TextOut {
+ public:
+    explicit TextOut(OutputFile& out) : out_(out) {}
+
+    template <class... Args>
+    void add(fmt::format_string<Args...> format, Args&&... args) {
+        fmt::format_to(std::back_inserter(text_), format, std::forward<Args>(args)...);
+        constexpr std::size_t kBlock = 1 << 16;
+        if (text_.size() >= kBlock) flush();
+    }
+    void flush() {
+        out_.write(text_.data(), text_.size());
+        text_.clear();
+    }
+
+ private:
+    OutputFile& out_;
+    fmt::memory_buffer text_;
+};
+
+void addCoordinates(TextOut& text, const Ring& line, bool close) {
+    char before = '[';
+    const auto add = [&](const brin::Vec2<double>& p) {
+        text.add("{}[{},{}]", before, p.x, p.y);
+        before = ',';
+    };
+    for (const auto& p : line) add(p);
+    if (close) add(line.front());
+    text.add("]");
 }
 
-std::string feature(const std::string& properties, const char* geometry, const std::string& shape) {
-    return fmt::format(
-        R"({{"type":"Feature","properties":{{{}}},"geometry":{{"type":"{}","coordinates":{}}}}})", properties,
-        geometry, shape);
-}
-
-Outline outlineIn(const PictureDocument& document) {
-    return outlineOf(document.field, document.open, document.tolerance);
-}
-
-void writeSvg(const PictureDocument& document, OutputFile& out) {
-    const Outline outline = outlineIn(document);
-    const double hx = document.field.getXSpace(), hy = document.field.getYSpace();
-    const double width = document.field.getWidth() * hx, height = document.field.getHeight() * hy;
+void writeSvg(const OutlineDocument& outline, OutputFile& out) {
+    const double hx = outline.xSpace, hy = outline.ySpace;
+    const double width = outline.width * hx, height = outline.height * hy;
     const double thickness = std::max(std::min(hx, hy), std::max(width, height) / 400);
-    out.write(fmt::format(
+    TextOut text(out);
+    text.add(
         "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\">\n"
         "<path fill=\"{2}\" fill-opacity=\"0.2\" fill-rule=\"evenodd\" stroke=\"#d62828\" "
         "stroke-width=\"{3}\" "
         "stroke-linejoin=\"round\" d=\"",
-        width, height, document.open ? "none" : "#d62828", thickness));
-    const auto writeLine = [&](const Ring& line, const char* end) {
-        std::string text;
+        width, height, outline.open ? "none" : "#d62828", thickness);
+    const auto addLine = [&](const Ring& line, const char* end) {
+        char command = 'M';
         // Samples lie at the centres of pixels.
-        for (const auto& p : line)
-            text += fmt::format("{}{} {}", text.empty() ? 'M' : 'L', p.x + 0.5 * hx, p.y + 0.5 * hy);
-        out.write(text + end);
+        for (const auto& p : line) {
+            text.add("{}{} {}", command, p.x + 0.5 * hx, p.y + 0.5 * hy);
+            command = 'L';
+        }
+        text.add("{}\n", end);
     };
-    forEachRing(outline, [&](const Ring& ring) { writeLine(ring, "Z\n"); });
-    for (const Ring& line : outline.lines) writeLine(line, "\n");
-    out.write("\"/>\n</svg>\n");
+    outline.visit(
+        [&](Polygon&& region) { forEachRing(region, [&](const Ring& ring) { addLine(ring, "Z"); }); },
+        [&](Ring&& line) { addLine(line, ""); });
+    text.add("\"/>\n</svg>\n");
+    text.flush();
 }
 
-void writeGeoJson(const PictureDocument& document, OutputFile& out) {
-    const Outline outline = outlineIn(document);
-    std::string separator;
-    const auto add = [&](const std::string& text) {
-        out.write(separator + text);
+void writeGeoJson(const OutlineDocument& outline, OutputFile& out) {
+    TextOut text(out);
+    const char* separator = "";
+    const auto begin = [&](const char* geometry) {
+        text.add(R"("geometry":{{"type":"{}","coordinates":)", geometry);
+    };
+    const auto addLine = [&](const Ring& line, bool close) {
+        text.add(R"({}{{"type":"Feature","properties":{{}},)", separator);
+        begin("LineString");
+        addCoordinates(text, line, close);
+        text.add("}}}}");
         separator = ",\n";
     };
-    out.write("{\"type\":\"FeatureCollection\",\"features\":[\n");
-    for (const Polygon& region : outline.regions) {
-        if (region.outline.empty()) {  // holes of what the border cuts
-            for (const Ring& hole : region.holes) add(feature("", "LineString", coordinates(hole, true)));
-            continue;
-        }
-        std::string rings = "[" + coordinates(region.outline, true);
-        for (const Ring& hole : region.holes) rings += "," + coordinates(hole, true);
-        add(feature(fmt::format("\"area\":{}", area(region)), "Polygon", rings + "]"));
-    }
-    for (const Ring& line : outline.lines) add(feature("", "LineString", coordinates(line, false)));
-    out.write("\n]}\n");
+    text.add("{{\"type\":\"FeatureCollection\",\"features\":[\n");
+    outline.visit(
+        [&](Polygon&& region) {
+            if (region.outline.empty()) {  // holes of what the border cuts
+                for (const Ring& hole : region.holes) addLine(hole, true);
+                return;
+            }
+            text.add(R"({}{{"type":"Feature","properties":{{"area":{}}},)", separator, area(region));
+            begin("Polygon");
+            char before = '[';
+            forEachRing(region, [&](const Ring& ring) {
+                text.add("{}", before);
+                addCoordinates(text, ring, true);
+                before = ',';
+            });
+            text.add("]}}}}");
+            separator = ",\n";
+        },
+        [&](Ring&& line) { addLine(line, false); });
+    text.add("\n]}}\n");
+    text.flush();
 }
 
-void writeCsv(const PictureDocument& document, OutputFile& out) {
-    const Outline outline = outlineIn(document);
+void writeCsv(const OutlineDocument& outline, OutputFile& out) {
+    TextOut text(out);
     // Open lines stand among the closed ones only where they were asked for.
-    out.write(document.open ? "line,closed,x,y\n" : "polygon,x,y\n");
+    text.add("{}", outline.open ? "line,closed,x,y\n" : "polygon,x,y\n");
     int number = 0;
-    const auto writeLine = [&](const Ring& line, const char* closed) {
-        std::string text;
-        for (const auto& p : line)
-            text += fmt::format("{},{}{},{}\n", number, document.open ? closed : "", p.x, p.y);
-        out.write(text);
+    const auto addLine = [&](const Ring& line, const char* closed) {
+        for (const auto& p : line) text.add("{},{}{},{}\n", number, outline.open ? closed : "", p.x, p.y);
         ++number;
     };
-    forEachRing(outline, [&](const Ring& ring) { writeLine(ring, "1,"); });
-    for (const Ring& line : outline.lines) writeLine(line, "0,");
+    outline.visit(
+        [&](Polygon&& region) { forEachRing(region, [&](const Ring& ring) { addLine(ring, "1,"); }); },
+        [&](Ring&& line) { addLine(line, "0,"); });
+    text.flush();
+}
+
+template <void (*write)(const OutlineDocument&, OutputFile&)>
+Format outlineFormat(const char* name, const char* endings) {
+    Format format{name, endings};
+    format.writeOutline = write;
+    format.writePicture = [](const PictureDocument& document, OutputFile& out) {
+        write(outlineOf(document), out);
+    };
+    return format;
 }
 
 }  // namespace
 
-Format svgFormat() {
-    Format format{"SVG", "svg"};
-    format.writePicture = writeSvg;
-    return format;
-}
-
-Format geoJsonFormat() {
-    Format format{"GeoJSON", "geojson json"};
-    format.writePicture = writeGeoJson;
-    return format;
-}
-
-Format csvFormat() {
-    Format format{"CSV", "csv"};
-    format.writePicture = writeCsv;
-    return format;
-}
+Format svgFormat() { return outlineFormat<writeSvg>("SVG", "svg"); }
+Format geoJsonFormat() { return outlineFormat<writeGeoJson>("GeoJSON", "geojson json"); }
+Format csvFormat() { return outlineFormat<writeCsv>("CSV", "csv"); }
 
 }  // namespace quorbin::io

@@ -1,17 +1,47 @@
 #include "outline.h"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 namespace quorbin::io {
 
-Outline outlineOf(const FullLevelSet2D& field, bool open, double tolerance) {
-    Outline outline;
-    if (open) {
-        OpenContours found = openContours(field);
-        outline = {std::move(found.regions), std::move(found.lines)};
-    } else {
-        outline.regions = contours(field);
-    }
-    outline.regions = simplified(std::move(outline.regions), tolerance);
-    return outline;
+namespace {
+
+void visitContours(const FieldRows& rows, bool open, const Progress& progress, const TakeRegion& takeRegion,
+                   const TakeLine& takeLine) {
+    if (open)
+        openContours(rows, takeRegion, takeLine, progress);
+    else
+        contours(rows, takeRegion, progress);
+}
+
+}  // namespace
+
+FieldRows rowsOf(const FullLevelSet2D& field) {
+    const std::ptrdiff_t width = field.getWidth();
+    return {field.getWidth(), field.getHeight(), field.getXSpace(), field.getYSpace(),
+            [&field, width](int y, double* row) { std::copy_n(field.data() + y * width, width, row); }};
+}
+
+OutlineDocument outlineOf(FieldRows rows, bool open, double tolerance, Progress progress) {
+    OutlineDocument document{rows.width, rows.height, rows.xSpace, rows.ySpace, open, {}};
+    document.visit = [rows = std::move(rows), open, tolerance, progress = std::move(progress)](
+                         const TakeRegion& takeRegion, const TakeLine& takeLine) {
+        if (tolerance == 0) return visitContours(rows, open, progress, takeRegion, takeLine);
+        std::vector<Polygon> regions;
+        std::vector<Ring> lines;
+        visitContours(
+            rows, open, progress, [&](Polygon&& region) { regions.push_back(std::move(region)); },
+            [&](Ring&& line) { lines.push_back(std::move(line)); });
+        for (Polygon& region : simplified(std::move(regions), tolerance)) takeRegion(std::move(region));
+        for (Ring& line : lines) takeLine(std::move(line));
+    };
+    return document;
+}
+
+OutlineDocument outlineOf(const PictureDocument& document) {
+    return outlineOf(rowsOf(document.field), document.open, document.tolerance);
 }
 
 }  // namespace quorbin::io

@@ -31,7 +31,7 @@ std::size_t pageChannel(const TiffStack& stack, std::size_t besides, std::string
     return number / besides;
 }
 
-Image read(InputFile& file, const ReadOptions& options) {
+void readRows(InputFile& file, const ReadOptions& options, Image& image, const TakeRow& take) {
     const Tiff tiff = openTiff(file);
     const TiffStack stack = readTiffStack(tiff.get());
     const TiffPage first(tiff.get());
@@ -45,23 +45,20 @@ Image read(InputFile& file, const ReadOptions& options) {
     if (stat(file.pathForOthers().c_str(), &status) == 0 &&
         first.size() * static_cast<double>(stack.layers) > 1e4 * static_cast<double>(status.st_size))
         refuse("is no whole TIFF file; give all of it");
-    Image image;
     if (stack.layers > 1)
-        setVolumeSize(image, first.width(), first.height(), static_cast<long long>(stack.layers));
+        setVolumeSizeAlone(image, first.width(), first.height(), static_cast<long long>(stack.layers));
     else
-        setPictureSize(image, first.width(), first.height());
+        setPictureSizeAlone(image, first.width(), first.height());
     image.placement.spacing = stack.spacing;
     image.isField = stack.isField && first.isFloatingPoint();
-    const std::size_t points = std::size_t{first.width()} * first.height();
     for (std::size_t z = 0; z < stack.layers; ++z) {
         if (TIFFSetSubDirectory(tiff.get(), stack.page(inChannel, z, frame)) == 0)
             refuse("ends within its {} pages; give the whole file", stack.pages.size());
         const TiffPage page(tiff.get());
         if (!page.isLike(first)) refuse("has pages of different sizes or types; give a stack of one kind");
-        page.read(choice, image.samples.data() + z * points);
+        page.read(choice, take);
     }
     choice.note(image);
-    return image;
 }
 
 }  // namespace
@@ -72,7 +69,7 @@ Format tiffFormat() {
     format.takesChannel = format.takesFrame = true;
     format.matches = matches;
     format.holdsVolume = holdsVolume;
-    format.read = read;
+    format.readRows = readRows;
     format.writesMasks = format.writesFloats = true;
     format.writePicture = writeTiff;
     format.writeVolume = writeTiff;

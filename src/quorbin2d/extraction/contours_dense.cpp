@@ -1,10 +1,12 @@
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 #include <vector>
 
+#include "common/watch.h"
 #include "quorbin2d/contours.h"
 #include "quorbin2d/extraction/cells.h"
-#include "quorbin2d/extraction/nested_rings.h"
+#include "quorbin2d/extraction/ring_sweep.h"
 #include "quorbin2d/extraction/shared_points.h"
 
 using namespace lset::detail;
@@ -25,11 +27,12 @@ class SurroundedRow {
           values_(static_cast<std::size_t>(size.width) + 2, kOutsideValue),
           inside_(size.width + 2) {}
 
-    template <class Reader>
-    void read(const Reader& field, int y) {
-        for (int x = 0; x < size_.width; ++x)
-            values_[static_cast<std::size_t>(x) + 1] =
-                size_.holds(x, y) ? field.getInGrid(x, y) : kOutsideValue;
+    template <class ReadRow>
+    void read(const ReadRow& readRow, int y) {
+        if (size_.holds(0, y))
+            readRow(y, values_.data() + 1);
+        else
+            std::fill(values_.begin(), values_.end(), kOutsideValue);
         inside_.flagNotPositive(values_.data());
     }
     double value(int x) const { return values_[static_cast<std::size_t>(x) + 1]; }
@@ -80,6 +83,59 @@ struct Cell {
     }
 };
 
+constexpr int kBottomEdge = 0, kRightEdge = 1, kTopEdge = 2, kLeftEdge = 3;
+
+enum class Border { kClosed, kOpen };
+
+/// Finds the segments of contours row by row: closed along the border by cells around the grid, or of its own
+/// cells alone. readRow(y, values) is asked for each row once, in order.
+template <class ReadRow>
+void trace(const ReadRow& readRow, Size size, Border border, RingSweep& sweep, const Watch& watch) {
+    const int around = border == Border::kClosed ? 1 : 0;
+    const int firstX = -around, lastX = size.width - 2 + around;
+    const int firstY = -around, lastY = size.height - 2 + around;
+    SurroundedRow lower(size), upper(size);
+    lower.read(readRow, firstY);
+    SharedPoints shared(size.width + 2);
+    for (int y = firstY; y <= lastY; ++y) {
+        upper.read(readRow, y + 1);
+        forEachMixedCell(lower.inside(), upper.inside(), size.width + 1, [&](int column) {
+            const Cell cell{lower, upper, size, column - 1, y};
+            if (cell.x < firstX || cell.x > lastX) return;
+            const auto isOnBorder = [&](int edge) {
+                return border == Border::kOpen &&
+                       ((edge == kLeftEdge && cell.x == firstX) || (edge == kRightEdge && cell.x == lastX) ||
+                        (edge == kBottomEdge && y == firstY) || (edge == kTopEdge && y == lastY));
+            };
+            const auto pointOn = [&](int edge) {
+                int& number = shared.at(column, edge);
+                if (number == SharedPoints::kNone) {
+                    number = sweep.addPoint(cell.crossingOn(edge), isOnBorder(edge));
+                    if (edge == kTopEdge) sweep.addCrossing(number, !upper.isInside(cell.x));
+                }
+                return number;
+            };
+            forEachSegment(cell.number(), [&](int from, int to) {
+                const int start = pointOn(from);
+                const int end = pointOn(to);
+                sweep.addSegment(start, end);
+            });
+        });
+        sweep.endRow();
+        shared.nextRow();
+        lower.swap(upper);
+        watch.tell(y - firstY + 1, lastY - firstY + 1);
+    }
+}
+
+/// The rows of a grid, point by point: a subclass may have a say.
+template <class Reader>
+auto rowsOf(const Reader& reader, int width) {
+    return [&reader, width](int y, double* row) {
+        for (int x = 0; x < width; ++x) row[x] = reader.getInGrid(x, y);
+    };
+}
+
 /// Read once: a subclass may change its mind.
 template <class Reader>
 Size sizeOf(const Reader& field) {
@@ -88,50 +144,22 @@ Size sizeOf(const Reader& field) {
     return {width, height};
 }
 
-constexpr int kBottomEdge = 0, kTopEdge = 2;
+template <class ReadRow>
+void traceClosed(const ReadRow& readRow, Size size, double hx, double hy,
+                 const RingSweep::TakeRegion& takeRegion, const Watch& watch) {
+    if (size.width < 1 || size.height < 1) return;
+    RingSweep sweep(hx, hy, true, takeRegion);
+    trace(readRow, size, Border::kClosed, sweep, watch);
+}
 
-enum class Border { kClosed, kOpen };
-
-/// The contours of a field: closed along its border by cells around the grid, or of its own cells alone.
-template <class Reader>
-RingTrace trace(const Reader& field, Size size, Border border) {
-    RingTrace trace;
-    const int width = size.width;
-    const int height = size.height;
-    const int around = border == Border::kClosed ? 1 : 0;
-    SurroundedRow lower(size), upper(size);
-    lower.read(field, -around);
-    SharedPoints shared(width + 2);
-    std::vector<RingTrace::RowCrossing> firstRow;
-    for (int y = -around; y < height - 1 + around; ++y) {
-        upper.read(field, y + 1);
-        forEachMixedCell(lower.inside(), upper.inside(), width + 1, [&](int column) {
-            const Cell cell{lower, upper, size, column - 1, y};
-            if (cell.x < -around || cell.x >= width - 1 + around) return;
-            const auto pointOn = [&](int edge) {
-                int& index = shared.at(column, edge);
-                if (index == SharedPoints::kNone) {
-                    index = static_cast<int>(trace.points.size());
-                    trace.points.push_back(cell.crossingOn(edge));
-                    // All other bottom edges have been top edges before.
-                    if (edge == kTopEdge)
-                        trace.rowCrossings.push_back({index, y + 1, !upper.isInside(cell.x)});
-                    else if (edge == kBottomEdge)
-                        firstRow.push_back({index, y, !lower.isInside(cell.x)});
-                }
-                return index;
-            };
-            forEachSegment(cell.number(), [&](int from, int to) {
-                const int start = pointOn(from);
-                const int end = pointOn(to);
-                trace.segments.emplace_back(start, end);
-            });
-        });
-        shared.nextRow();
-        lower.swap(upper);
-    }
-    trace.rowCrossings.insert(trace.rowCrossings.begin(), firstRow.begin(), firstRow.end());
-    return trace;
+template <class ReadRow>
+void traceOpen(const ReadRow& readRow, Size size, double hx, double hy,
+               const RingSweep::TakeRegion& takeRegion, const RingSweep::TakeLine& takeLine,
+               const Watch& watch) {
+    if (size.width < 2 || size.height < 2) return;
+    RingSweep sweep(hx, hy, false, takeRegion);
+    trace(readRow, size, Border::kOpen, sweep, watch);
+    sweep.finish(takeLine);
 }
 
 }  // namespace
@@ -139,25 +167,43 @@ RingTrace trace(const Reader& field, Size size, Border border) {
 namespace quorbin {
 
 std::vector<Polygon> contours(const FullLevelSet2D& field) {
-    return withReader(field, [](const auto& reader) -> std::vector<Polygon> {
+    std::vector<Polygon> polygons;
+    const Progress nobody;
+    const auto take = [&](Polygon&& polygon) { polygons.push_back(std::move(polygon)); };
+    withReader(field, [&](const auto& reader) {
         const Size size = sizeOf(reader);
-        if (size.width < 1 || size.height < 1) return {};
         const double hx = reader.hx();
         const double hy = reader.hy();
-        RingTrace traced = trace(reader, size, Border::kClosed);
-        return nestedRings(traced, hx, hy);
+        traceClosed(rowsOf(reader, size.width), size, hx, hy, take, Watch(nobody, 0));
     });
+    return polygons;
 }
 
 OpenContours openContours(const FullLevelSet2D& field) {
-    return withReader(field, [](const auto& reader) -> OpenContours {
+    OpenContours found;
+    const Progress nobody;
+    const auto takeRegion = [&](Polygon&& polygon) { found.regions.push_back(std::move(polygon)); };
+    const auto takeLine = [&](Ring&& line) { found.lines.push_back(std::move(line)); };
+    withReader(field, [&](const auto& reader) {
         const Size size = sizeOf(reader);
-        if (size.width < 2 || size.height < 2) return {};
         const double hx = reader.hx();
         const double hy = reader.hy();
-        RingTrace traced = trace(reader, size, Border::kOpen);
-        std::vector<Ring> lines = openLines(traced, hx, hy);
-        return {nestedRings(traced, hx, hy), std::move(lines)};
+        traceOpen(rowsOf(reader, size.width), size, hx, hy, takeRegion, takeLine, Watch(nobody, 0));
+    });
+    return found;
+}
+
+bool contours(const FieldRows& rows, const std::function<void(Polygon&&)>& take, const Progress& progress) {
+    return isDoneToTheEnd([&] {
+        traceClosed(rows.read, {rows.width, rows.height}, rows.xSpace, rows.ySpace, take, Watch(progress, 0));
+    });
+}
+
+bool openContours(const FieldRows& rows, const std::function<void(Polygon&&)>& takeRegion,
+                  const std::function<void(Ring&&)>& takeLine, const Progress& progress) {
+    return isDoneToTheEnd([&] {
+        traceOpen(rows.read, {rows.width, rows.height}, rows.xSpace, rows.ySpace, takeRegion, takeLine,
+                  Watch(progress, 0));
     });
 }
 

@@ -74,6 +74,10 @@ struct FieldCommand {
     io::Image read(FullLevelSet2D& levelSet) const;
     io::Image read(FullLevelSet3D& levelSet) const;
 
+    /// The same of a picture whose field is never held: its rows become the field's as they are read.
+    /// Refuses volumes.
+    FieldRows readRows(io::PackedPicture& picture, std::string& note, bool needsCrossing) const;
+
     /// The same, with what there is to say about the level.
     io::Image read(FullLevelSet2D& levelSet, std::string& note) const;
     io::Image read(FullLevelSet3D& levelSet, std::string& note) const;
@@ -103,6 +107,7 @@ struct FieldCommand {
 
  private:
     void say(std::string line) const;
+    io::PackedPicture packedPicture() const;
 
     mutable std::shared_ptr<InputFile> file_;
     std::shared_ptr<const io::Image> kept_;
@@ -149,7 +154,11 @@ class Result {
     Result(const FieldCommand& command, Kind kind, const std::string& usualFormat);
     void write(PictureDocument document);
     void write(VolumeDocument document);
+    void write(const OutlineDocument& document);
     void write(const MeshDocument& mesh);
+
+    /// Whether the format holds outlines and nothing else of a picture.
+    bool takesOutline() const { return format_.writeOutline != nullptr; }
 
  private:
     void requireNumbers(const double* values, std::size_t count) const;

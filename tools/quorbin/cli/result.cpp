@@ -46,6 +46,11 @@ void Result::write(VolumeDocument document) {
     finish();
 }
 
+void Result::write(const OutlineDocument& document) {
+    format_.writeOutline(document, file_);
+    finish();
+}
+
 void Result::write(const MeshDocument& mesh) {
     for (const auto* points : {&mesh.vertices, &mesh.normals})
         for (const brin::Vec3<double>& p : *points) requireNumbers(std::array{p.x, p.y, p.z}.data(), 3);

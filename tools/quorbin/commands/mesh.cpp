@@ -112,15 +112,14 @@ struct MeshCommand : FieldCommand {
 
     void meshGrid(FullLevelSet3D& levelSet, MeshDocument& mesh) const {
         Progress progress(!quiet);
-        const ProgressFunction shown = progress.function();
         if (soup)
             levelSet.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
         else if (cap)
             quorbin::getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles,
-                                        neverEnding(shown));
+                                        progress.function());
         else
             quorbin::getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles,
-                                        neverEnding(shown));
+                                        progress.function());
     }
 
     void meshBand(const FullLevelSet3D& levelSet, MeshDocument& mesh) const {
