@@ -73,13 +73,13 @@ class LabelMesher {
           size_{field.getWidth(), field.getHeight(), field.getDepth()},
           label_(label) {}
 
-    Mesh make(bool capped, const ProgressFunction& progress) {
+    std::optional<Mesh> make(bool capped, const Progress& progress) {
         const int around = capped ? 1 : 0;
         const int layers = size_[2] - 1 + 2 * around;
         for (int z = -around; z < size_[2] - 1 + around; ++z) {
             for (int y = -around; y < size_[1] - 1 + around; ++y)
                 for (int x = -around; x < size_[0] - 1 + around; ++x) addCell({x, y, z});
-            if (progress) progress(z + around + 1, layers);
+            if (progress && !progress(z + around + 1, layers)) return std::nullopt;
         }
         return std::move(mesh_);
     }
@@ -207,8 +207,12 @@ class LabelMesher {
 
 }  // namespace
 
-Mesh meshOfLabel(const std::vector<double>& labels, const FullLevelSet3D& field, double label, bool capped,
-                 const ProgressFunction& progress) {
+Mesh meshOfLabel(const std::vector<double>& labels, const FullLevelSet3D& field, double label, bool capped) {
+    return *meshOfLabel(labels, field, label, capped, {});
+}
+
+std::optional<Mesh> meshOfLabel(const std::vector<double>& labels, const FullLevelSet3D& field, double label,
+                                bool capped, const Progress& progress) {
     return LabelMesher(labels, field, label).make(capped, progress);
 }
 

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include <quorbin.h>
-
-#include "progress.h"
 
 namespace quorbin::fields {
 
@@ -12,7 +11,10 @@ namespace quorbin::fields {
 /// capped. field is the label's own, as makeField gives it, for sizes and normals. Vertices lie half way
 /// between samples, and in the middle of faces and cells where more than two labels meet. The surfaces of all
 /// labels fit together without gaps or overlaps: what two have in common are the same triangles, turned over.
-Mesh meshOfLabel(const std::vector<double>& labels, const FullLevelSet3D& field, double label, bool capped,
-                 const ProgressFunction& progress = {});
+Mesh meshOfLabel(const std::vector<double>& labels, const FullLevelSet3D& field, double label, bool capped);
+
+/// The same, which progress, told of layers of cells, may end: then there is none.
+std::optional<Mesh> meshOfLabel(const std::vector<double>& labels, const FullLevelSet3D& field, double label,
+                                bool capped, const Progress& progress);
 
 }  // namespace quorbin::fields

@@ -59,14 +59,15 @@ std::vector<Tap> tapsAt(double place, double stretch, int count) {
     return taps;
 }
 
-void tell(const ProgressFunction& progress, std::size_t done, std::size_t all) {
+/// Whether the work goes on.
+bool tell(const Progress& progress, std::size_t done, std::size_t all) {
     constexpr int kParts = 1000;
-    progress(static_cast<int>(static_cast<double>(done) / static_cast<double>(all) * kParts), kParts);
+    return progress(static_cast<int>(static_cast<double>(done) / static_cast<double>(all) * kParts), kParts);
 }
 
-/// Along an axis of which neighbours lie stride samples apart.
+/// Along an axis of which neighbours lie stride samples apart. Empty where progress has ended it.
 std::vector<double> resampledAlong(const double* samples, std::size_t stride, std::size_t rows, int oldCount,
-                                   int newCount, double step, const ProgressFunction& progress) {
+                                   int newCount, double step, const Progress& progress) {
     const auto before = static_cast<std::size_t>(oldCount), after = static_cast<std::size_t>(newCount);
     std::vector<double> out(rows * after * stride);
     std::vector<std::vector<Tap>> taps;
@@ -75,7 +76,8 @@ std::vector<double> resampledAlong(const double* samples, std::size_t stride, st
             tapsAt(std::min(static_cast<double>(j) * step, oldCount - 1.0), std::max(step, 1.0), oldCount));
     for (std::size_t row = 0; row < rows; ++row)
         for (std::size_t j = 0; j < after; ++j) {
-            if (progress && (j == 0 || rows == 1)) tell(progress, row * after + j, rows * after);
+            if (progress && (j == 0 || rows == 1) && !tell(progress, row * after + j, rows * after))
+                return {};
             double* const to = out.data() + (row * after + j) * stride;
             for (const Tap& tap : taps[j]) {
                 const double* const from = samples + (row * before + tap.index) * stride;
@@ -149,7 +151,7 @@ Lattice withSquarePixels(const Lattice& plane) {
 }
 
 std::vector<double> resampled(const double* samples, const Lattice& from, const Lattice& to,
-                              const ProgressFunction& progress) {
+                              const Progress& progress) {
     std::vector<double> made;
     const double* last = samples;
     Lattice at = from;
@@ -161,6 +163,7 @@ std::vector<double> resampled(const double* samples, const Lattice& from, const 
             (other < axis ? stride : rows) *= other == axis ? 1 : static_cast<std::size_t>(at.size[other]);
         made = resampledAlong(last, stride, rows, at.size[axis], to.size[axis],
                               to.spacing[axis] / at.spacing[axis], progress);
+        if (made.empty()) return made;
         last = made.data();
         at.size[axis] = to.size[axis];
     }
@@ -173,22 +176,24 @@ std::vector<double> resampled(const double* samples, const Lattice& from, const 
 namespace {
 
 template <class Grid>
-void resampleGrid(Grid& field, const Lattice& to, const ProgressFunction& progress) {
+bool resampleGrid(Grid& field, const Lattice& to, const Progress& progress) {
     const std::vector<double> samples = resampled(field.data(), latticeOf(field), to, progress);
+    if (samples.empty()) return false;
     initGrid(field, to.size, to.spacing);
     std::copy(samples.begin(), samples.end(), field.data());
+    return true;
 }
 
 }  // namespace
 
-void resample(FullLevelSet2D& field, const Lattice& to, const ProgressFunction& progress) {
-    resampleGrid(field, to, progress);
+bool resample(FullLevelSet2D& field, const Lattice& to, const Progress& progress) {
+    return resampleGrid(field, to, progress);
 }
 
-void resample(FullLevelSet3D& field, const Lattice& to, io::Placement& placement,
-              const ProgressFunction& progress) {
-    resampleGrid(field, to, progress);
+bool resample(FullLevelSet3D& field, const Lattice& to, io::Placement& placement, const Progress& progress) {
+    if (!resampleGrid(field, to, progress)) return false;
     respace(placement, to.spacing);
+    return true;
 }
 
 }  // namespace quorbin::fields

@@ -6,7 +6,6 @@
 #include <quorbin.h>
 
 #include "../io/image.h"
-#include "progress.h"
 
 namespace quorbin::fields {
 
@@ -35,13 +34,14 @@ Lattice withSquarePixels(const Lattice& plane);
 /// the last sample, which therefore is taken as it is. A constant and a field that is linear come out as they
 /// are but for rounding, and at spacings that divide the old ones old samples to the last bit. Values may lie
 /// beyond all those around them, by an eighth of their range an axis. Not-a-number spreads to what takes a
-/// part of it. progress starts anew with each axis.
+/// part of it. Progress starts anew with each axis; where it ends the work there are no samples.
 std::vector<double> resampled(const double* samples, const Lattice& from, const Lattice& to,
-                              const ProgressFunction& progress = {});
+                              const Progress& progress = {});
 
-/// The same of a field. Points of a volume stay where they are in the world.
-void resample(FullLevelSet2D& field, const Lattice& to, const ProgressFunction& progress = {});
-void resample(FullLevelSet3D& field, const Lattice& to, io::Placement& placement,
-              const ProgressFunction& progress = {});
+/// The same of a field. Points of a volume stay where they are in the world. Progress may end it: then false,
+/// and all is as it was.
+bool resample(FullLevelSet2D& field, const Lattice& to, const Progress& progress = {});
+bool resample(FullLevelSet3D& field, const Lattice& to, io::Placement& placement,
+              const Progress& progress = {});
 
 }  // namespace quorbin::fields

@@ -8,6 +8,7 @@
 #include "image.h"
 #include "input_file.h"
 #include "output_file.h"
+#include "packed_picture.h"
 #include "plane.h"
 
 namespace quorbin::io {
@@ -18,7 +19,11 @@ struct ReadOptions {
     std::optional<long long> frame = std::nullopt;   ///< of a file in time, from 0
     std::optional<long long> series = std::nullopt;  ///< of a folder of DICOM files, from 0
     std::optional<double> nan = std::nullopt;        ///< in the place of values that are not finite
+    /// Told of rows, where they are read one by one; may end the reading in a Failure.
+    Progress progress = {};
 };
+
+using TakeRow = std::function<void(const double* row)>;
 
 /// What files of a format hold.
 enum class Holds { kNothing, kPictures, kVolumes, kEither };
@@ -35,6 +40,9 @@ struct Format {
     bool (*matches)(InputFile& file) = nullptr;
     bool (*holdsVolume)(InputFile& file, const ReadOptions& options) = nullptr;
     Image (*read)(InputFile& file, const ReadOptions& options) = nullptr;
+    /// Instead of read, row by row: hands each row to take once the image has its size.
+    void (*readRows)(InputFile& file, const ReadOptions& options, Image& image,
+                     const TakeRow& take) = nullptr;
     /// Reads no more than a plane of a volume, which has been found to be one; nothing where that cannot be.
     std::optional<Plane> (*readPlane)(InputFile& file, const PlaneChoice& choice,
                                       const ReadOptions& options) = nullptr;
@@ -46,6 +54,7 @@ struct Format {
     bool writesMasks = false;   ///< too, of what it writes: pictures, volumes
     bool writesFloats = false;  ///< where that is asked for, instead of doubles
     void (*writePicture)(const PictureDocument& document, OutputFile& out) = nullptr;
+    void (*writeOutline)(const OutlineDocument& document, OutputFile& out) = nullptr;  ///< and no picture
     void (*writeVolume)(const VolumeDocument& document, OutputFile& out) = nullptr;
     void (*writeStack)(const StackDocument& document, OutputFile& out) = nullptr;
     bool drawsPixels = false;  ///< of what it writes of a picture: pixels, which are square where it is shown
@@ -73,6 +82,10 @@ bool isVolume(InputFile& file, const ReadOptions& options = {});
 /// Reads a file, whose format its content tells. Refuses values that are not finite, or replaces them, and
 /// values beyond kLargestSample.
 Image readImage(InputFile& file, const ReadOptions& options = {});
+
+/// The same of a picture, whose samples are never held as numbers all at once where its format can be read
+/// row by row. Refuses volumes.
+PackedPicture readPacked(InputFile& file, const ReadOptions& options = {});
 
 /// Reads samples laid out as given.
 Image readRaw(InputFile& file, const RawLayout& layout, const ReadOptions& options = {});

@@ -39,7 +39,8 @@ struct Image {
 void setPictureSize(Image& image, long long width, long long height);
 void setVolumeSize(Image& image, long long width, long long height, long long depth);
 
-/// The same of a volume without room for its samples.
+/// The same without room for samples.
+void describePicture(Image& image, long long width, long long height);
 void describeVolume(Image& image, long long width, long long height, long long depth);
 
 /// Refuses sizes that make no volume.

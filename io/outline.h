@@ -1,30 +1,21 @@
 #pragma once
 
-#include <vector>
-
-#include <quorbin.h>
+#include "documents.h"
 
 namespace quorbin::io {
 
-/// The zero contour of a field in world units.
-struct Outline {
-    std::vector<Polygon> regions;
-    std::vector<Ring> lines;  ///< that end at the border of the picture, where they are left open
-};
+/// The zero contour of a field: closed along the border of the picture, or open there; with fewer points
+/// where a tolerance is given, for which all of it is held. Progress is told of the rows.
+OutlineDocument outlineOf(FieldRows rows, bool open, double tolerance = 0, Progress progress = {});
 
-struct PictureDocument;
+/// The same of what a picture is written as, which must outlive it.
+OutlineDocument outlineOf(const PictureDocument& document);
 
-/// That of a document: closed along the border of the picture, or open there; with fewer points where a
-/// tolerance is given.
-Outline outlineOf(const PictureDocument& document);
-
-/// Visits the rings of all regions, each outline before its holes.
+/// Visits the rings of a region, the outline before its holes.
 template <class Visit>
-void forEachRing(const Outline& outline, Visit visit) {
-    for (const Polygon& region : outline.regions) {
-        if (!region.outline.empty()) visit(region.outline);
-        for (const Ring& hole : region.holes) visit(hole);
-    }
+void forEachRing(const Polygon& region, Visit visit) {
+    if (!region.outline.empty()) visit(region.outline);
+    for (const Ring& hole : region.holes) visit(hole);
 }
 
 }  // namespace quorbin::io

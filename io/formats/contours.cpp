@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <iterator>
 #include <string>
+#include <string_view>
 
 #include <fmt/format.h>
 
@@ -15,193 +17,247 @@ namespace {
 
 using Point = brin::Vec2<double>;
 
-/// An outline on its way out: alone, or as one of a stack, where its points may have three coordinates.
-struct Written {
-    const Outline& outline;
-    std::string properties;  ///< that every feature has, or columns: empty, or with a comma at its end
-    std::function<std::string(const Point&)> coordinates;  ///< with a comma between them
-};
-
-std::string ring(const Written& what, const Ring& line, bool close) {
-    std::string text = "[";
-    for (const Point& p : line) text += fmt::format("[{}],", what.coordinates(p));
-    if (close) text += fmt::format("[{}],", what.coordinates(line.front()));
-    text.back() = ']';
-    return text;
-}
-
-std::string feature(std::string properties, const char* geometry, const std::string& shape) {
-    if (!properties.empty() && properties.back() == ',') properties.pop_back();
-    return fmt::format(
-        R"({{"type":"Feature","properties":{{{}}},"geometry":{{"type":"{}","coordinates":{}}}}})", properties,
-        geometry, shape);
-}
-
-/// What stands around the features, and between them.
-class Features {
+/// Text on its way to a file, of any length.
+class TextOut {
  public:
-    explicit Features(OutputFile& out) : out_(out) {
-        out_.write("{\"type\":\"FeatureCollection\",\"features\":[\n");
-    }
+    explicit TextOut(OutputFile& out) : out_(out) {}
 
-    void add(const Written& what) {
-        for (const Polygon& region : what.outline.regions) {
-            if (region.outline.empty()) {  // holes of what the border cuts
-                for (const Ring& hole : region.holes)
-                    add(feature(what.properties, "LineString", ring(what, hole, true)));
-                continue;
-            }
-            std::string rings = "[" + ring(what, region.outline, true);
-            for (const Ring& hole : region.holes) rings += "," + ring(what, hole, true);
-            add(feature(fmt::format("{}\"area\":{}", what.properties, area(region)), "Polygon", rings + "]"));
-        }
-        for (const Ring& line : what.outline.lines)
-            add(feature(what.properties, "LineString", ring(what, line, false)));
+    template <class... Args>
+    void add(fmt::format_string<Args...> format, Args&&... args) {
+        fmt::format_to(std::back_inserter(text_), format, std::forward<Args>(args)...);
+        constexpr std::size_t kBlock = 1 << 16;
+        if (text_.size() >= kBlock) flush();
     }
-
-    void end() { out_.write("\n]}\n"); }
+    void flush() {
+        out_.write(text_.data(), text_.size());
+        text_.clear();
+    }
 
  private:
-    void add(const std::string& text) {
-        out_.write(separator_ + text);
-        separator_ = ",\n";
-    }
-
     OutputFile& out_;
-    std::string separator_;
+    fmt::memory_buffer text_;
 };
 
-/// Lines of points, numbered through all outlines.
+/// How an outline is listed: alone, or as one of a stack, where its points may have three coordinates.
+struct Manner {
+    std::string properties;  ///< that every feature has, or columns: empty, or with a comma at its end
+    std::function<void(TextOut&, const Point&)> addPoint;  ///< its coordinates, with a comma between them
+};
+
+/// Outlines as GeoJSON.
+class Features {
+ public:
+    explicit Features(OutputFile& out) : text_(out) {
+        text_.add("{{\"type\":\"FeatureCollection\",\"features\":[\n");
+    }
+
+    void add(const Manner& manner, const Polygon& region) {
+        if (region.outline.empty()) {  // holes of what the border cuts
+            for (const Ring& hole : region.holes) addLine(manner, hole, true);
+            return;
+        }
+        begin(fmt::format("{}\"area\":{}", manner.properties, area(region)), "Polygon");
+        char before = '[';
+        forEachRing(region, [&](const Ring& ring) {
+            text_.add("{}", before);
+            addCoordinates(manner, ring, true);
+            before = ',';
+        });
+        text_.add("]}}}}");
+    }
+
+    void addLine(const Manner& manner, const Ring& line, bool close = false) {
+        std::string_view properties = manner.properties;
+        if (!properties.empty()) properties.remove_suffix(1);
+        begin(properties, "LineString");
+        addCoordinates(manner, line, close);
+        text_.add("}}}}");
+    }
+
+    void end() {
+        text_.add("\n]}}\n");
+        text_.flush();
+    }
+
+ private:
+    void begin(std::string_view properties, const char* geometry) {
+        text_.add(R"({}{{"type":"Feature","properties":{{{}}},"geometry":{{"type":"{}","coordinates":)",
+                  separator_, properties, geometry);
+        separator_ = ",\n";
+    }
+    void addCoordinates(const Manner& manner, const Ring& line, bool close) {
+        const char* before = "[[";
+        const auto add = [&](const Point& p) {
+            text_.add("{}", before);
+            manner.addPoint(text_, p);
+            before = "],[";
+        };
+        for (const Point& p : line) add(p);
+        if (close) add(line.front());
+        text_.add("]]");
+    }
+
+    TextOut text_;
+    const char* separator_ = "";
+};
+
+/// Outlines as CSV: their points, with the lines numbered through all of them.
 class Table {
  public:
     /// Open lines stand among the closed ones only where they were asked for.
     Table(OutputFile& out, const std::string& columns, const std::string& axes, bool open)
-        : out_(out), open_(open) {
-        out_.write(columns + (open ? "line,closed," : "polygon,") + axes + "\n");
+        : text_(out), open_(open) {
+        text_.add("{}{}{}\n", columns, open ? "line,closed," : "polygon,", axes);
     }
 
-    void add(const Written& what) {
-        forEachRing(what.outline, [&](const Ring& line) { add(what, line, "1,"); });
-        for (const Ring& line : what.outline.lines) add(what, line, "0,");
+    void add(const Manner& manner, const Polygon& region) {
+        forEachRing(region, [&](const Ring& ring) { addPoints(manner, ring, "1,"); });
     }
+    void addLine(const Manner& manner, const Ring& line) { addPoints(manner, line, "0,"); }
+
+    void end() { text_.flush(); }
 
  private:
-    void add(const Written& what, const Ring& line, const char* closed) {
-        std::string text;
-        for (const Point& p : line)
-            text += fmt::format("{}{},{}{}\n", what.properties, number_, open_ ? closed : "",
-                                what.coordinates(p));
-        out_.write(text);
+    void addPoints(const Manner& manner, const Ring& line, const char* closed) {
+        for (const Point& p : line) {
+            text_.add("{}{},{}", manner.properties, number_, open_ ? closed : "");
+            manner.addPoint(text_, p);
+            text_.add("\n");
+        }
         ++number_;
     }
 
-    OutputFile& out_;
+    TextOut text_;
     bool open_;
     int number_ = 0;
 };
 
-void writeSvg(const PictureDocument& document, OutputFile& out) {
-    const Outline outline = outlineOf(document);
-    const double hx = document.field.getXSpace(), hy = document.field.getYSpace();
-    const double width = document.field.getWidth() * hx, height = document.field.getHeight() * hy;
+/// Adds all of an outline to Features or a Table.
+template <class List>
+void addOutline(List& list, const Manner& manner, const OutlineDocument& outline) {
+    outline.visit([&](Polygon&& region) { list.add(manner, region); },
+                  [&](Ring&& line) { list.addLine(manner, line); });
+}
+
+template <class List>
+void addAlone(List& list, const OutlineDocument& outline) {
+    addOutline(
+        list,
+        {"", [origin = outline.origin](
+                 TextOut& text, const Point& p) { text.add("{},{}", p.x + origin.x, p.y + origin.y); }},
+        outline);
+    list.end();
+}
+
+/// Adds the planes of a stack. Their properties are made by text(index, position along the axis, place of
+/// the first sample in the world).
+template <class List, class TextOf>
+void addStack(List& list, const StackDocument& stack, TextOf textOf) {
+    const auto [u, v] = axesOfPlane(stack.axis);
+    stack.visit([&, u = u, v = v](int index, const OutlineDocument& outline) {
+        const auto place = [&](const Point& p) {
+            std::array<double, 3> at{}, world{};
+            at[stack.axis] = index;
+            at[u] = p.x / stack.spacing[u];
+            at[v] = p.y / stack.spacing[v];
+            for (std::size_t row = 0; row < 3; ++row) {
+                const auto& a = (*stack.affine)[row];
+                world[row] = a[0] * at[0] + a[1] * at[1] + a[2] * at[2] + a[3];
+            }
+            return world;
+        };
+        Manner manner{textOf(index, index * stack.spacing[stack.axis], place),
+                      [](TextOut& text, const Point& p) { text.add("{},{}", p.x, p.y); }};
+        if (stack.isPlaced)
+            manner.addPoint = [&](TextOut& text, const Point& p) {
+                const auto [x, y, z] = place(p);
+                text.add("{},{},{}", x, y, z);
+            };
+        addOutline(list, manner, outline);
+    });
+    list.end();
+}
+
+void writeSvg(const OutlineDocument& outline, OutputFile& out) {
+    const double hx = outline.xSpace, hy = outline.ySpace;
+    const double width = outline.width * hx, height = outline.height * hy;
     const double thickness = std::max(std::min(hx, hy), std::max(width, height) / 400);
-    out.write(fmt::format(
+    TextOut text(out);
+    text.add(
         "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\">\n"
         "<path fill=\"{2}\" fill-opacity=\"0.2\" fill-rule=\"evenodd\" stroke=\"#d62828\" "
         "stroke-width=\"{3}\" "
         "stroke-linejoin=\"round\" d=\"",
-        width, height, document.open ? "none" : "#d62828", thickness));
-    const auto writeLine = [&](const Ring& line, const char* end) {
-        std::string text;
+        width, height, outline.open ? "none" : "#d62828", thickness);
+    const auto addLine = [&](const Ring& line, const char* end) {
+        char command = 'M';
         // Samples lie at the centres of pixels.
-        for (const auto& p : line)
-            text += fmt::format("{}{} {}", text.empty() ? 'M' : 'L', p.x + 0.5 * hx, p.y + 0.5 * hy);
-        out.write(text + end);
+        for (const Point& p : line) {
+            text.add("{}{} {}", command, p.x + 0.5 * hx, p.y + 0.5 * hy);
+            command = 'L';
+        }
+        text.add("{}\n", end);
     };
-    forEachRing(outline, [&](const Ring& ring) { writeLine(ring, "Z\n"); });
-    for (const Ring& line : outline.lines) writeLine(line, "\n");
-    out.write("\"/>\n</svg>\n");
+    outline.visit(
+        [&](Polygon&& region) { forEachRing(region, [&](const Ring& ring) { addLine(ring, "Z"); }); },
+        [&](Ring&& line) { addLine(line, ""); });
+    text.add("\"/>\n</svg>\n");
+    text.flush();
 }
 
-Written alone(const Outline& outline, const PictureDocument& document) {
-    return {outline, "", [origin = document.origin](const Point& p) {
-                return fmt::format("{},{}", p.x + origin.x, p.y + origin.y);
-            }};
-}
-
-void writeGeoJson(const PictureDocument& document, OutputFile& out) {
-    const Outline outline = outlineOf(document);
+void writeGeoJson(const OutlineDocument& outline, OutputFile& out) {
     Features features(out);
-    features.add(alone(outline, document));
-    features.end();
+    addAlone(features, outline);
 }
 
-void writeCsv(const PictureDocument& document, OutputFile& out) {
-    const Outline outline = outlineOf(document);
-    Table(out, "", "x,y", document.open).add(alone(outline, document));
-}
-
-/// A plane among others: its properties are made by text(index, position along the axis, place of its first
-/// sample in the world, if there is one).
-template <class TextOf>
-Written inStack(const StackDocument& stack, int index, const Outline& outline, TextOf textOf) {
-    const auto [u, v] = axesOfPlane(stack.axis);
-    const auto place = [&stack, u = u, v = v, index](const Point& p) {
-        std::array<double, 3> at{};
-        at[stack.axis] = index;
-        at[u] = p.x / stack.spacing[u];
-        at[v] = p.y / stack.spacing[v];
-        const auto world = [&](std::size_t row) {
-            const auto& a = (*stack.affine)[row];
-            return a[0] * at[0] + a[1] * at[1] + a[2] * at[2] + a[3];
-        };
-        return fmt::format("{},{},{}", world(0), world(1), world(2));
-    };
-    Written what{outline, textOf(index, index * stack.spacing[stack.axis], stack.affine ? place({0, 0}) : ""),
-                 place};
-    if (!stack.isPlaced) what.coordinates = [](const Point& p) { return fmt::format("{},{}", p.x, p.y); };
-    return what;
+void writeCsv(const OutlineDocument& outline, OutputFile& out) {
+    Table table(out, "", "x,y", outline.open);
+    addAlone(table, outline);
 }
 
 void writeGeoJsonStack(const StackDocument& stack, OutputFile& out) {
-    const auto properties = [&](int index, double position, const std::string& origin) {
-        return fmt::format(R"("axis":"{}","slice":{},"position":{},{})", "xyz"[stack.axis], index, position,
-                           origin.empty() ? "" : fmt::format(R"("origin":[{}],)", origin));
-    };
     Features features(out);
-    for (const auto& [index, outline] : stack.planes)
-        features.add(inStack(stack, index, outline, properties));
-    features.end();
+    addStack(features, stack, [&](int index, double position, const auto& place) {
+        std::string text =
+            fmt::format(R"("axis":"{}","slice":{},"position":{},)", "xyz"[stack.axis], index, position);
+        if (stack.affine) {
+            const auto [x, y, z] = place({0, 0});
+            text += fmt::format(R"("origin":[{},{},{}],)", x, y, z);
+        }
+        return text;
+    });
 }
 
 void writeCsvStack(const StackDocument& stack, OutputFile& out) {
     const auto [u, v] = axesOfPlane(stack.axis);
     const std::string axes = stack.isPlaced ? "x,y,z" : fmt::format("{},{}", "xyz"[u], "xyz"[v]);
     Table table(out, "slice,position,", axes, stack.open);
-    for (const auto& [index, outline] : stack.planes)
-        table.add(inStack(stack, index, outline, [](int i, double position, const std::string&) {
-            return fmt::format("{},{},", i, position);
-        }));
+    addStack(table, stack,
+             [](int index, double position, const auto&) { return fmt::format("{},{},", index, position); });
+}
+
+template <void (*write)(const OutlineDocument&, OutputFile&)>
+Format outlineFormat(const char* name, const char* endings) {
+    Format format{name, endings};
+    format.writeOutline = write;
+    format.writePicture = [](const PictureDocument& document, OutputFile& out) {
+        write(outlineOf(document), out);
+    };
+    return format;
 }
 
 }  // namespace
 
-Format svgFormat() {
-    Format format{"SVG", "svg"};
-    format.writePicture = writeSvg;
-    return format;
-}
+Format svgFormat() { return outlineFormat<writeSvg>("SVG", "svg"); }
 
 Format geoJsonFormat() {
-    Format format{"GeoJSON", "geojson json"};
-    format.writePicture = writeGeoJson;
+    Format format = outlineFormat<writeGeoJson>("GeoJSON", "geojson json");
     format.writeStack = writeGeoJsonStack;
     return format;
 }
 
 Format csvFormat() {
-    Format format{"CSV", "csv"};
-    format.writePicture = writeCsv;
+    Format format = outlineFormat<writeCsv>("CSV", "csv");
     format.writeStack = writeCsvStack;
     return format;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "../failure.h"
@@ -53,25 +54,26 @@ class Pages {
             refuse("is no whole TIFF file; give all of it");
     }
 
-    /// What it is, by setSize(image, width, height, layers).
-    template <class SetSize>
-    Image image(SetSize setSize) const {
+    /// What it is, without samples.
+    Image image() const {
         Image image;
-        setSize(image, first_.width(), first_.height(), static_cast<long long>(layers()));
+        if (layers() > 1)
+            describeVolume(image, first_.width(), first_.height(), static_cast<long long>(layers()));
+        else
+            describePicture(image, first_.width(), first_.height());
         image.placement.spacing = stack_.spacing;
         image.isField = stack_.isField && first_.isFloatingPoint();
         return image;
     }
 
     std::size_t layers() const { return stack_.layers; }
-    std::size_t points() const { return std::size_t{first_.width()} * first_.height(); }
 
-    void read(std::size_t layer, double* out) {
+    void read(std::size_t layer, const TakeRow& take) {
         if (TIFFSetSubDirectory(tiff_.get(), stack_.page(inChannel_, layer, frame_)) == 0)
             refuse("ends within its {} pages; give the whole file", stack_.pages.size());
         const TiffPage page(tiff_.get());
         if (!page.isLike(first_)) refuse("has pages of different sizes or types; give a stack of one kind");
-        page.read(*choice_, out);
+        page.read(*choice_, take);
     }
 
     int orientation() const { return first_.orientation(); }
@@ -85,26 +87,33 @@ class Pages {
     std::optional<ChannelChoice> choice_;
 };
 
-Image read(InputFile& file, const ReadOptions& options) {
+void readRows(InputFile& file, const ReadOptions& options, Image& image, const TakeRow& take) {
     Pages pages(file, options);
-    Image image = pages.image([](Image& made, long long width, long long height, long long layers) {
-        layers > 1 ? setVolumeSize(made, width, height, layers) : setPictureSize(made, width, height);
-    });
-    for (std::size_t z = 0; z < pages.layers(); ++z) pages.read(z, image.samples.data() + z * pages.points());
-    pages.note(image);
+    image = pages.image();
+    const auto readBy = [&](const TakeRow& takeStored) {
+        for (std::size_t z = 0; z < pages.layers(); ++z) pages.read(z, takeStored);
+        pages.note(image);
+    };
+    if (!isTurned(pages.orientation())) return readBy(take);
+    // All of it is wanted before it can be turned.
+    readBy([&](const double* row) { image.samples.insert(image.samples.end(), row, row + image.width); });
     orient(image, pages.orientation());
-    return image;
+    const std::vector<double> turned = std::exchange(image.samples, {});
+    for (std::size_t at = 0; at < turned.size(); at += static_cast<std::size_t>(image.width))
+        take(turned.data() + at);
 }
 
 std::optional<Plane> planeIn(InputFile& file, const PlaneChoice& choice, const ReadOptions& options) {
     Pages pages(file, options);
-    const Image volume = pages.image(describeVolume);
+    const Image volume = pages.image();
     if (!isWanted(choice, volume) || isTurned(pages.orientation())) return std::nullopt;
     Plane plane = describePlane(volume, choice);
-    const std::size_t points = pages.points();
+    const auto width = static_cast<std::size_t>(volume.width),
+               points = width * static_cast<std::size_t>(volume.height);
     std::vector<double> page(points);
     readPlaneBy(plane, choice.axis, [&](std::size_t first, std::size_t count, double* out) {
-        pages.read(first / points, page.data());
+        auto at = page.begin();
+        pages.read(first / points, [&](const double* row) { at = std::copy_n(row, width, at); });
         std::copy_n(page.data() + first % points, count, out);
     });
     pages.note(plane.volume);
@@ -119,7 +128,7 @@ Format tiffFormat() {
     format.takesChannel = format.takesFrame = true;
     format.matches = matches;
     format.holdsVolume = holdsVolume;
-    format.read = read;
+    format.readRows = readRows;
     format.readPlane = planeIn;
     format.writesMasks = format.writesFloats = true;
     format.writePicture = writeTiff;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "../channels.h"
+#include "../format.h"
 #include "../input_file.h"
 #include "../sample_types.h"
 
@@ -29,15 +30,15 @@ class TiffPage {
     /// Whether pages are of one kind.
     bool isLike(const TiffPage& other) const;
 
-    /// Reads the samples into width × height values. channels must have been made for this layout.
-    void read(ChannelChoice& channels, double* out) const;
+    /// Reads the samples row by row. channels must have been made for this layout.
+    void read(ChannelChoice& channels, const TakeRow& take) const;
 
  private:
     void takeKind(std::uint16_t format);
     void takeColours();
     void takePalette();
-    void readBlocks(ChannelChoice& channels, double* out) const;
-    void readColours(ChannelChoice& channels, double* out) const;
+    void readBlocks(ChannelChoice& channels, const TakeRow& take) const;
+    void readColours(ChannelChoice& channels, const TakeRow& take) const;
     bool readBlock(std::uint32_t x, std::uint32_t y, std::uint16_t plane, Bytes& block) const;
     void decode(const unsigned char* bytes, std::size_t samples, double* out) const;
     [[noreturn]] void fail(std::uint32_t row) const;

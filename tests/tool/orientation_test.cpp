@@ -126,7 +126,10 @@ TEST(Orientation, OfATiffIsThatOfItsPages) {
             quorbin::io::Image image = readImage(input);
             const std::string seen = kSeen[orientation - 1U];
             EXPECT_EQ(lettersOf(image, 1), seen) << orientation;
-            if (c.pages == 1) continue;
+            if (c.pages == 1) {
+                EXPECT_EQ(unpacked(readPacked(input)).samples, image.samples);
+                continue;
+            }
             // A plane is read alone as it stands, or of the whole.
             EXPECT_EQ(readPlane(input, {}).has_value(), orientation == 1);
             ASSERT_EQ(image.depth, 2);

@@ -1,11 +1,13 @@
+#include <algorithm>
 #include <cstddef>
 #include <stdexcept>
 #include <utility>
 #include <vector>
 
+#include "common/watch.h"
 #include "quorbin2d/contours.h"
 #include "quorbin2d/extraction/cells.h"
-#include "quorbin2d/extraction/nested_rings.h"
+#include "quorbin2d/extraction/ring_sweep.h"
 #include "quorbin2d/extraction/shared_points.h"
 
 using namespace lset::detail;
@@ -26,11 +28,11 @@ class SurroundedRow {
           values_(static_cast<std::size_t>(size.width) + 2, kOutsideValue),
           inside_(size.width + 2) {}
 
-    template <class Reader>
-    void read(const Reader& field, int y) {
-        for (int x = 0; x < size_.width; ++x)
-            values_[static_cast<std::size_t>(x) + 1] =
-                size_.holds(x, y) ? field.getInGrid(x, y) : kOutsideValue;
+    void read(const quorbin::FieldRows& rows, int y) {
+        if (size_.holds(0, y))
+            rows.read(y, values_.data() + 1);
+        else
+            std::fill(values_.begin(), values_.end(), kOutsideValue);
         inside_.flagNotPositive(values_.data());
     }
     double value(int x) const { return values_[static_cast<std::size_t>(x) + 1]; }
@@ -81,15 +83,7 @@ struct Cell {
     }
 };
 
-/// Read once: a subclass may change its mind.
-template <class Reader>
-Size sizeOf(const Reader& field) {
-    const int width = field.width();
-    const int height = field.height();
-    return {width, height};
-}
-
-constexpr int kBottomEdge = 0, kTopEdge = 2;
+constexpr int kBottomEdge = 0, kRightEdge = 1, kTopEdge = 2, kLeftEdge = 3;
 
 enum class Border { kClosed, kOpen };
 
@@ -102,21 +96,25 @@ enum class Meeting {
 
 /// Of a field alone, which knows inside and outside.
 struct NoLabels {
+    static void readNext(int) {}
     static Meeting in(const Cell&) { return Meeting::kAsInTheTable; }
 };
 
-/// Of regions by their labels.
-struct Labels {
-    const std::vector<double>& labels;
-    Size size;
+/// Of regions by the labels in the two rows that are read last.
+class LabelRows {
+ public:
+    explicit LabelRows(const quorbin::FieldRows& rows)
+        : rows_(rows), lower_(static_cast<std::size_t>(rows.width)), upper_(lower_) {}
 
+    void readNext(int y) {
+        lower_.swap(upper_);
+        if (y >= 0 && y < rows_.height) rows_.readLabels(y, upper_.data());
+    }
     Meeting in(const Cell& cell) const {
-        if (!size.holds(cell.x, cell.y) || !size.holds(cell.x + 1, cell.y + 1)) return Meeting::kAsInTheTable;
-        double corner[4];
-        for (int k = 0; k < 4; ++k)
-            corner[k] =
-                labels[static_cast<std::size_t>(cell.y + kSquareY[k]) * static_cast<std::size_t>(size.width) +
-                       static_cast<std::size_t>(cell.x + kSquareX[k])];
+        if (!cell.size.holds(cell.x, cell.y) || !cell.size.holds(cell.x + 1, cell.y + 1))
+            return Meeting::kAsInTheTable;
+        const auto left = static_cast<std::size_t>(cell.x), right = left + 1;
+        const double corner[4] = {lower_[left], lower_[right], upper_[right], upper_[left]};
         // Two labels at opposite corners each: the table connects those at 1 and 3 and cuts the others off.
         if (cell.number() == kCutFrom1And3)
             return corner[1] == corner[3] ? Meeting::kAsInTheTable : Meeting::kJoined;
@@ -128,86 +126,113 @@ struct Labels {
 
  private:
     static constexpr int kCutFrom1And3 = 10;
+
+    const quorbin::FieldRows& rows_;
+    std::vector<double> lower_, upper_;
 };
 
-/// The contours of a field: closed along its border by cells around the grid, or of its own cells alone.
-template <class Reader, class Meetings>
-RingTrace trace(const Reader& field, Size size, Border border, const Meetings& meetings) {
-    RingTrace trace;
-    const int width = size.width;
-    const int height = size.height;
+/// Finds the segments of contours row by row: closed along the border by cells around the grid, or of its own
+/// cells alone. Each row is asked for once, in order.
+template <class Meetings>
+void trace(const quorbin::FieldRows& rows, Border border, Meetings meetings, RingSweep& sweep,
+           const Watch& watch) {
+    const Size size{rows.width, rows.height};
     const int around = border == Border::kClosed ? 1 : 0;
+    const int firstX = -around, lastX = size.width - 2 + around;
+    const int firstY = -around, lastY = size.height - 2 + around;
     SurroundedRow lower(size), upper(size);
-    lower.read(field, -around);
-    SharedPoints shared(width + 2);
-    std::vector<RingTrace::RowCrossing> firstRow;
-    for (int y = -around; y < height - 1 + around; ++y) {
-        upper.read(field, y + 1);
-        forEachMixedCell(lower.inside(), upper.inside(), width + 1, [&](int column) {
+    const auto readInto = [&](SurroundedRow& row, int y) {
+        row.read(rows, y);
+        meetings.readNext(y);
+    };
+    readInto(lower, firstY);
+    SharedPoints shared(size.width + 2);
+    for (int y = firstY; y <= lastY; ++y) {
+        readInto(upper, y + 1);
+        forEachMixedCell(lower.inside(), upper.inside(), size.width + 1, [&](int column) {
             const Cell cell{lower, upper, size, column - 1, y};
-            if (cell.x < -around || cell.x >= width - 1 + around) return;
-            const auto pointOn = [&](int edge) {
-                int& index = shared.at(column, edge);
-                if (index == SharedPoints::kNone) {
-                    index = static_cast<int>(trace.points.size());
-                    trace.points.push_back(cell.crossingOn(edge));
-                    // All other bottom edges have been top edges before.
-                    if (edge == kTopEdge)
-                        trace.rowCrossings.push_back({index, y + 1, !upper.isInside(cell.x)});
-                    else if (edge == kBottomEdge)
-                        firstRow.push_back({index, y, !lower.isInside(cell.x)});
-                }
-                return index;
+            if (cell.x < firstX || cell.x > lastX) return;
+            const auto isOnBorder = [&](int edge) {
+                return border == Border::kOpen &&
+                       ((edge == kLeftEdge && cell.x == firstX) || (edge == kRightEdge && cell.x == lastX) ||
+                        (edge == kBottomEdge && y == firstY) || (edge == kTopEdge && y == lastY));
             };
-            const auto add = [&](int from, int to) {
-                const int start = pointOn(from);
-                const int end = pointOn(to);
-                trace.segments.emplace_back(start, end);
+            const auto pointOn = [&](int edge) {
+                int& number = shared.at(column, edge);
+                if (number == SharedPoints::kNone) {
+                    number = sweep.addPoint(cell.crossingOn(edge), isOnBorder(edge));
+                    if (edge == kTopEdge) sweep.addCrossing(number, !upper.isInside(cell.x));
+                }
+                return number;
             };
             const Meeting meeting = meetings.in(cell);
+            const auto add = [&](int from, int to) {
+                int start = pointOn(from);
+                const int end = pointOn(to);
+                if (meeting == Meeting::kInMiddle) {
+                    const int middle = sweep.addPoint({cell.x + 0.5, cell.y + 0.5}, false);
+                    sweep.addSegment(start, middle);
+                    start = middle;
+                }
+                sweep.addSegment(start, end);
+            };
             if (meeting == Meeting::kJoined) {
-                add(0, 1);
-                add(2, 3);
-                return;
+                add(kBottomEdge, kRightEdge);
+                add(kTopEdge, kLeftEdge);
+            } else {
+                forEachSegment(cell.number(), add);
             }
-            forEachSegment(cell.number(), add);
-            if (meeting != Meeting::kInMiddle) return;
-            const int middle = static_cast<int>(trace.points.size());
-            trace.points.emplace_back(cell.x + 0.5, cell.y + 0.5);
-            const int end = std::exchange(trace.segments.back().second, middle);
-            trace.segments.emplace_back(middle, end);
         });
+        sweep.endRow();
         shared.nextRow();
         lower.swap(upper);
+        watch.tell(y - firstY + 1, lastY - firstY + 1);
     }
-    trace.rowCrossings.insert(trace.rowCrossings.begin(), firstRow.begin(), firstRow.end());
-    return trace;
 }
 
-/// The regions of a field, closed along the border of the grid.
-template <class Reader, class Meetings>
-std::vector<quorbin::Polygon> closedContours(const Reader& reader, Size size, const Meetings& meetings) {
-    if (size.width < 1 || size.height < 1) return {};
+void traceAll(const quorbin::FieldRows& rows, Border border, RingSweep& sweep, const Watch& watch) {
+    if (rows.readLabels)
+        trace(rows, border, LabelRows(rows), sweep, watch);
+    else
+        trace(rows, border, NoLabels(), sweep, watch);
+}
+
+/// The rows of a grid, point by point: a subclass may have a say. Its size is read once, as it may change its
+/// mind.
+template <class Reader>
+quorbin::FieldRows rowsOf(const Reader& reader) {
+    const int width = reader.width();
+    const int height = reader.height();
     const double hx = reader.hx();
     const double hy = reader.hy();
-    RingTrace traced = trace(reader, size, Border::kClosed, meetings);
-    return nestedRings(traced, hx, hy);
+    return {width, height, hx, hy, [&reader, width](int y, double* row) {
+                for (int x = 0; x < width; ++x) row[x] = reader.getInGrid(x, y);
+            }};
 }
 
-template <class Reader, class Meetings>
-quorbin::OpenContours openedContours(const Reader& reader, Size size, const Meetings& meetings) {
-    if (size.width < 2 || size.height < 2) return {};
-    const double hx = reader.hx();
-    const double hy = reader.hy();
-    RingTrace traced = trace(reader, size, Border::kOpen, meetings);
-    std::vector<quorbin::Ring> lines = openLines(traced, hx, hy);
-    return {nestedRings(traced, hx, hy), std::move(lines)};
-}
-
-Labels labelsOf(const std::vector<double>& labels, Size size) {
-    if (labels.size() != static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height))
+/// The labels must outlive them.
+quorbin::FieldRows withLabels(quorbin::FieldRows rows, const std::vector<double>& labels) {
+    const auto width = static_cast<std::size_t>(rows.width);
+    if (labels.size() != width * static_cast<std::size_t>(rows.height))
         throw std::invalid_argument("contours: the labels are not those of this field; give one a sample");
-    return {labels, size};
+    rows.readLabels = [&labels, width](int y, double* row) {
+        std::copy_n(labels.data() + static_cast<std::size_t>(y) * width, width, row);
+    };
+    return rows;
+}
+
+std::vector<quorbin::Polygon> allContours(const quorbin::FieldRows& rows) {
+    std::vector<quorbin::Polygon> found;
+    quorbin::contours(rows, [&](quorbin::Polygon&& region) { found.push_back(std::move(region)); });
+    return found;
+}
+
+quorbin::OpenContours allOpenContours(const quorbin::FieldRows& rows) {
+    quorbin::OpenContours found;
+    quorbin::openContours(
+        rows, [&](quorbin::Polygon&& region) { found.regions.push_back(std::move(region)); },
+        [&](quorbin::Ring&& line) { found.lines.push_back(std::move(line)); });
+    return found;
 }
 
 }  // namespace
@@ -215,26 +240,38 @@ Labels labelsOf(const std::vector<double>& labels, Size size) {
 namespace quorbin {
 
 std::vector<Polygon> contours(const FullLevelSet2D& field) {
-    return withReader(field,
-                      [](const auto& reader) { return closedContours(reader, sizeOf(reader), NoLabels()); });
+    return withReader(field, [](const auto& reader) { return allContours(rowsOf(reader)); });
 }
 
 OpenContours openContours(const FullLevelSet2D& field) {
-    return withReader(field,
-                      [](const auto& reader) { return openedContours(reader, sizeOf(reader), NoLabels()); });
+    return withReader(field, [](const auto& reader) { return allOpenContours(rowsOf(reader)); });
 }
 
 std::vector<Polygon> contours(const FullLevelSet2D& field, const std::vector<double>& labels) {
-    return withReader(field, [&](const auto& reader) {
-        const Size size = sizeOf(reader);
-        return closedContours(reader, size, labelsOf(labels, size));
-    });
+    return withReader(field,
+                      [&](const auto& reader) { return allContours(withLabels(rowsOf(reader), labels)); });
 }
 
 OpenContours openContours(const FullLevelSet2D& field, const std::vector<double>& labels) {
-    return withReader(field, [&](const auto& reader) {
-        const Size size = sizeOf(reader);
-        return openedContours(reader, size, labelsOf(labels, size));
+    return withReader(
+        field, [&](const auto& reader) { return allOpenContours(withLabels(rowsOf(reader), labels)); });
+}
+
+bool contours(const FieldRows& rows, const std::function<void(Polygon&&)>& take, const Progress& progress) {
+    if (rows.width < 1 || rows.height < 1) return true;
+    return isDoneToTheEnd([&] {
+        RingSweep sweep(rows.xSpace, rows.ySpace, true, take);
+        traceAll(rows, Border::kClosed, sweep, Watch(progress, 0));
+    });
+}
+
+bool openContours(const FieldRows& rows, const std::function<void(Polygon&&)>& takeRegion,
+                  const std::function<void(Ring&&)>& takeLine, const Progress& progress) {
+    if (rows.width < 2 || rows.height < 2) return true;
+    return isDoneToTheEnd([&] {
+        RingSweep sweep(rows.xSpace, rows.ySpace, false, takeRegion);
+        traceAll(rows, Border::kOpen, sweep, Watch(progress, 0));
+        sweep.finish(takeLine);
     });
 }
 

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <random>
 #include <set>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -59,6 +61,33 @@ TEST(LabelContours, FillThePictureExactlyOnceTogetherAndShareAllEdges) {
         EXPECT_TRUE(edges == opposite) << count;
         EXPECT_EQ(edges.empty(), count == 1);
     }
+}
+
+TEST(LabelContours, OfRowsAreThoseOfTheField) {
+    const std::vector<double> labels = randomLabels(4);
+    FullLevelSet2D field;
+    makeField(labels, 2, field);
+    const auto rowsIn = [](const double* values) {
+        return
+            [values](int y, double* row) { std::copy_n(values + std::ptrdiff_t{y} * kWidth, kWidth, row); };
+    };
+    const quorbin::FieldRows rows{
+        kWidth, kHeight, kXSpace, kYSpace, rowsIn(field.data()), rowsIn(labels.data())};
+    const auto isSame = [](const quorbin::Polygon& a, const quorbin::Polygon& b) {
+        return a.outline == b.outline && a.holes == b.holes;
+    };
+    std::vector<quorbin::Polygon> regions, cut;
+    std::vector<quorbin::Ring> lines;
+    EXPECT_TRUE(
+        quorbin::contours(rows, [&](quorbin::Polygon&& region) { regions.push_back(std::move(region)); }));
+    EXPECT_TRUE(quorbin::openContours(
+        rows, [&](quorbin::Polygon&& region) { cut.push_back(std::move(region)); },
+        [&](quorbin::Ring&& line) { lines.push_back(std::move(line)); }));
+    const auto whole = quorbin::contours(field, labels);
+    const auto open = quorbin::openContours(field, labels);
+    EXPECT_TRUE(std::equal(whole.begin(), whole.end(), regions.begin(), regions.end(), isSame));
+    EXPECT_TRUE(std::equal(open.regions.begin(), open.regions.end(), cut.begin(), cut.end(), isSame));
+    EXPECT_EQ(lines, open.lines);
 }
 
 TEST(LabelContours, OfTwoLabelsAreThoseOfTheirFields) {

@@ -5,10 +5,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <type_traits>
 
 #include "description.h"
 #include "io/format_name.h"
@@ -21,55 +19,6 @@ namespace {
 
 /// Of options that a command has alone.
 constexpr char kOwnGroup[] = "Method";
-
-/// What would help where a field has no outline.
-std::string wayToACrossing(const io::Image& image, const FieldOptions& options) {
-    const auto [low, high] = std::minmax_element(image.samples.begin(), image.samples.end());
-    if (*low == *high) return fmt::format("every value is {}, so choose another input", *low);
-    if (image.isField && !options.level && !options.between)
-        return fmt::format(
-            "its values, {} to {}, are taken as a field, inside where ≤ 0; if it is a picture, bright "
-            "inside, add "
-            "--inside above --level {:.4g}",
-            *low, *high, otsuLevel(image.samples));
-    return fmt::format("its values are {} to {}, so choose another --{}", *low, *high,
-                       options.between ? "between" : "level");
-}
-
-/// For a picture and a volume alike.
-template <class Grid>
-io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& note, bool needsCrossing) {
-    constexpr bool kIsVolume = std::is_same_v<Grid, FullLevelSet3D>;
-    io::Image image = command.image();
-    if (!kIsVolume && image.isVolume)
-        refuse("{}: is a volume; quorbin slice takes a plane of it", command.input);
-    command.file().forget();
-    std::optional<double> level;
-    try {
-        level = makeField(image, command.field, levelSet, note);
-        if (needsCrossing && !hasCrossing(levelSet))
-            throw Failure(kNoCrossing,
-                          fmt::format("has no {}, all of it is {}; {}", kIsVolume ? "surface" : "outline",
-                                      levelSet.data()[0] <= 0 ? "inside" : "outside",
-                                      wayToACrossing(image, command.field)));
-    } catch (const Failure& failure) {
-        throw naming(command.input, failure);
-    }
-    std::array<double, 3> spacing = {levelSet.getXSpace(), levelSet.getYSpace(), 1};
-    if constexpr (kIsVolume) spacing[2] = levelSet.getZSpace();
-    command.recordReading(image, spacing, level, note);
-    if (!command.needsSamples) std::vector<double>().swap(image.samples);
-    return image;
-}
-
-template <class Grid>
-auto readAndReport(const FieldCommand& command, Grid& levelSet, bool needsCrossing) {
-    std::string note;
-    auto image = readInput(command, levelSet, note, needsCrossing);
-    command.reportNotes(image);
-    if (!note.empty()) command.report("{}: {}", command.input, note);
-    return image;
-}
 
 }  // namespace
 
@@ -223,17 +172,6 @@ std::string FieldCommand::outputPath(const std::string& usual) const {
     return path;
 }
 
-void FieldCommand::recordReading(const io::Image& image, const std::array<double, 3>& spacing,
-                                 const std::optional<double>& level, const std::string& note) const {
-    record->addImage(image, spacing);
-    if (level) record->add("level", *level);
-    if (!note.empty()) record->add("note", note);
-}
-
-void FieldCommand::reportNotes(const io::Image& image) const {
-    for (const std::string& note : image.notes) report("{}: {}", input, note);
-}
-
 InputFile& FieldCommand::file() const {
     if (!file_) file_ = std::make_shared<InputFile>(input);
     return *file_;
@@ -244,28 +182,6 @@ bool FieldCommand::isGivenVolume() const {
     if (file().hasEnding("raw"))
         refuse("{}: has no header; say by --size and --type what its samples are", input);
     return isVolume(file(), reading);
-}
-
-io::Image FieldCommand::image() const {
-    if (kept_) return *kept_;
-    return raw ? readRaw(file(), *raw, reading) : readImage(file(), reading);
-}
-
-io::Image FieldCommand::read(FullLevelSet2D& levelSet) const { return readAndReport(*this, levelSet, false); }
-io::Image FieldCommand::read(FullLevelSet3D& levelSet) const { return readAndReport(*this, levelSet, false); }
-
-io::Image FieldCommand::read(FullLevelSet2D& levelSet, std::string& note) const {
-    return readInput(*this, levelSet, note, false);
-}
-io::Image FieldCommand::read(FullLevelSet3D& levelSet, std::string& note) const {
-    return readInput(*this, levelSet, note, false);
-}
-
-io::Image FieldCommand::readWithCrossing(FullLevelSet2D& levelSet) const {
-    return readAndReport(*this, levelSet, true);
-}
-io::Image FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
-    return readAndReport(*this, levelSet, true);
 }
 
 void FieldCommand::nameAfterLabel(double label) {
@@ -288,7 +204,7 @@ std::vector<double> FieldCommand::keepLabels() {
     if (!raw) isGivenVolume();  // refuses raw samples of which no more is said
     kept_ = std::make_shared<io::Image>(image());
     try {
-        std::vector<double> labels = labelsOf(kept_->samples);
+        std::vector<double> labels = labelsOf(samplesOf(kept_->samples));
         if (labels.empty()) throw Failure(kNoCrossing, "has no label but 0; choose another input");
         return labels;
     } catch (const Failure& failure) {

@@ -75,6 +75,10 @@ struct FieldCommand {
     io::Image read(FullLevelSet2D& levelSet) const;
     io::Image read(FullLevelSet3D& levelSet) const;
 
+    /// The same of a picture whose field is never held: its rows become the field's as they are read.
+    /// Refuses volumes.
+    FieldRows readRows(io::PackedPicture& picture, std::string& note, bool needsCrossing) const;
+
     /// The same, with what there is to say about the level.
     io::Image read(FullLevelSet2D& levelSet, std::string& note) const;
     io::Image read(FullLevelSet3D& levelSet, std::string& note) const;
@@ -118,6 +122,7 @@ struct FieldCommand {
 
  private:
     void say(std::string line) const;
+    io::PackedPicture packedPicture() const;
 
     mutable std::shared_ptr<InputFile> file_;
     std::shared_ptr<const io::Image> kept_;
@@ -167,6 +172,7 @@ class Result {
     const Format& format() const { return format_; }
     void write(PictureDocument document);
     void write(VolumeDocument document);
+    void write(const OutlineDocument& document);
     void write(const StackDocument& stack);
     void write(const MeshDocument& mesh);
 

@@ -7,7 +7,7 @@ namespace quorbin::tool {
 FieldCommand::PlaneOfVolume FieldCommand::readPlane(const io::PlaneChoice& choice, bool needsRange) const {
     PlaneOfVolume result;
     std::string note;
-    FieldOptions options;
+    std::optional<FieldRule> rule;
     try {
         std::optional<io::Plane> plane;
         io::PlaneChoice alone = choice;
@@ -17,11 +17,11 @@ FieldCommand::PlaneOfVolume FieldCommand::readPlane(const io::PlaneChoice& choic
                 raw ? io::readRawPlane(file(), *raw, alone, reading) : io::readPlane(file(), alone, reading);
         if (plane) {
             result.plane = std::move(*plane);
-            options = settled(result.plane.volume, field, note);
+            rule.emplace(samplesOf(result.plane.volume.samples), result.plane.volume.isField, field, note);
         } else {
             const io::Image volume = image();
             file().forget();
-            options = settled(volume, field, note);
+            rule.emplace(samplesOf(volume.samples), volume.isField, field, note);
             result.plane = io::planeOf(volume, choice);
             if (!volume.isField) {
                 const auto [low, high] = std::minmax_element(volume.samples.begin(), volume.samples.end());
@@ -32,12 +32,12 @@ FieldCommand::PlaneOfVolume FieldCommand::readPlane(const io::PlaneChoice& choic
         fields::respace(result.plane.volume, field);
         const auto [across, down] = io::axesOfPlane(choice.axis);
         result.plane.picture.placement.spacing = {placement.spacing[across], placement.spacing[down], 1};
-        makePart(result.plane.picture, options, result.field);
+        makePart(result.plane.picture, *rule, result.field);
     } catch (const Failure& failure) {
         throw naming(input, failure);
     }
     const io::Image& volume = result.plane.volume;
-    recordReading(volume, volume.placement.spacing, options.level, note);
+    recordReading(volume, volume.placement.spacing, rule->level(), note);
     reportNotes(volume);
     if (!note.empty()) report("{}: {}", input, note);
     return result;

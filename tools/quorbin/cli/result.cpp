@@ -52,6 +52,11 @@ void Result::write(VolumeDocument document) {
     finish();
 }
 
+void Result::write(const OutlineDocument& document) {
+    format_.writeOutline(document, file_);
+    finish();
+}
+
 void Result::write(const StackDocument& stack) {
     format_.writeStack(stack, file_);
     finish();

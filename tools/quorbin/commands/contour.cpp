@@ -1,9 +1,13 @@
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/progress.h"
 #include "cli/record.h"
 #include "fields/planes.h"
 #include "io/failure.h"
@@ -14,19 +18,35 @@ namespace quorbin::tool {
 namespace {
 
 /// What there is of lines.
-struct Totals {
+struct Figures {
     std::size_t polygons = 0, lines = 0;
     double area = 0, length = 0;
-
-    void add(const Outline& outline) {
-        forEachRing(outline, [&](const Ring& ring) {
-            area += quorbin::area(ring);
-            length += quorbin::length(ring);
-            ++polygons;
-        });
-        lines += outline.lines.size();
-    }
 };
+
+/// The outline, which is measured while it goes by.
+OutlineDocument measured(OutlineDocument outline, Figures& found) {
+    outline.visit = [visit = std::move(outline.visit), &found](const TakeRegion& takeRegion,
+                                                               const TakeLine& takeLine) {
+        visit(
+            [&](Polygon&& region) {
+                forEachRing(region, [&](const Ring& ring) {
+                    found.area += area(ring);
+                    found.length += length(ring);
+                    ++found.polygons;
+                });
+                takeRegion(std::move(region));
+            },
+            [&](Ring&& line) {
+                ++found.lines;
+                takeLine(std::move(line));
+            });
+    };
+    return outline;
+}
+
+void letGoBy(const OutlineDocument& outline) {
+    outline.visit([](Polygon&&) {}, [](Ring&&) {});
+}
 
 struct ContourCommand : FieldCommand {
     bool open = false;
@@ -48,16 +68,40 @@ struct ContourCommand : FieldCommand {
         if (axis || byAffine) refuse("{}: is a picture; leave out {}", input, axis ? "--axis" : "--affine");
         std::optional<Result> result;
         if (!output.empty()) result.emplace(*this, Kind::kPicture, "svg");
+        PackedPicture picture;
+        std::string note;
+        const FieldRows rows = readRows(picture, note, true);
+        reportNotes(picture.image);
+        if (!note.empty()) report("{}: {}", input, note);
+        const bool isListed = result && result->format().writeOutline != nullptr;
+        Figures found;
+        {
+            Progress progress(!quiet);
+            OutlineDocument outline = measured(outlineOf(rows, open, tolerance, progress.function()), found);
+            outline.visit = [this, visit = std::move(outline.visit), &found](const TakeRegion& takeRegion,
+                                                                             const TakeLine& takeLine) {
+                visit(takeRegion, takeLine);
+                requireAny(found);
+            };
+            isListed ? result->write(outline) : letGoBy(outline);
+        }
+        reportFigures(found, "", rows.xSpace == 1 && rows.ySpace == 1 ? "pixels" : "units of the spacing");
+        if (result && !isListed) draw(rows, picture, *result);
+    }
+
+    /// Over the picture, for which the whole field is made.
+    void draw(const FieldRows& rows, const PackedPicture& picture, Result& result) const {
         FullLevelSet2D levelSet;
-        const io::Image raster = readWithCrossing(levelSet);
-        PictureDocument document{levelSet, raster.isField ? nullptr : &raster, open, Drawing::kContour,
+        levelSet.init(rows.width, rows.height, rows.xSpace, rows.ySpace);
+        if (levelSet.getWidth() != rows.width) throw std::bad_alloc();
+        for (std::ptrdiff_t y = 0; y < rows.height; ++y)
+            rows.read(static_cast<int>(y), levelSet.data() + y * rows.width);
+        const bool hasPicture = !picture.image.isField;
+        const io::Image raster = hasPicture || field.label ? unpacked(picture) : io::Image();
+        PictureDocument document{levelSet, hasPicture ? &raster : nullptr, open, Drawing::kContour,
                                  tolerance};
         if (field.label) document.labels = &raster.samples;
-        Totals totals;
-        totals.add(outlineOf(document));
-        const bool isInPixels = levelSet.getXSpace() == 1 && levelSet.getYSpace() == 1;
-        reportTotals(totals, "", isInPixels ? "pixels" : "units of the spacing");
-        if (result) result->write(document);
+        result.write(document);
     }
 
     void ofVolume() const {
@@ -75,34 +119,45 @@ struct ContourCommand : FieldCommand {
         const io::Image volume = readWithCrossing(levelSet);
         if (byAffine && !volume.placement.affine)
             refuse("{}: places its voxels nowhere; leave out --affine", input);
-        StackDocument stack = outlinesOf(levelSet, volume);
-        Totals totals;
-        for (const auto& [index, outline] : stack.planes) totals.add(outline);
-        const int count = io::planesAcross(volume, stack.axis);
-        record->add("axis", std::string(1, "xyz"[stack.axis]));
-        record->add("planes", stack.planes.size());
-        reportTotals(
-            totals,
-            fmt::format(" in {} of {} planes along {}", stack.planes.size(), count, "xyz"[stack.axis]),
-            "units of the spacing");
+        Figures found;
+        std::vector<int> crossed;
+        const StackDocument stack = stackOf(levelSet, volume, found, crossed);
         if (isOneFile)
             result->write(stack);
-        else if (written != nullptr)
-            writePlanes(levelSet, volume, stack, *written, path);
+        else
+            stack.visit([](int, const OutlineDocument& outline) { letGoBy(outline); });
+        const char axisName = "xyz"[stack.axis];
+        record->add("axis", std::string(1, axisName));
+        record->add("planes", crossed.size());
+        reportFigures(found,
+                      fmt::format(" in {} of {} planes along {}", crossed.size(),
+                                  io::planesAcross(volume, stack.axis), axisName),
+                      "units of the spacing");
+        if (written != nullptr && !isOneFile)
+            writePlanes(levelSet, volume, stack.axis, crossed, *written, path);
     }
 
-    StackDocument outlinesOf(const FullLevelSet3D& levelSet, const io::Image& volume) const {
-        StackDocument stack{
-            axis.value_or(2), volume.placement.spacing, volume.placement.affine, byAffine, open, {}};
-        for (int index = 0; index < io::planesAcross(volume, stack.axis); ++index) {
-            const FullLevelSet2D plane = fields::planeOf(levelSet, stack.axis, index);
-            const io::Image samples = samplesOf(volume, {stack.axis, index}, field.label.has_value());
-            PictureDocument document{plane, nullptr, open, Drawing::kContour, tolerance};
-            if (field.label) document.labels = &samples.samples;
-            Outline outline = outlineOf(document);
-            if (!outline.regions.empty() || !outline.lines.empty())
-                stack.planes.emplace(index, std::move(outline));
-        }
+    /// The outlines of all planes, which are made, measured and noted as crossed when they are visited.
+    StackDocument stackOf(const FullLevelSet3D& levelSet, const io::Image& volume, Figures& found,
+                          std::vector<int>& crossed) const {
+        StackDocument stack{axis.value_or(2), volume.placement.spacing, volume.placement.affine, byAffine,
+                            open};
+        stack.visit = [this, &levelSet, &volume, &found, &crossed,
+                       across = stack.axis](const TakePlane& take) {
+            const int count = io::planesAcross(volume, across);
+            Progress progress(!quiet);
+            for (int index = 0; index < count; ++index) {
+                const FullLevelSet2D plane = fields::planeOf(levelSet, across, index);
+                const io::Image samples = samplesOf(volume, {across, index}, field.label.has_value());
+                PictureDocument document{plane, nullptr, open, Drawing::kContour, tolerance};
+                if (field.label) document.labels = &samples.samples;
+                const std::size_t before = found.polygons + found.lines;
+                take(index, measured(outlineOf(document), found));
+                if (found.polygons + found.lines > before) crossed.push_back(index);
+                progress.show(index + 1, count);
+            }
+            requireAny(found);
+        };
         return stack;
     }
 
@@ -112,16 +167,16 @@ struct ContourCommand : FieldCommand {
     }
 
     /// A file for every plane that has an outline, none of them before all names are known to be free.
-    void writePlanes(const FullLevelSet3D& levelSet, const io::Image& volume, const StackDocument& stack,
-                     const Format& written, const std::string& path) const {
-        const auto digits = std::to_string(io::planesAcross(volume, stack.axis) - 1).size();
+    void writePlanes(const FullLevelSet3D& levelSet, const io::Image& volume, std::size_t across,
+                     const std::vector<int>& crossed, const Format& written, const std::string& path) const {
+        const auto digits = std::to_string(io::planesAcross(volume, across) - 1).size();
         const auto pathOf = [&](int index) { return withSuffix(path, fmt::format("{:0{}}", index, digits)); };
-        for (const auto& [index, outline] : stack.planes) OutputFile(pathOf(index), force);
-        for (const auto& [index, outline] : stack.planes) {
+        for (const int index : crossed) OutputFile(pathOf(index), force);
+        for (const int index : crossed) {
             Result result(*this, Kind::kPicture, written, pathOf(index));
-            FullLevelSet2D plane = fields::planeOf(levelSet, stack.axis, index);
+            FullLevelSet2D plane = fields::planeOf(levelSet, across, index);
             const bool hasPicture = written.drawsPixels && !volume.isField;
-            io::Image samples = samplesOf(volume, {stack.axis, index}, hasPicture || field.label);
+            io::Image samples = samplesOf(volume, {across, index}, hasPicture || field.label);
             io::Image* const picture = hasPicture ? &samples : nullptr;
             const bool isResampled = written.drawsPixels && makePixelsSquare(plane, picture);
             PictureDocument document{plane, picture, open, Drawing::kContour, tolerance};
@@ -130,18 +185,21 @@ struct ContourCommand : FieldCommand {
         }
     }
 
-    void reportTotals(const Totals& totals, const std::string& where, const char* unit) const {
-        if (totals.polygons == 0 && totals.lines == 0)
+    void requireAny(const Figures& found) const {
+        if (found.polygons == 0 && found.lines == 0)
             throw Failure(
                 kNoCrossing,
                 fmt::format("{}: has an outline that encloses nothing; choose another --level", input));
-        const std::string lines = open ? " and " + counted(totals.lines, "open line") : "";
-        record->add("polygons", totals.polygons);
-        if (open) record->add("openLines", totals.lines);
-        record->add("area", totals.area);
-        record->add("length", totals.length);
-        report("{}: {}{}{}, area {:.10g} and length {:.10g} in {}", input,
-               counted(totals.polygons, "polygon"), lines, where, totals.area, totals.length, unit);
+    }
+
+    void reportFigures(const Figures& found, const std::string& where, const char* unit) const {
+        const std::string lines = open ? " and " + counted(found.lines, "open line") : "";
+        record->add("polygons", found.polygons);
+        if (open) record->add("openLines", found.lines);
+        record->add("area", found.area);
+        record->add("length", found.length);
+        report("{}: {}{}{}, area {:.10g} and length {:.10g} in {}", input, counted(found.polygons, "polygon"),
+               lines, where, found.area, found.length, unit);
     }
 };
 

@@ -28,7 +28,7 @@ struct Convert : FieldCommand {
         change([&] {
             if (part) crop(levelSet, part->values, volume.placement);
             resampleBy(
-                [&](const Lattice& to, const ProgressFunction& shown) {
+                [&](const Lattice& to, const quorbin::Progress& shown) {
                     resample(levelSet, to, volume.placement, shown);
                 },
                 latticeOf(levelSet));
@@ -52,7 +52,7 @@ struct Convert : FieldCommand {
                 document.origin = {part->values.from[0] * levelSet.getXSpace(),
                                    part->values.from[1] * levelSet.getYSpace()};
             resampleBy(
-                [&](const Lattice& to, const ProgressFunction& shown) { resample(levelSet, to, shown); },
+                [&](const Lattice& to, const quorbin::Progress& shown) { resample(levelSet, to, shown); },
                 latticeOf(levelSet));
         });
         if (isChanged())

@@ -116,21 +116,20 @@ struct MeshCommand : FieldCommand {
 
     void meshGrid(FullLevelSet3D& levelSet, MeshDocument& mesh) const {
         Progress progress(!quiet);
-        const ProgressFunction shown = progress.function();
         if (soup)
             levelSet.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
         else if (cap)
             quorbin::getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles,
-                                        neverEnding(shown));
+                                        progress.function());
         else
             quorbin::getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles,
-                                        neverEnding(shown));
+                                        progress.function());
     }
 
     void meshLabel(const std::vector<double>& labels, const FullLevelSet3D& levelSet,
                    MeshDocument& mesh) const {
         Progress progress(!quiet);
-        mesh = meshOfLabel(labels, levelSet, *field.label, cap, progress.function());
+        mesh = *meshOfLabel(labels, levelSet, *field.label, cap, progress.function());
         if (!soup) return;
         MeshDocument apart;
         for (const gpoint3& t : mesh.triangles) {

@@ -78,6 +78,7 @@ struct Smooth : FieldCommand {
                 std::max(1, static_cast<int>(std::min(kTimeBetween * cell / implicitTime, 1e9)));
         }
         if (reinitEvery) smoothing.reinitEvery = *reinitEvery;
+        smoothing.restores = false;  // an interruption ends the tool
         Progress progress(!quiet);
         const int vanished = smooth(levelSet, smoothing, progress.function());
         if (vanished >= 0)
