@@ -16,6 +16,7 @@ class FullLevelSet2D;
 class FullLevelSet3D;
 
 namespace quorbin {
+
 /// FullLevelSet2D::ensureSignedDistanceFMM, which progress may end: then false, and the values stay. It is
 /// told of the points that have their distance, at every 32768th.
 QUORBIN_EXPORT bool ensureSignedDistanceFMM(FullLevelSet2D& field, const Progress& progress);
@@ -24,6 +25,7 @@ QUORBIN_EXPORT bool ensureSignedDistanceFMM(FullLevelSet2D& field, const Progres
 /// they have gone over.
 QUORBIN_EXPORT bool ensureSignedDistance(FullLevelSet2D& field, const Progress& progress);
 QUORBIN_EXPORT bool ensureSignedDistanceBrute(FullLevelSet2D& field, const Progress& progress);
+
 }  // namespace quorbin
 
 /// A level set on a dense grid of width × height doubles.
