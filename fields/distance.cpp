@@ -5,13 +5,14 @@
 #include <cstddef>
 #include <vector>
 
+#include "../io/documents.h"
+#include "unchanged.h"
+
 namespace quorbin::fields {
 
-namespace {
+using io::pointsOf;
 
-std::size_t pointsOf(const FullLevelSet2D& field) {
-    return static_cast<std::size_t>(field.getWidth()) * static_cast<std::size_t>(field.getHeight());
-}
+namespace {
 
 /// Replaces the values that no crossing lies beside.
 void setFarFromCrossings(FullLevelSet2D& field, double magnitude) {
@@ -29,43 +30,46 @@ void setFarFromCrossings(FullLevelSet2D& field, double magnitude) {
         if (!beside[i]) value[i] = value[i] > 0 ? magnitude : -magnitude;
 }
 
-/// Progress is that of the march alone: the measuring tells none.
-void distanceToSegments(FullLevelSet2D& field, void (FullLevelSet2D::*measure)(),
-                        const ProgressFunction& progress) {
+using Measure = bool (*)(FullLevelSet2D&, const Progress&);
+
+bool distanceToSegments(FullLevelSet2D& field, Measure measure, const Progress& progress) {
     const std::size_t count = pointsOf(field);
+    double* const value = field.data();
+    UnchangedUnlessDone<FullLevelSet2D> guard(field, static_cast<bool>(progress));
     // No distance that is measured reaches this one: it shows what has been left out.
     const double unreached = std::sqrt(2.0 * static_cast<double>(count));
     setFarFromCrossings(field, unreached);
-    (field.*measure)();
-    double* const value = field.data();
+    if (!measure(field, progress)) return false;
     const auto isUnreached = [=](double distance) { return std::abs(distance) >= unreached; };
     FullLevelSet2D marched;
     if (std::any_of(value, value + count, isUnreached)) {
         marched.init(field.getWidth(), field.getHeight(), 1.0, 1.0);
         std::copy_n(value, count, marched.data());
-        distanceByMarching(marched, progress);
+        if (!distanceByMarching(marched, progress)) return false;
     }
     const double spacing = field.getXSpace();
     for (std::size_t i = 0; i < count; ++i)
         value[i] = spacing * (isUnreached(value[i]) ? marched.data()[i] : value[i]);
+    guard.done();
+    return true;
 }
 
 }  // namespace
 
-void distanceByMarching(FullLevelSet2D& field, const ProgressFunction& progress) {
-    quorbin::ensureSignedDistanceFMM(field, neverEnding(progress));
+bool distanceByMarching(FullLevelSet2D& field, const Progress& progress) {
+    return quorbin::ensureSignedDistanceFMM(field, progress);
 }
 
-void distanceInVolume(FullLevelSet3D& field, const ProgressFunction& progress) {
-    quorbin::ensureSignedDistanceFMM(field, neverEnding(progress));
+bool distanceInVolume(FullLevelSet3D& field, const Progress& progress) {
+    return quorbin::ensureSignedDistanceFMM(field, progress);
 }
 
-void distanceBySegments(FullLevelSet2D& field, const ProgressFunction& progress) {
-    distanceToSegments(field, &FullLevelSet2D::ensureSignedDistance, progress);
+bool distanceBySegments(FullLevelSet2D& field, const Progress& progress) {
+    return distanceToSegments(field, quorbin::ensureSignedDistance, progress);
 }
 
-void distanceByBruteForce(FullLevelSet2D& field, const ProgressFunction& progress) {
-    distanceToSegments(field, &FullLevelSet2D::ensureSignedDistanceBrute, progress);
+bool distanceByBruteForce(FullLevelSet2D& field, const Progress& progress) {
+    return distanceToSegments(field, quorbin::ensureSignedDistanceBrute, progress);
 }
 
 bool hasEqualSpacings(const FullLevelSet2D& field) { return field.getXSpace() == field.getYSpace(); }

@@ -6,6 +6,7 @@
 #include "band.h"
 #include "distance.h"
 #include "from_samples.h"
+#include "unchanged.h"
 
 namespace quorbin::fields {
 
@@ -39,7 +40,7 @@ void stepOnBand(FastLevelSet3D& band, double implicitTime) {
 }
 
 template <std::size_t dimensions, class Grid>
-int smoothOnBand(Grid& levelSet, const Smoothing& smoothing, const ProgressFunction& progress) {
+int smoothOnBand(Grid& levelSet, const Smoothing& smoothing, const Progress& progress) {
     const bool isImplicit = smoothing.implicitTime > 0;
     const int count = isImplicit ? smoothing.steps : stepsOnBand(levelSet, smoothing.steps);
     const int reinitEvery = isImplicit ? 1 : 2;
@@ -47,10 +48,10 @@ int smoothOnBand(Grid& levelSet, const Smoothing& smoothing, const ProgressFunct
     for (int done = 1; done <= count; ++done) {
         stepOnBand(band.points(), smoothing.implicitTime);
         if ((done % reinitEvery == 0 || done == count) && !band.reinitialise()) return done;
-        if (progress) progress(done, count);
+        if (progress && !progress(done, count)) return kEnded;
     }
     band.copyTo(levelSet);
-    return hasCrossing(levelSet) ? -1 : count;
+    return hasCrossing(levelSet) ? kStillThere : count;
 }
 
 void step(FullLevelSet3D& levelSet, double implicitTime) {
@@ -58,30 +59,35 @@ void step(FullLevelSet3D& levelSet, double implicitTime) {
 }
 
 template <class Grid, class MakeDistance>
-int smoothGrid(Grid& levelSet, const Smoothing& smoothing, const ProgressFunction& progress,
+int smoothGrid(Grid& levelSet, const Smoothing& smoothing, const Progress& progress,
                MakeDistance makeDistance) {
+    UnchangedUnlessDone<Grid> guard(levelSet, progress && smoothing.restores);
     makeDistance(levelSet);
     for (int done = 1; done <= smoothing.steps; ++done) {
         step(levelSet, smoothing.implicitTime);
         if (done % smoothing.reinitEvery == 0 || done == smoothing.steps) {
-            if (!hasCrossing(levelSet)) return done;
+            if (!hasCrossing(levelSet)) {
+                guard.done();
+                return done;
+            }
             makeDistance(levelSet);
         }
-        if (progress) progress(done, smoothing.steps);
+        if (progress && !progress(done, smoothing.steps)) return kEnded;
     }
-    return -1;
+    guard.done();
+    return kStillThere;
 }
 
 }  // namespace
 
-int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, const ProgressFunction& progress) {
+int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, const Progress& progress) {
     if (smoothing.onBand) return smoothOnBand<2>(levelSet, smoothing, progress);
     return smoothGrid(levelSet, smoothing, progress, [](FullLevelSet2D& field) {
         hasEqualSpacings(field) ? distanceBySegments(field) : distanceByMarching(field);
     });
 }
 
-int smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing, const ProgressFunction& progress) {
+int smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing, const Progress& progress) {
     if (smoothing.onBand) return smoothOnBand<3>(levelSet, smoothing, progress);
     return smoothGrid(levelSet, smoothing, progress,
                       [](FullLevelSet3D& field) { field.ensureSignedDistanceFMM(); });

@@ -7,7 +7,21 @@
 
 namespace quorbin::io {
 
+namespace {
+
+void makeRoom(Image& image) {
+    image.samples.resize(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height) *
+                         static_cast<std::size_t>(image.depth));
+}
+
+}  // namespace
+
 void setPictureSize(Image& image, long long width, long long height) {
+    describePicture(image, width, height);
+    makeRoom(image);
+}
+
+void describePicture(Image& image, long long width, long long height) {
     constexpr long long kLargest = 1 << 30;
     if (width < 1 || height < 1 || width > kLargest || height > kLargest || width > INT_MAX / height)
         refuse("has {} × {} points; a picture has from 1 point to 2147483647", width, height);
@@ -15,7 +29,6 @@ void setPictureSize(Image& image, long long width, long long height) {
     image.width = static_cast<int>(width);
     image.height = static_cast<int>(height);
     image.depth = 1;
-    image.samples.resize(static_cast<std::size_t>(width * height));
 }
 
 void checkVolumeSize(long long width, long long height, long long depth) {
@@ -25,12 +38,16 @@ void checkVolumeSize(long long width, long long height, long long depth) {
 }
 
 void setVolumeSize(Image& image, long long width, long long height, long long depth) {
+    describeVolume(image, width, height, depth);
+    makeRoom(image);
+}
+
+void describeVolume(Image& image, long long width, long long height, long long depth) {
     checkVolumeSize(width, height, depth);
     image.isVolume = true;
     image.width = static_cast<int>(width);
     image.height = static_cast<int>(height);
     image.depth = static_cast<int>(depth);
-    image.samples.resize(static_cast<std::size_t>(width * height * depth));
 }
 
 }  // namespace quorbin::io

@@ -39,6 +39,10 @@ struct Image {
 void setPictureSize(Image& image, long long width, long long height);
 void setVolumeSize(Image& image, long long width, long long height, long long depth);
 
+/// The same without room for samples.
+void describePicture(Image& image, long long width, long long height);
+void describeVolume(Image& image, long long width, long long height, long long depth);
+
 /// Refuses sizes that make no volume.
 void checkVolumeSize(long long width, long long height, long long depth);
 

@@ -1,6 +1,7 @@
 #include "input_file.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
@@ -69,6 +70,22 @@ const Bytes& InputFile::upTo(std::size_t count) {
     if (std::ferror(file_.get())) refuse("{}: cannot be read ({}); give a file", path_, std::strerror(errno));
     if (bytes_.empty()) refuse("{}: is empty; give the whole file", path_);
     return bytes_;
+}
+
+void InputFile::readAt(std::size_t place, void* out, std::size_t count) const {
+    auto* to = static_cast<unsigned char*>(out);
+    while (count > 0) {
+        const ssize_t some = pread(fileno(file_.get()), to, count, static_cast<off_t>(place));
+        if (some <= 0) refuse("{}: ends within its samples; give the whole file", path_);
+        to += some;
+        place += static_cast<std::size_t>(some);
+        count -= static_cast<std::size_t>(some);
+    }
+}
+
+std::size_t InputFile::size() const {
+    struct stat status = {};
+    return fstat(fileno(file_.get()), &status) == 0 ? static_cast<std::size_t>(status.st_size) : 0;
 }
 
 std::string InputFile::pathForOthers() {

@@ -39,6 +39,10 @@ class InputFile {
     const Bytes& all();
     const Bytes& upTo(std::size_t count);
 
+    /// Bytes of a place, and how many there are of them in all. Only for files that can be read again.
+    void readAt(std::size_t place, void* out, std::size_t count) const;
+    std::size_t size() const;
+
     /// A path by which others can read it: its own, or that of a copy in memory.
     std::string pathForOthers();
 

@@ -95,27 +95,60 @@ auto naming(InputFile& file, Work work) {
     }
 }
 
-void refuseUnusable(Image& image, const ReadOptions& options) {
+/// Looks at samples as they come: replaces what is not finite where that is asked for, and counts what
+/// cannot be worked with.
+class SampleCheck {
+ public:
+    explicit SampleCheck(const ReadOptions& options) : nan_(options.nan) {}
+
+    void look(double* samples, std::size_t count) {
+        double* const end = samples + count;
+        const auto isBad = [](double value) { return !std::isfinite(value); };
+        if (nan_) std::replace_if(samples, end, isBad, *nan_);
+        bad_ += std::count_if(samples, end, isBad);
+        huge_ += std::count_if(samples, end, [](double value) { return std::abs(value) > kLargestSample; });
+    }
+
+    void refuse() const {
+        if (bad_ > 0)
+            io::refuse("holds values that are not finite, {} of them; replace them by --nan VALUE", bad_);
+        if (huge_ > 0)
+            io::refuse("holds values beyond {}, {} of them; replace them by what they stand for",
+                       kLargestSample, huge_);
+    }
+
+ private:
+    std::optional<double> nan_;
+    std::ptrdiff_t bad_ = 0, huge_ = 0;
+};
+
+void refuseUnusableSpacing(const Image& image) {
     for (const double h : image.placement.spacing)
         if (!(h > 1e-100 && h < 1e100))
             refuse("has the spacings {}, {} and {}; they should be positive", image.placement.spacing[0],
                    image.placement.spacing[1], image.placement.spacing[2]);
-    const auto isBad = [](double value) { return !std::isfinite(value); };
-    if (options.nan) std::replace_if(image.samples.begin(), image.samples.end(), isBad, *options.nan);
-    const auto bad = std::count_if(image.samples.begin(), image.samples.end(), isBad);
-    if (bad > 0) refuse("holds values that are not finite, {} of them; replace them by --nan VALUE", bad);
-    const auto huge = std::count_if(image.samples.begin(), image.samples.end(),
-                                    [](double value) { return std::abs(value) > kLargestSample; });
-    if (huge > 0)
-        refuse("holds values beyond {}, {} of them; replace them by what they stand for", kLargestSample,
-               huge);
+}
+
+void refuseUnusable(Image& image, const ReadOptions& options) {
+    refuseUnusableSpacing(image);
+    SampleCheck check(options);
+    check.look(image.samples.data(), image.samples.size());
+    check.refuse();
 }
 
 /// Refuses to leave out silently what was asked for.
-void refuseUseless(const ReadOptions& options, const char* format, bool takesChannel, bool takesFrame) {
+void refuseUseless(const ReadOptions& options, bool isFolder, const char* format, bool takesChannel,
+                   bool takesFrame) {
     if (!options.channel.empty() && !takesChannel)
         refuse("is {}, without channels; leave out --channel", format);
     if (options.frame && !takesFrame) refuse("is {}, without frames; leave out --frame", format);
+    if (options.series && !isFolder) refuse("is one file; leave out --series");
+}
+
+const Format& formatFor(InputFile& file, const ReadOptions& options) {
+    const Format& format = formatOf(file);
+    refuseUseless(options, file.isFolder(), format.name, format.takesChannel, format.takesFrame);
+    return format;
 }
 
 }  // namespace
@@ -144,31 +177,115 @@ std::string endingsOfFloats() {
     return listed(endings);
 }
 
-bool isVolume(InputFile& file) {
+bool isVolume(InputFile& file, const ReadOptions& options) {
     return naming(file, [&] {
-        const Format& format = formatOf(file);
+        const Format& format = formatFor(file, options);
         return format.holds == Holds::kVolumes ||
-               (format.holds == Holds::kEither && format.holdsVolume(file));
+               (format.holds == Holds::kEither && format.holdsVolume(file, options));
     });
 }
 
+namespace {
+
+/// Reads row by row, and tells of it.
+void readRowsBy(const Format& format, InputFile& file, const ReadOptions& options, Image& image,
+                const TakeRow& take) {
+    int rows = 0;
+    format.readRows(file, options, image, [&](const double* row) {
+        take(row);
+        if (options.progress && !options.progress(++rows, image.height * image.depth))
+            throw Failure(kFailed, "reading was ended");
+    });
+}
+
+/// Reads by a format as it is, whole or row by row.
+Image readBy(const Format& format, InputFile& file, const ReadOptions& options) {
+    if (format.read != nullptr) return format.read(file, options);
+    Image image;
+    std::size_t rows = 0;
+    readRowsBy(format, file, options, image, [&](const double* row) {
+        const auto width = static_cast<std::size_t>(image.width);
+        if (image.samples.empty())
+            image.samples.resize(width * static_cast<std::size_t>(image.height) *
+                                 static_cast<std::size_t>(image.depth));
+        std::copy_n(row, width, image.samples.data() + width * rows++);
+    });
+    return image;
+}
+
+}  // namespace
+
 Image readImage(InputFile& file, const ReadOptions& options) {
     return naming(file, [&] {
-        const Format& format = formatOf(file);
-        refuseUseless(options, format.name, format.takesChannel, format.takesFrame);
-        Image image = format.read(file, options);
+        const Format& format = formatFor(file, options);
+        Image image = readBy(format, file, options);
         image.format = format.name;
         refuseUnusable(image, options);
         return image;
     });
 }
 
+PackedPicture readPacked(InputFile& file, const ReadOptions& options) {
+    if (isVolume(file, options)) refuse("{}: is a volume; quorbin slice takes a plane of it", file.path());
+    return naming(file, [&] {
+        const Format& format = formatFor(file, options);
+        PackedPicture picture;
+        Image& image = picture.image;
+        if (format.read != nullptr) {
+            image = format.read(file, options);
+            refuseUnusable(image, options);
+            picture = packed(std::move(image));
+        } else {
+            SampleCheck check(options);
+            std::vector<double> checked;
+            readRowsBy(format, file, options, image, [&](const double* row) {
+                const auto width = static_cast<std::size_t>(image.width);
+                if (checked.empty()) picture.rows = PackedRows(width);
+                checked.assign(row, row + width);
+                check.look(checked.data(), width);
+                picture.rows.add(checked.data());
+            });
+            refuseUnusableSpacing(image);
+            check.refuse();
+        }
+        image.format = format.name;
+        return picture;
+    });
+}
+
 Image readRaw(InputFile& file, const RawLayout& layout, const ReadOptions& options) {
     return naming(file, [&] {
-        refuseUseless(options, "raw", false, false);
+        refuseUseless(options, false, "raw", false, false);
         Image image = decodeRaw(file, layout);
         refuseUnusable(image, options);
         return image;
+    });
+}
+
+namespace {
+
+std::optional<Plane> usable(std::optional<Plane> plane, const ReadOptions& options) {
+    if (plane) refuseUnusable(plane->picture, options);
+    return plane;
+}
+
+}  // namespace
+
+std::optional<Plane> readPlane(InputFile& file, const PlaneChoice& choice, const ReadOptions& options) {
+    return naming(file, [&]() -> std::optional<Plane> {
+        const Format& format = formatFor(file, options);
+        if (format.readPlane == nullptr) return std::nullopt;
+        std::optional<Plane> plane = usable(format.readPlane(file, choice, options), options);
+        if (plane) plane->volume.format = format.name;
+        return plane;
+    });
+}
+
+std::optional<Plane> readRawPlane(InputFile& file, const RawLayout& layout, const PlaneChoice& choice,
+                                  const ReadOptions& options) {
+    return naming(file, [&] {
+        refuseUseless(options, false, "raw", false, false);
+        return usable(decodeRawPlane(file, layout, choice), options);
     });
 }
 

@@ -8,9 +8,9 @@
 #include <memory>
 
 #include "../failure.h"
+#include "../outline.h"
 #include "drawing.h"
 #include "formats.h"
-#include "outline.h"
 
 namespace quorbin::io {
 
@@ -103,7 +103,6 @@ void draw(cairo_t* to, const PictureDocument& document, int scale) {
     cairo_pattern_set_filter(cairo_get_source(to), CAIRO_FILTER_NEAREST);
     cairo_paint(to);
 
-    const Outline outline = outlineOf(document.field, document.open, document.tolerance);
     const double size = std::max(document.field.getWidth(), document.field.getHeight());
     cairo_set_line_width(to, std::max(2.0 / scale, size / 400));
     cairo_set_line_join(to, CAIRO_LINE_JOIN_ROUND);
@@ -118,8 +117,9 @@ void draw(cairo_t* to, const PictureDocument& document, int scale) {
         if (close) cairo_close_path(to);
         cairo_stroke(to);
     };
-    forEachRing(outline, [&](const Ring& ring) { stroke(ring, true); });
-    for (const Ring& line : outline.lines) stroke(line, false);
+    outlineOf(document).visit(
+        [&](Polygon&& region) { forEachRing(region, [&](const Ring& ring) { stroke(ring, true); }); },
+        [&](Ring&& line) { stroke(line, false); });
 }
 
 void writePdf(const PictureDocument& document, OutputFile& out) {
@@ -151,6 +151,7 @@ void drawPng(const PictureDocument& document, OutputFile& out) {
 
 Format pdfFormat() {
     Format format{"PDF", "pdf"};
+    format.drawsPixels = true;
     format.writePicture = writePdf;
     return format;
 }

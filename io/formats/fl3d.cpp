@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 #include "../failure.h"
 #include "../quiet_output.h"
@@ -21,6 +23,20 @@ Image read(InputFile& file, const ReadOptions&) {
     std::copy_n(field.data(), image.samples.size(), image.samples.begin());
     image.isField = true;
     return image;
+}
+
+/// By the header as docs/formats.md has it.
+std::optional<Plane> planeIn(InputFile& file, const PlaneChoice& choice, const ReadOptions&) {
+    const Bytes& bytes = file.start();
+    constexpr std::size_t kHeader = 40;
+    if (bytes.size() < kHeader) return std::nullopt;
+    std::int32_t sizes[3];
+    Image volume;
+    std::memcpy(sizes, bytes.data() + 4, sizeof sizes);
+    std::memcpy(volume.placement.spacing.data(), bytes.data() + 16, 3 * sizeof(double));
+    describeVolume(volume, sizes[0], sizes[1], sizes[2]);
+    volume.isField = true;
+    return planeOf(file, {kHeader, {'f', sizeof(double)}}, volume, choice);
 }
 
 void save(const FullLevelSet3D& field, OutputFile& out) {
@@ -48,6 +64,7 @@ Format fl3dFormat() {
     format.holds = Holds::kVolumes;
     format.matches = [](InputFile& file) { return startsWith(file.start(), "FL3D"); };
     format.read = read;
+    format.readPlane = planeIn;
     format.writeVolume = write;
     return format;
 }

@@ -23,6 +23,7 @@ Format jpegFormat();
 Format bmpFormat();
 Format rawFormat();
 Image decodeRaw(InputFile& file, const RawLayout& layout);
+std::optional<Plane> decodeRawPlane(InputFile& file, const RawLayout& layout, const PlaneChoice& choice);
 Format vtiFormat();
 Format svgFormat();
 Format geoJsonFormat();

@@ -6,6 +6,7 @@
 #include "../failure.h"
 #include "../itk/module.h"
 #include "../memory_file.h"
+#include "../sample_output.h"
 #include "bmp_checks.h"
 #include "formats.h"
 
@@ -19,15 +20,17 @@ std::string pathOf(InputFile& file) {
     return file.isFolder() && path.back() != '/' ? path + '/' : path;
 }
 
-itk::Header headerOf(InputFile& file, const char* format) {
+itk::Header headerOf(InputFile& file, const ReadOptions& options, const char* format) {
     itk::Header header;
     std::string fault;
-    if (!itk::module().readHeader(format, pathOf(file).c_str(), header, fault)) refuse("{}", fault);
+    if (!itk::module().readHeader(format, pathOf(file).c_str(), options.series.value_or(itk::kAnySeries),
+                                  header, fault))
+        refuse("{}", fault);
     return header;
 }
 
 Image read(InputFile& file, const ReadOptions& options, const char* format) {
-    const itk::Header header = headerOf(file, format);
+    const itk::Header header = headerOf(file, options, format);
     const auto [width, height, depth] = header.size;
     const bool isVolume = header.dimensions > 2;
     if (isVolume) checkVolumeSize(width, height, depth);
@@ -51,7 +54,6 @@ Image read(InputFile& file, const ReadOptions& options, const char* format) {
     }
     image.isField = header.isFloating && header.mark == kFieldMark;
     image.placement = header.placement;
-    if (!header.note.empty()) image.notes.push_back(header.note);
     return image;
 }
 
@@ -59,8 +61,18 @@ void write(const VolumeDocument& document, OutputFile& out, const char* format) 
     const FullLevelSet3D& field = document.field;
     Placement placement = document.placement;
     placement.spacing = {field.getXSpace(), field.getYSpace(), field.getZSpace()};
-    const itk::Volume volume{
-        {field.getWidth(), field.getHeight(), field.getDepth()}, field.data(), placement, kFieldMark};
+    Bytes mask;
+    const SampleOutput samples{false, document.isMask ? std::uint8_t{1} : std::uint8_t{0}};
+    if (document.isMask)
+        sendSamples(samples, field.data(), pointsOf(field), [&](const void* bytes, std::size_t count) {
+            const auto* from = static_cast<const unsigned char*>(bytes);
+            mask.insert(mask.end(), from, from + count);
+        });
+    const itk::Volume volume{{field.getWidth(), field.getHeight(), field.getDepth()},
+                             document.isMask ? static_cast<const void*>(mask.data()) : field.data(),
+                             document.isMask,
+                             placement,
+                             document.isMask ? nullptr : kFieldMark};
     const MemoryFile file;
     std::string fault;
     if (!itk::module().write(format, file.path().c_str(), volume, fault))
@@ -81,7 +93,9 @@ Format itkFormat(const char* endings, Holds holds, bool (*matches)(InputFile&)) 
     format.holds = holds;
     format.takesChannel = true;
     format.matches = matches;
-    format.holdsVolume = [](InputFile& file) { return headerOf(file, kName).dimensions > 2; };
+    format.holdsVolume = [](InputFile& file, const ReadOptions& options) {
+        return headerOf(file, options, kName).dimensions > 2;
+    };
     format.read = [](InputFile& file, const ReadOptions& options) { return read(file, options, kName); };
 #ifndef QUORBIN_HAS_ITK
     format.isMissing = true;
@@ -92,6 +106,7 @@ Format itkFormat(const char* endings, Holds holds, bool (*matches)(InputFile&)) 
 template <const char* kName>
 Format writtenItkFormat(const char* endings, bool (*matches)(InputFile&)) {
     Format format = itkFormat<kName>(endings, Holds::kEither, matches);
+    format.writesMasks = true;
     format.writeVolume = [](const VolumeDocument& document, OutputFile& out) { write(document, out, kName); };
     return format;
 }

@@ -6,6 +6,7 @@
 
 #include "../channels.h"
 #include "../failure.h"
+#include "../orientation.h"
 #include "formats.h"
 
 namespace quorbin::io {
@@ -45,6 +46,7 @@ Image read(InputFile& file, const ReadOptions& options) {
         choice.take(row.data(), static_cast<std::size_t>(width),
                     image.samples.data() + y * static_cast<std::size_t>(width));
     }
+    orient(image, exifOrientation(bytes));
     return image;
 }
 

@@ -130,21 +130,20 @@ std::string pathOfSamples(const nifti_image& image, InputFile& file) {
     return besides(nifti_findimgname(file.path().c_str(), image.nifti_type), "samples (.img)");
 }
 
-/// Hands count values a point, in blocks, to use(samples, values), from those of a place in the file. The
-/// library's own reader would turn what is not finite into 0.
+/// Hands count values, in blocks, to use(samples, values), from those of a place in the file. The library's
+/// own reader would turn what is not finite into 0.
 template <class Use>
-void readSamples(const nifti_image& image, const std::string& path, const SampleType& type,
-                 std::size_t skipped, std::size_t count, Use use) {
-    const MaybeCompressed file = openMaybeCompressed(path);
+void readSamples(const nifti_image& image, gzFile file, const SampleType& type, std::size_t skipped,
+                 std::size_t count, Use use) {
     const std::size_t start = static_cast<std::size_t>(image.iname_offset) + skipped * type.size;
-    bool isWhole = gzseek(file.get(), static_cast<z_off_t>(start), SEEK_SET) >= 0;
+    bool isWhole = gzseek(file, static_cast<z_off_t>(start), SEEK_SET) >= 0;
     constexpr std::size_t kBlock = 3 << 16;  // also whole colours
     Bytes bytes(std::min(count, kBlock) * type.size);
     std::vector<double> values(std::min(count, kBlock));
     for (std::size_t done = 0; isWhole && done < count;) {
         const std::size_t some = std::min(kBlock, count - done);
         const auto wanted = static_cast<unsigned>(some * type.size);
-        isWhole = gzread(file.get(), bytes.data(), wanted) == static_cast<int>(wanted);
+        isWhole = gzread(file, bytes.data(), wanted) == static_cast<int>(wanted);
         if (!isWhole) break;
         if (image.byteorder != nifti_short_order() && type.size > 1)
             nifti_swap_Nbytes(static_cast<int64_t>(some), static_cast<int>(type.size), bytes.data());
@@ -191,50 +190,99 @@ bool matches(InputFile& file) {
            hasNiftiName(file);
 }
 
-bool holdsVolume(InputFile& file) { return readHeader(file)->nz > 1; }
+bool holdsVolume(InputFile& file, const ReadOptions&) { return readHeader(file)->nz > 1; }
+
+/// A picture or a volume in a file that is open.
+class Samples {
+ public:
+    Samples(InputFile& file, const ReadOptions& options)
+        : header_(readHeader(file)),
+          values_(static_cast<std::size_t>(sizeAlong(5))),
+          choice_(layoutOf(header_->datatype), values_ > 1 ? "" : options.channel) {
+        if (sizeAlong(6) * sizeAlong(7) > 1)
+            refuse("has {} dimensions; give a volume, or several", header_->ndim);
+        // Colours lie beside each other, other channels one after the other, after all frames.
+        const auto frames = static_cast<std::size_t>(sizeAlong(4));
+        const std::size_t frame = frameAmong(frames, options.frame);
+        const std::size_t channel = values_ > 1 ? channelAmong(values_, options.channel) : 0;
+        type_ = choice_.layout().isColour ? SampleType{'u', 1} : typeOf(header_->datatype);
+        describeVolume(image_, header_->nx, sizeAlong(2), sizeAlong(3));
+        points_ = static_cast<std::size_t>(image_.width) * static_cast<std::size_t>(image_.height) *
+                  static_cast<std::size_t>(image_.depth);
+        skipped_ = channel * frames + frame;
+        path_ = pathOfSamples(*header_, file);
+        refuseEarlyEnd(path_, static_cast<double>(points_ * beside() * type_.size));
+        const auto usable = [](double h) { return h > 0 ? h : 1.0; };
+        image_.placement.spacing = {usable(header_->dx), usable(header_->dy), usable(header_->dz)};
+        image_.placement.lengthUnit = header_->xyz_units;
+        // A mask made of a field, with its header, is none.
+        image_.isField = type_.isFloatingPoint() && std::strstr(header_->descrip, kFieldMark) != nullptr;
+        readPlace(*header_, image_.placement);
+        file_ = openMaybeCompressed(path_);
+    }
+
+    /// What it is, without samples.
+    const Image& image() const { return image_; }
+
+    /// Whether its samples are all there, one after the other.
+    bool isPlain() const {
+        struct stat status = {};
+        const auto end = static_cast<std::size_t>(header_->iname_offset) +
+                         (skipped_ + 1) * points_ * beside() * type_.size;
+        return gzdirect(file_.get()) != 0 && stat(path_.c_str(), &status) == 0 &&
+               static_cast<std::size_t>(status.st_size) >= end;
+    }
+
+    /// Reads count samples from the first one on, in the order of the file.
+    void read(std::size_t first, std::size_t count, double* out) {
+        const bool isScaled = header_->scl_slope != 0 && !choice_.layout().isColour;
+        readSamples(*header_, file_.get(), type_, (skipped_ * points_ + first) * beside(), count * beside(),
+                    [&](const double* samples, std::size_t values) {
+                        const std::size_t some = values / beside();
+                        choice_.take(samples, some, out);
+                        for (std::size_t i = 0; isScaled && i < some; ++i)
+                            out[i] = header_->scl_slope * out[i] + header_->scl_inter;
+                        out += some;
+                    });
+    }
+
+    void note(Image& image) const { choice_.note(image); }
+
+ private:
+    long long sizeAlong(int axis) const {
+        return axis <= header_->ndim ? std::max<long long>(header_->dim[axis], 1) : 1;
+    }
+    std::size_t beside() const { return choice_.layout().count; }
+
+    NiftiImage header_;
+    std::size_t values_, skipped_ = 0, points_ = 0;
+    ChannelChoice choice_;
+    SampleType type_{};
+    std::string path_;
+    Image image_;
+    MaybeCompressed file_;
+};
 
 Image read(InputFile& file, const ReadOptions& options) {
-    const NiftiImage header = readHeader(file);
-    const nifti_image& image = *header;
-    const auto sizeAlong = [&](int axis) {
-        return axis <= image.ndim ? std::max<long long>(image.dim[axis], 1) : 1;
-    };
-    if (sizeAlong(6) * sizeAlong(7) > 1) refuse("has {} dimensions; give a volume, or several", image.ndim);
-    const long long width = image.nx, height = sizeAlong(2), depth = sizeAlong(3);
-    const auto frames = static_cast<std::size_t>(sizeAlong(4)),
-               values = static_cast<std::size_t>(sizeAlong(5));
-    // Colours lie beside each other, other channels one after the other, after all frames.
-    const std::size_t frame = frameAmong(frames, options.frame);
-    const std::size_t channel = values > 1 ? channelAmong(values, options.channel) : 0;
-    ChannelChoice choice(layoutOf(image.datatype), values > 1 ? "" : options.channel);
-    const SampleType type = choice.layout().isColour ? SampleType{'u', 1} : typeOf(image.datatype);
-    checkVolumeSize(width, height, depth);
-    const std::string path = pathOfSamples(image, file);
-    const auto points = static_cast<std::size_t>(width * height * depth), beside = choice.layout().count;
-    refuseEarlyEnd(path, static_cast<double>(points * beside * type.size));
-
-    Image result;
-    if (depth > 1)
-        setVolumeSize(result, width, height, depth);
+    Samples samples(file, options);
+    Image image = samples.image();
+    if (image.depth > 1)
+        setVolumeSize(image, image.width, image.height, image.depth);
     else
-        setPictureSize(result, width, height);
-    const auto usable = [](double h) { return h > 0 ? h : 1.0; };
-    result.placement.spacing = {usable(image.dx), usable(image.dy), usable(image.dz)};
-    result.placement.lengthUnit = image.xyz_units;
-    // A mask made of a field, with its header, is none.
-    result.isField = type.isFloatingPoint() && std::strstr(image.descrip, kFieldMark) != nullptr;
-    double* out = result.samples.data();
-    const bool isScaled = image.scl_slope != 0 && !choice.layout().isColour;
-    readSamples(image, path, type, (channel * frames + frame) * points * beside, points * beside,
-                [&](const double* samples, std::size_t count) {
-                    choice.take(samples, count / beside, out);
-                    for (std::size_t i = 0; isScaled && i < count; ++i)
-                        out[i] = image.scl_slope * out[i] + image.scl_inter;
-                    out += count / beside;
-                });
-    choice.note(result);
-    readPlace(image, result.placement);
-    return result;
+        setPictureSize(image, image.width, image.height);
+    samples.read(0, image.samples.size(), image.samples.data());
+    samples.note(image);
+    return image;
+}
+
+std::optional<Plane> planeIn(InputFile& file, const PlaneChoice& choice, const ReadOptions& options) {
+    Samples samples(file, options);
+    if (!isWanted(choice, samples.image()) || !samples.isPlain()) return std::nullopt;
+    Plane plane = describePlane(samples.image(), choice);
+    readPlaneBy(plane, choice.axis,
+                [&](std::size_t first, std::size_t count, double* out) { samples.read(first, count, out); });
+    samples.note(plane.volume);
+    return plane;
 }
 
 }  // namespace
@@ -246,6 +294,7 @@ Format niftiFormat() {
     format.matches = matches;
     format.holdsVolume = holdsVolume;
     format.read = read;
+    format.readPlane = planeIn;
     format.writesMasks = format.writesFloats = true;
     format.writeVolume = writeNifti;
     return format;

@@ -91,7 +91,7 @@ std::vector<double> NpyArray::values() const {
     return result;
 }
 
-bool holdsVolume(InputFile& file) { return parseNpy(file.start()).shape.size() == 3; }
+bool holdsVolume(InputFile& file, const ReadOptions&) { return parseNpy(file.start()).shape.size() == 3; }
 
 Image read(InputFile& file, const ReadOptions&) {
     const NpyArray array = parseNpy(file.all());
@@ -107,6 +107,15 @@ Image read(InputFile& file, const ReadOptions&) {
     image.samples = array.values();
     image.isField = array.type.isFloatingPoint();
     return image;
+}
+
+std::optional<Plane> planeIn(InputFile& file, const PlaneChoice& choice, const ReadOptions&) {
+    const NpyArray array = parseNpy(file.start());
+    if (array.isFortran) return std::nullopt;
+    Image volume;
+    describeVolume(volume, array.shape[2], array.shape[1], array.shape[0]);
+    volume.isField = array.type.isFloatingPoint();
+    return planeOf(file, {array.dataStart, array.type, array.isBigEndian}, volume, choice);
 }
 
 /// The header of a file of floating-point numbers in C order, with the shape as text.
@@ -146,6 +155,7 @@ Format npyFormat() {
     format.matches = [](InputFile& file) { return startsWith(file.start(), "\x93NUMPY"); };
     format.holdsVolume = holdsVolume;
     format.read = read;
+    format.readPlane = planeIn;
     format.writesFloats = true;
     format.writePicture = writePicture;
     format.writeVolume = writeVolume;

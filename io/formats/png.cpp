@@ -63,12 +63,22 @@ class PngFile {
     bool readRows(png_bytep* rows) {
         if (setjmp(png_jmpbuf(png_)) != 0) return false;
         png_read_image(png_, rows);
+        return true;
+    }
+    bool readRow(png_bytep row) {
+        if (setjmp(png_jmpbuf(png_)) != 0) return false;
+        png_read_row(png_, row, nullptr);
+        return true;
+    }
+    bool readEnd() {
+        if (setjmp(png_jmpbuf(png_)) != 0) return false;
         png_read_end(png_, nullptr);
         return true;
     }
 
     png_uint_32 width() const { return png_get_image_width(png_, info_); }
     png_uint_32 height() const { return png_get_image_height(png_, info_); }
+    bool isInterlaced() const { return png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE; }
     bool isDeep() const { return png_get_bit_depth(png_, info_) == 16; }
     std::size_t channels() const { return png_get_channels(png_, info_); }
     std::size_t rowBytes() const { return png_get_rowbytes(png_, info_); }
@@ -82,29 +92,32 @@ class PngFile {
     png_infop info_ = nullptr;
 };
 
-Image read(InputFile& input, const ReadOptions& options) {
+void readRows(InputFile& input, const ReadOptions& options, Image& image, const TakeRow& take) {
     PngFile file(input.all());
     if (!file.readHeader()) file.fail();
     ChannelLayout layout{file.channels(), file.channels() >= 3};
     if (layout.count % 2 == 0) layout.alpha = layout.count - 1;
     if (file.isDeep()) layout.opaque = 65535;
     ChannelChoice choice(layout, options.channel);
-    Image image;
-    setPictureSize(image, file.width(), file.height());
-    Bytes pixels(file.rowBytes() * file.height());
-    std::vector<png_bytep> rows(file.height());
-    for (std::size_t y = 0; y < rows.size(); ++y) rows[y] = pixels.data() + y * file.rowBytes();
-    if (!file.readRows(rows.data())) file.fail();
+    describePicture(image, file.width(), file.height());
+    // Passes of interlaced rows want all of them; others come one by one.
+    const std::size_t height = file.height(), held = file.isInterlaced() ? height : 1;
+    Bytes pixels(file.rowBytes() * held);
+    std::vector<png_bytep> rows(held);
+    for (std::size_t y = 0; y < held; ++y) rows[y] = pixels.data() + y * file.rowBytes();
+    if (file.isInterlaced() && !file.readRows(rows.data())) file.fail();
 
     const SampleType type{'u', file.isDeep() ? 2U : 1U};
     const std::size_t width = file.width();
-    std::vector<double> row(width * layout.count);
-    for (std::size_t y = 0; y < rows.size(); ++y) {
-        decodeSamples(type, rows[y], row.size(), row.data());
-        choice.take(row.data(), width, image.samples.data() + y * width);
+    std::vector<double> points(width * layout.count), row(width);
+    for (std::size_t y = 0; y < height; ++y) {
+        if (!file.isInterlaced() && !file.readRow(rows[0])) file.fail();
+        decodeSamples(type, rows[y % held], points.size(), points.data());
+        choice.take(points.data(), width, row.data());
+        take(row.data());
     }
+    if (!file.readEnd()) file.fail();
     choice.note(image);
-    return image;
 }
 
 void write(const PictureDocument& document, OutputFile& out) {
@@ -121,10 +134,11 @@ void write(const PictureDocument& document, OutputFile& out) {
 
 Format pngFormat() {
     Format format{"PNG", "png"};
+    format.drawsPixels = true;
     format.holds = Holds::kPictures;
     format.takesChannel = true;
     format.matches = [](InputFile& file) { return startsWith(file.start(), "\x89PNG\r\n\x1a\n"); };
-    format.read = read;
+    format.readRows = readRows;
     format.writesMasks = true;
     format.writePicture = write;
     return format;
@@ -133,6 +147,7 @@ Format pngFormat() {
 /// A mask is a picture: the format is what others are told by its name, where the ending is another.
 Format maskFormat() {
     Format format{"mask", "mask"};
+    format.drawsPixels = true;
     format.writesMasks = true;
     format.writePicture = [](const PictureDocument& document, OutputFile& out) {
         writePng(document.field.getBinaryImage(), out);
@@ -143,6 +158,7 @@ Format maskFormat() {
 /// A field in colours with its zero line, where a PNG would hold a mask.
 Format heatFormat() {
     Format format{"heat", "heat"};
+    format.drawsPixels = true;
     format.writePicture = [](const PictureDocument& document, OutputFile& out) {
         drawPng({document.field}, out);
     };

@@ -7,9 +7,33 @@
 
 namespace quorbin::io {
 
-Image decodeRaw(InputFile& file, const RawLayout& layout) {
+namespace {
+
+SampleType typeOf(const RawLayout& layout) {
     const auto digits = std::min(layout.type.find_first_of("0123456789"), layout.type.size());
-    const SampleType type{layout.type.front(), std::stoul("0" + layout.type.substr(digits)) / 8};
+    return {layout.type.front(), std::stoul("0" + layout.type.substr(digits)) / 8};
+}
+
+Image describe(const RawLayout& layout) {
+    Image image;
+    describeVolume(image, layout.size[0], layout.size[1], layout.size[2]);
+    image.format = "raw";
+    image.isField = typeOf(layout).isFloatingPoint();
+    return image;
+}
+
+}  // namespace
+
+std::optional<Plane> decodeRawPlane(InputFile& file, const RawLayout& layout, const PlaneChoice& choice) {
+    const Image volume = describe(layout);
+    const std::size_t wanted =
+        static_cast<std::size_t>(layout.size[0] * layout.size[1] * layout.size[2]) * typeOf(layout).size;
+    if (file.size() != wanted) return std::nullopt;
+    return planeOf(file, {0, typeOf(layout)}, volume, choice);
+}
+
+Image decodeRaw(InputFile& file, const RawLayout& layout) {
+    const SampleType type = typeOf(layout);
     const auto points = static_cast<std::size_t>(layout.size[0] * layout.size[1] * layout.size[2]);
     const std::size_t wanted = points * type.size;
     const Bytes& bytes = file.upTo(wanted + 1);  // of which there should be none
@@ -17,11 +41,9 @@ Image decodeRaw(InputFile& file, const RawLayout& layout) {
         refuse("has {}{} bytes; {} × {} × {} samples of type {} have {}",
                bytes.size() > wanted ? "at least " : "", bytes.size(), layout.size[0], layout.size[1],
                layout.size[2], layout.type, wanted);
-    Image image;
-    setVolumeSize(image, layout.size[0], layout.size[1], layout.size[2]);
-    decodeSamples(type, bytes.data(), image.samples.size(), image.samples.data());
-    image.format = "raw";
-    image.isField = type.isFloatingPoint();
+    Image image = describe(layout);
+    image.samples.resize(points);
+    decodeSamples(type, bytes.data(), points, image.samples.data());
     return image;
 }
 

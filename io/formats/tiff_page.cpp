@@ -17,6 +17,7 @@ TiffPage::TiffPage(TIFF* tiff) : tiff_(tiff) {
     TIFFGetFieldDefaulted(tiff, TIFFTAG_SAMPLESPERPIXEL, &channels_);
     TIFFGetFieldDefaulted(tiff, TIFFTAG_PLANARCONFIG, &planes);
     TIFFGetFieldDefaulted(tiff, TIFFTAG_COMPRESSION, &compression);
+    TIFFGetFieldDefaulted(tiff, TIFFTAG_ORIENTATION, &orientation_);
     if (TIFFIsCODECConfigured(compression) == 0)
         refuse("is compressed in a way (number {}) that cannot be read; save it with LZW, Deflate or none",
                compression);
@@ -91,12 +92,13 @@ double TiffPage::size() const { return static_cast<double>(width_) * height_ * c
 
 bool TiffPage::isLike(const TiffPage& other) const {
     return width_ == other.width_ && height_ == other.height_ && type_.kind == other.type_.kind &&
-           bits_ == other.bits_ && channels_ == other.channels_ && layout_.count == other.layout_.count &&
-           layout_.isColour == other.layout_.isColour && layout_.alpha == other.layout_.alpha;
+           bits_ == other.bits_ && orientation_ == other.orientation_ && channels_ == other.channels_ &&
+           layout_.count == other.layout_.count && layout_.isColour == other.layout_.isColour &&
+           layout_.alpha == other.layout_.alpha;
 }
 
-void TiffPage::read(ChannelChoice& channels, double* out) const {
-    isConverted_ ? readColours(channels, out) : readBlocks(channels, out);
+void TiffPage::read(ChannelChoice& channels, const TakeRow& take) const {
+    isConverted_ ? readColours(channels, take) : readBlocks(channels, take);
 }
 
 bool TiffPage::readBlock(std::uint32_t x, std::uint32_t y, std::uint16_t plane, Bytes& block) const {
@@ -107,7 +109,7 @@ bool TiffPage::readBlock(std::uint32_t x, std::uint32_t y, std::uint16_t plane, 
 }
 
 /// Tiles, or strips where planes lie one after the other, or else rows.
-void TiffPage::readBlocks(ChannelChoice& channels, double* out) const {
+void TiffPage::readBlocks(ChannelChoice& channels, const TakeRow& take) const {
     std::uint32_t across = width_, down = 1;
     tmsize_t rowBytes = TIFFScanlineSize(tiff_), bytes = rowBytes;
     if (isTiled_) {
@@ -127,12 +129,14 @@ void TiffPage::readBlocks(ChannelChoice& channels, double* out) const {
     const std::size_t beside = isPlanar_ ? 1 : channels_;  // samples of a point in a plane
     std::vector<Bytes> blocks(planes, Bytes(static_cast<std::size_t>(bytes)));
     std::vector<double> row(std::size_t{across} * beside), points(std::size_t{across} * layout_.count);
-    for (std::uint32_t y = 0; y < height_; y += down)
+    std::vector<double> strip(std::size_t{std::min(down, height_)} * width_);
+    for (std::uint32_t y = 0; y < height_; y += down) {
+        const std::uint32_t high = std::min(down, height_ - y);
         for (std::uint32_t x = 0; x < width_; x += across) {
             for (std::uint16_t plane = 0; plane < planes; ++plane)
                 if ((!isPlanar_ || channels.uses(plane)) && !readBlock(x, y, plane, blocks[plane])) fail(y);
             const std::size_t wide = std::min(across, width_ - x);
-            for (std::uint32_t r = 0; r < std::min(down, height_ - y); ++r) {
+            for (std::uint32_t r = 0; r < high; ++r) {
                 for (std::size_t plane = 0; plane < planes; ++plane) {
                     decode(blocks[plane].data() + r * static_cast<std::size_t>(rowBytes), wide * beside,
                            row.data());
@@ -144,20 +148,24 @@ void TiffPage::readBlocks(ChannelChoice& channels, double* out) const {
                 }
                 const bool isReady = palette_.empty() && !isPlanar_;
                 channels.take(isReady ? row.data() : points.data(), wide,
-                              out + (std::size_t{y} + r) * width_ + x);
+                              strip.data() + std::size_t{r} * width_ + x);
             }
         }
+        for (std::uint32_t r = 0; r < high; ++r) take(strip.data() + std::size_t{r} * width_);
+    }
 }
 
-void TiffPage::readColours(ChannelChoice& channels, double* out) const {
+void TiffPage::readColours(ChannelChoice& channels, const TakeRow& take) const {
     std::vector<std::uint32_t> raster(std::size_t{width_} * height_);
-    if (TIFFReadRGBAImageOriented(tiff_, width_, height_, raster.data(), ORIENTATION_TOPLEFT, 1) == 0)
-        fail(0);
+    // As it is kept: libtiff would turn it, but not by a quarter.
+    if (TIFFReadRGBAImageOriented(tiff_, width_, height_, raster.data(), orientation_, 1) == 0) fail(0);
+    std::vector<double> row(width_);
     for (std::size_t i = 0; i < raster.size(); ++i) {
         const double rgb[3] = {static_cast<double>(TIFFGetR(raster[i])),
                                static_cast<double>(TIFFGetG(raster[i])),
                                static_cast<double>(TIFFGetB(raster[i]))};
-        channels.take(rgb, 1, out + i);
+        channels.take(rgb, 1, &row[i % width_]);
+        if ((i + 1) % width_ == 0) take(row.data());
     }
 }
 

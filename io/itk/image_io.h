@@ -18,9 +18,9 @@ bool isWhole(const std::string& format, const std::string& path, std::size_t sam
 
 inline constexpr char kNotWhole[] = "ends before its samples do; give the whole file";
 
-/// The files of a folder's largest series of DICOM images, the first by UID if there are equals, and what
-/// there is to say about others. A folder without any is a fault.
-bool listSeries(const std::string& folder, Header& header, std::string& fault);
+/// Finds the files of one of a folder's series of DICOM images, which are numbered from 0 in the order of
+/// their UIDs. A folder without any is a fault, and one with several of which none is chosen.
+bool chooseSeries(const std::string& folder, long long number, Header& header, std::string& fault);
 
 /// The key of a header's field that says in words what the file holds.
 inline const char* markKey(const std::string& format) {

@@ -170,11 +170,11 @@ bool placeSeries(const std::string& format, Header& header, std::string& fault) 
     return true;
 }
 
-bool readHeader(const char* format, const char* path, Header& header, std::string& fault) {
+bool readHeader(const char* format, const char* path, long long series, Header& header, std::string& fault) {
     return guarded(format, fault, [&] {
         const bool isFolder = std::string(path).back() == '/';
         if (isFolder) {
-            if (!listSeries(path, header, fault)) return false;
+            if (!chooseSeries(path, series, header, fault)) return false;
         } else {
             header.files = {path};
         }

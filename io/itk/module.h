@@ -22,20 +22,25 @@ struct Header {
     std::string mark;                ///< the text that says what the file holds, where its format has one
     Placement placement;             ///< in the world where x goes right, y to the front and z up
     std::vector<std::string> files;  ///< with the samples, in order along z
-    std::string note;                ///< for the user, of what was not read
 };
 
-/// A field to be written.
+/// In the place of a series' number: the one that there is.
+inline constexpr long long kAnySeries = -1;
+
+/// A field to be written, or a mask.
 struct Volume {
     std::array<long long, 3> size;
-    const double* samples;
+    const void* samples;  ///< doubles, or bytes of a mask
+    bool isMask;
     const Placement& placement;
-    const char* mark;
+    const char* mark;  ///< the text that says what it is, if there is one
 };
 
 struct Module {
-    /// Reads a header; format is one of the names in the table, path that of a file or a folder.
-    bool (*readHeader)(const char* format, const char* path, Header& header, std::string& fault);
+    /// Reads a header; format is one of the names in the table, path that of a file or a folder,
+    /// and series the number of what is read of a folder.
+    bool (*readHeader)(const char* format, const char* path, long long series, Header& header,
+                       std::string& fault);
     /// Reads samples, with the components of each side by side. No more memory is used than the files fill,
     /// whatever the header says.
     bool (*readSamples)(const char* format, const Header& header, std::vector<double>& samples,

@@ -34,14 +34,16 @@ void writeMetaImage(const char* path, const Volume& volume) {
     const auto [width, height, depth] = volume.size;
     const std::array<double, 3>& spacing = volume.placement.spacing;
     MetaImage image(static_cast<int>(width), static_cast<int>(height), static_cast<int>(depth), spacing[0],
-                    spacing[1], spacing[2], MET_DOUBLE, 1, const_cast<double*>(volume.samples));
+                    spacing[1], spacing[2], volume.isMask ? MET_UCHAR : MET_DOUBLE, 1,
+                    const_cast<void*>(volume.samples));
     const Place place = placeOf(volume.placement);
     image.TransformMatrix(&place.directions[0][0]);
     image.Offset(place.origin);
     image.SetDoublePrecision(17);
     image.BinaryData(true);
-    image.AddUserField(markKey("MetaImage"), MET_STRING, static_cast<int>(std::strlen(volume.mark)),
-                       volume.mark, false);
+    if (volume.mark != nullptr)
+        image.AddUserField(markKey("MetaImage"), MET_STRING, static_cast<int>(std::strlen(volume.mark)),
+                           volume.mark, false);
     image.ElementDataFileName("LOCAL");
     std::ofstream file(path, std::ios::binary);
     if (!image.WriteStream(&file)) throw std::runtime_error("cannot be written");
@@ -53,7 +55,8 @@ void writeNrrd(const char* path, const Volume& volume) {
     const auto io = imageIo("NRRD");
     io->SetFileName(path);
     io->SetNumberOfDimensions(3);
-    io->SetComponentType(::itk::IOComponentEnum::DOUBLE);
+    using Type = ::itk::IOComponentEnum;
+    io->SetComponentType(volume.isMask ? Type::UCHAR : Type::DOUBLE);
     io->SetPixelType(::itk::IOPixelEnum::SCALAR);
     io->SetNumberOfComponents(1);
     io->SetFileTypeToBinary();
@@ -69,7 +72,8 @@ void writeNrrd(const char* path, const Volume& volume) {
         io->SetOrigin(axis, place.origin[axis]);
     }
     io->SetIORegion(region);
-    ::itk::EncapsulateMetaData<std::string>(io->GetMetaDataDictionary(), markKey("NRRD"), volume.mark);
+    if (volume.mark != nullptr)
+        ::itk::EncapsulateMetaData<std::string>(io->GetMetaDataDictionary(), markKey("NRRD"), volume.mark);
     io->Write(volume.samples);
 }
 

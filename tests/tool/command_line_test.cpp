@@ -142,6 +142,13 @@ TEST_F(CommandLine, SeveralInputsGoIntoAFolderWithALineEachAndErrorsAtTheEnd) {
     EXPECT_EQ(shell("$Q mask a.pgm b.pgm -o -"), 2);
     EXPECT_EQ(shell("$Q segment a.pgm b.pgm -o new --picture over.png"), 2);
     EXPECT_FALSE(isThere("over.png"));
+    for (const std::string name : {"new.svg", "new.png"}) {
+        EXPECT_EQ(shell("$Q contour a.pgm " + name), 2);
+        EXPECT_EQ(err(), "quorbin: " + name +
+                             ": is not there to be read; if it is what to write, put it after -o, as in -o " +
+                             name + "\n");
+        EXPECT_EQ(out(), "");
+    }
     ASSERT_EQ(shell("$Q info a.pgm b.pgm"), 0);
     const std::string lines = out();
     EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 2);
@@ -162,6 +169,18 @@ TEST_F(CommandLine, JsonIsOneObjectOfEveryCommand) {
         EXPECT_EQ(json["written"].size(), line[0] == 'i' ? 0U : 1U) << out();
         EXPECT_GE(json["seconds"], 0.0);
     }
+    // The level is there whoever has chosen it, but for what has none.
+    ASSERT_EQ(shell("echo 'P2 4 1 9 0 1 8 9' >c.pgm; $Q convert c.pgm -o field.npy"), 0) << err();
+    for (const auto& [words, level] : {std::pair<std::string, double>{"info a.pgm", 4.5},
+                                       {"mask c.pgm -o c.png", 4.5},
+                                       {"info c.pgm --level 3", 3},
+                                       {"distance c.pgm -o d.npy", 4.5},
+                                       {"info field.npy", 0}}) {
+        shell("$Q " + words + " --json");
+        EXPECT_EQ(nlohmann::json::parse(out())["level"], level) << words;
+    }
+    ASSERT_EQ(shell("$Q info c.pgm --between 1,8 --json"), 0) << err();
+    EXPECT_FALSE(nlohmann::json::parse(out()).contains("level"));
     EXPECT_EQ(shell("$Q contour a.pgm none.pgm --json"), 2);
     const auto json = nlohmann::json::parse(out(), nullptr, false);
     EXPECT_EQ(json["files"][0]["polygons"], 1);
@@ -169,6 +188,7 @@ TEST_F(CommandLine, JsonIsOneObjectOfEveryCommand) {
     EXPECT_EQ(shell("$Q mask a.pgm -o - --json"), 2);
     ASSERT_EQ(shell("$Q demo -o demo --json"), 0);
     EXPECT_EQ(nlohmann::json::parse(out())["written"].size(), 11U);
+    EXPECT_TRUE(nlohmann::json::parse(out())["level"].is_number());
 }
 
 TEST_F(CommandLine, AFileThatMayNotBeWrittenStaysWhatItIs) {

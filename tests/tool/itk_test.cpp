@@ -34,7 +34,8 @@ class ItkFormats : public VolumeTool {
     }
 
     /// A slice of 4 × 3 samples 0, 1, 2 ..., shown as 2 × sample - 1000, turned in its plane.
-    static std::string slice(const std::string& series, const std::string& name, double z) {
+    static std::string slice(const std::string& series, const std::string& name, double z,
+                             const std::string& shades = "MONOCHROME2") {
         const std::string syntax = element(2, 0x10, "UI", "1.2.840.10008.1.2.1"),
                           kind = element(2, 2, "UI", "1.2.840.10008.5.1.4.1.1.2"),
                           uid = element(2, 3, "UI", "1.2.3." + name), meta = kind + uid + syntax;
@@ -44,10 +45,10 @@ class ItkFormats : public VolumeTool {
                element(2, 0, "UL", bytesOf(static_cast<std::uint32_t>(meta.size()), 4)) + meta +
                element(8, 0x16, "UI", "1.2.840.10008.5.1.4.1.1.2") + element(8, 0x18, "UI", "1.2.3." + name) +
                element(8, 0x60, "CS", "CT") + element(0x20, 0xd, "UI", "1.2.3") +
-               element(0x20, 0xe, "UI", "1.2.3." + series) + element(0x20, 0x13, "IS", name) +
-               element(0x20, 0x32, "DS", "10\\20\\" + std::to_string(z)) +
+               element(8, 0x103e, "LO", "scan " + series) + element(0x20, 0xe, "UI", "1.2.3." + series) +
+               element(0x20, 0x13, "IS", name) + element(0x20, 0x32, "DS", "10\\20\\" + std::to_string(z)) +
                element(0x20, 0x37, "DS", "0\\1\\0\\-1\\0\\0") + element(0x28, 2, "US", bytesOf(1, 2)) +
-               element(0x28, 4, "CS", "MONOCHROME2") + element(0x28, 0x10, "US", bytesOf(3, 2)) +
+               element(0x28, 4, "CS", shades) + element(0x28, 0x10, "US", bytesOf(3, 2)) +
                element(0x28, 0x11, "US", bytesOf(4, 2)) + element(0x28, 0x30, "DS", "0.75\\0.5") +
                element(0x28, 0x100, "US", bytesOf(16, 2)) + element(0x28, 0x101, "US", bytesOf(16, 2)) +
                element(0x28, 0x102, "US", bytesOf(15, 2)) + element(0x28, 0x103, "US", bytesOf(0, 2)) +
@@ -118,12 +119,54 @@ TEST_F(ItkFormats, ReadSeriesOfDicomByPlaceAndNotByName) {
     EXPECT_FALSE(picture.isVolume);
     EXPECT_EQ(picture.width, 4);
 
-    write("series/other", slice("2", "9", 0));
-    EXPECT_EQ(readBack("series").samples, volume.samples);
-    EXPECT_EQ(readBack("series").notes.size(), 1U);
     std::filesystem::remove(folder + "/series/3");
     EXPECT_EQ(run("info series"), 2) << "one is missing";
     EXPECT_NE(read("err").find("series: has images at uneven distances"), std::string::npos) << read("err");
+}
+
+TEST_F(ItkFormats, WantANumberWhereAFolderHasSeveralSeries) {
+    std::filesystem::create_directories(folder + "/series");
+    for (int i = 0; i < 3; ++i) write("series/" + std::to_string(i), slice("2", std::to_string(i), i));
+    ASSERT_EQ(run("info series --series 0"), 0) << "it is the only one: " << read("err");
+    write("series/other", slice("1", "9", 0));
+    for (const std::string none : {"", " --series 2"}) {
+        EXPECT_EQ(run("info series" + none), 2);
+        EXPECT_NE(read("err").find("0 (1 image, scan 1), 1 (3 images, scan 2)"), std::string::npos)
+            << read("err");
+        EXPECT_EQ(read("err").find('\n'), read("err").size() - 1) << read("err");
+    }
+    EXPECT_EQ(run("info series --series 0"), 0) << read("err");
+    EXPECT_NE(read("out").find("picture, 4 × 3 points"), std::string::npos) << read("out");
+    EXPECT_EQ(run("info series --series 1"), 0) << read("err");
+    EXPECT_NE(read("out").find("volume, 4 × 3 × 3 points"), std::string::npos) << read("out");
+    EXPECT_EQ(run("slice series --series 1 --at 2 -o a.npy"), 0) << read("err");
+    EXPECT_EQ(run("contour series --series 1 -o a.csv"), 0) << read("err");
+    EXPECT_EQ(run("info series/other --series 0"), 2);
+    EXPECT_NE(read("err").find("is one file; leave out --series"), std::string::npos) << read("err");
+}
+
+TEST_F(ItkFormats, ShowDicomWhoseLowestSamplesAreWhiteAsViewersDo) {
+    write("black.dcm", slice("1", "1", 0));
+    write("white.dcm", slice("1", "1", 0, "MONOCHROME1"));
+    const std::vector<double> black = readBack("black.dcm").samples, white = readBack("white.dcm").samples;
+    for (std::size_t i = 1; i < black.size(); ++i) {
+        EXPECT_EQ(black[i] - black[i - 1], 2);
+        EXPECT_EQ(white[i] - white[i - 1], -2);
+    }
+}
+
+TEST_F(ItkFormats, WriteMasksAsBytesWithTheirPlace) {
+    writeNifti();
+    ASSERT_EQ(run("mask ball.nii --level 100 -o mask.nii"), 0) << read("err");
+    const quorbin::io::Image mask = readBack("mask.nii");
+    for (const std::string name : {"mask.nrrd", "mask.mha"}) {
+        ASSERT_EQ(run("mask ball.nii --level 100 -o " + name), 0) << read("err");
+        const quorbin::io::Image back = readBack(name);
+        EXPECT_EQ(back.samples, mask.samples) << name;
+        EXPECT_FALSE(back.isField) << name;
+        EXPECT_EQ(back.placement.affine, mask.placement.affine) << name;
+        EXPECT_LT(read(name).size(), mask.samples.size() + 1000) << name;
+    }
 }
 
 TEST_F(ItkFormats, ReadAnalyzeBesideThem) {

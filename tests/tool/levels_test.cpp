@@ -3,10 +3,13 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <random>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <nlohmann/json.hpp>
 
 #include "fields/from_samples.h"
 #include "tool/volume_tool.h"
@@ -117,6 +120,15 @@ TEST_F(Labels, ShareTheirOutlinesAndTogetherFillThePicture) {
     }
     EXPECT_EQ(together, (kWidth - 1) * (kHeight - 1));
     ASSERT_EQ(run("contour labels.npy --label all -q -o part.csv"), 0) << read("err");
+    double enclosed = 0;
+    for (const char* label : {"1", "3"}) {
+        ASSERT_EQ(run(std::string("info volume.npy --label ") + label), 0) << read("err");
+        const double volume = number("volume ");
+        ASSERT_EQ(run(std::string("mesh volume.npy --cap -f -o a.ply --label ") + label), 0) << read("err");
+        EXPECT_NEAR(number("volume "), volume, 1e-3);
+        enclosed += volume;
+    }
+    EXPECT_NEAR(enclosed, (kWidth - 1) * (kHeight - 1) * 2, 1e-3);
     // The same points, half way between samples, but for those on the border.
     const auto inner = [&](const std::string& name) {
         std::istringstream lines(read(name));
@@ -128,6 +140,29 @@ TEST_F(Labels, ShareTheirOutlinesAndTogetherFillThePicture) {
     };
     EXPECT_GT(inner("part-1.csv").size(), 10U);
     EXPECT_EQ(inner("part-1.csv"), inner("part-3.csv"));
+}
+
+TEST_F(Labels, FillEveryPlaneOfAVolumeExactlyOnceTogether) {
+    // By chance three and four meet in a cell; along x, y and z there are 5, 4 and 6 samples.
+    std::mt19937 random(1);
+    std::vector<double> samples(5 * 4 * 6);
+    for (double& label : samples) label = 1 + static_cast<double>(random() % 4);
+    writeNpy("random.npy", "6, 4, 5", samples);
+    const std::pair<std::string, double> axes[] = {{"x", 5 * 3 * 5}, {"y", 4 * 4 * 5}, {"z", 6 * 4 * 3}};
+    for (const auto& [axis, whole] : axes) {
+        double together = 0, ofSlice = 0;
+        for (const std::string label : {"1", "2", "3", "4"}) {
+            const std::string words = " random.npy --label " + label + " --axis " + axis;
+            ASSERT_EQ(run("contour" + words + " -f -o a.geojson"), 0) << read("err");
+            together += number("area ");
+            ASSERT_EQ(run("slice" + words + " --at 1 -f -q -o b.geojson"), 0) << read("err");
+            const auto json = nlohmann::json::parse(read("b.geojson"));
+            for (const auto& feature : json["features"])
+                ofSlice += feature["properties"]["area"].get<double>();
+        }
+        EXPECT_NEAR(together, whole, 1e-9) << axis;
+        EXPECT_NEAR(ofSlice, whole / (axis == "x" ? 5 : axis == "y" ? 4 : 6), 1e-9) << axis;
+    }
 }
 
 TEST_F(Labels, AreWrittenOneByOneByEveryCommand) {

@@ -29,7 +29,7 @@ quorbin::io::Image readBytes(const Bytes& bytes, const std::string& channel = {}
 Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
 Bytes png(int width, int height, int colorType, int depth, const std::vector<unsigned char>& pixels,
-          const std::vector<png_color>& palette = {}) {
+          const std::vector<png_color>& palette = {}, int interlace = PNG_INTERLACE_ADAM7) {
     Bytes out;
     png_structp file = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png_create_info_struct(file);
@@ -41,7 +41,7 @@ Bytes png(int width, int height, int colorType, int depth, const std::vector<uns
         },
         nullptr);
     png_set_IHDR(file, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), depth,
-                 colorType, PNG_INTERLACE_ADAM7, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+                 colorType, interlace, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     if (!palette.empty()) png_set_PLTE(file, info, palette.data(), static_cast<int>(palette.size()));
     png_write_info(file, info);
     const std::size_t rowBytes = png_get_rowbytes(file, info);
@@ -193,6 +193,15 @@ TEST(FieldFromPicture, TakesMasksLevelsAndOtsu) {
     grown.level = 1;
     makeField(picture, grown, field, note);
     EXPECT_EQ(field.get(3, 0), 1.0);
+}
+
+TEST(PngReader, TakesRowsAsTheyComeOrInterlacedAndRefusesHalfAFile) {
+    const std::vector<unsigned char> pixels{0, 10, 20, 30, 40, 50};
+    const Bytes whole = png(3, 2, PNG_COLOR_TYPE_GRAY, 8, pixels, {}, PNG_INTERLACE_NONE);
+    const std::vector<double> expected(pixels.begin(), pixels.end());
+    EXPECT_EQ(readBytes(whole).samples, expected);
+    EXPECT_EQ(readBytes(png(3, 2, PNG_COLOR_TYPE_GRAY, 8, pixels)).samples, expected);
+    EXPECT_THROW(readBytes(Bytes(whole.begin(), whole.end() - 20)), Failure);
 }
 
 }  // namespace

@@ -221,7 +221,7 @@ TEST_F(VolumeFormats, SayWhatIsWrong) {
     std::ofstream(folder + "/short.nii", std::ios::binary) << nifti.substr(0, 5000);
     writeAltered("header.nii", 40, std::string("\x63\0", 2));  // the number of dimensions
     const std::tuple<const char*, const char*> cases[] = {
-        {"contour ball.fl3d -o a.svg", "is a volume; quorbin slice"},
+        {"segment ball.fl3d -o a.svg", "is a volume; quorbin slice"},
         {"mesh ball.raw -o a.ply", "--size and --type"},
         {"mesh ball.raw -o a.ply --size 25,23,14", "--type"},
         {"mesh ball.raw -o a.ply --size 25,23,15 --type float64", "ball.raw: has"},

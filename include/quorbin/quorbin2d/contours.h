@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "../brin/vec.h"
+#include "../progress.h"
 #include "../quorbin_export.h"
 #include "fast_level_set_2d.h"
 #include "full_level_set_2d.h"
@@ -40,6 +42,34 @@ struct OpenContours {
 
 /// As contours(field), but what meets the border of the grid is left open there.
 QUORBIN_EXPORT OpenContours openContours(const FullLevelSet2D& field);
+
+/// The region of one label among others, one a sample, of which the field is made: -0.5 where the label is
+/// and 0.5 elsewhere. The regions of all labels together fill the picture without gaps or overlaps: where
+/// three or four meet in a cell they meet in its middle, unless two opposite corners are of one label, which
+/// is then connected. Throws std::invalid_argument for another number of labels than of samples.
+QUORBIN_EXPORT std::vector<Polygon> contours(const FullLevelSet2D& field, const std::vector<double>& labels);
+QUORBIN_EXPORT OpenContours openContours(const FullLevelSet2D& field, const std::vector<double>& labels);
+
+/// A field that is read row by row and need not be held.
+struct FieldRows {
+    int width = 0, height = 0;
+    double xSpace = 1, ySpace = 1;
+    /// Fills in width values; asked once for each y, from 0 on.
+    std::function<void(int y, double* row)> read;
+    /// Fills in the labels of a row, asked for after its values, where the field is that of one among them.
+    std::function<void(int y, double* row)> readLabels = {};
+};
+
+/// The same contours of such a field, in the same order, to the last bit. A region is handed to take as soon
+/// as it and all before it are whole, so that of the points those of the regions under way are held, at 24
+/// bytes, and at 16 those of whole ones behind them. Progress, told of each row, may end it: then false, and
+/// nothing more is handed on. What read and take throw goes through.
+QUORBIN_EXPORT bool contours(const FieldRows& rows, const std::function<void(Polygon&&)>& take,
+                             const Progress& progress = {});
+
+/// As openContours(field); both are handed on at the end, regions first.
+QUORBIN_EXPORT bool openContours(const FieldRows& rows, const std::function<void(Polygon&&)>& takeRegion,
+                                 const std::function<void(Ring&&)>& takeLine, const Progress& progress = {});
 
 /// The same regions with fewer points. Every point that is left out lies within the tolerance, in world
 /// units, of the line that has taken its place, and no ring comes to cross itself or another one. Points go

@@ -16,9 +16,16 @@ class FullLevelSet2D;
 class FullLevelSet3D;
 
 namespace quorbin {
+
 /// FullLevelSet2D::ensureSignedDistanceFMM, which progress may end: then false, and the values stay. It is
 /// told of the points that have their distance, at every 32768th.
 QUORBIN_EXPORT bool ensureSignedDistanceFMM(FullLevelSet2D& field, const Progress& progress);
+
+/// FullLevelSet2D::ensureSignedDistance and ensureSignedDistanceBrute in the same way, told of each row that
+/// they have gone over.
+QUORBIN_EXPORT bool ensureSignedDistance(FullLevelSet2D& field, const Progress& progress);
+QUORBIN_EXPORT bool ensureSignedDistanceBrute(FullLevelSet2D& field, const Progress& progress);
+
 }  // namespace quorbin
 
 /// A level set on a dense grid of width × height doubles.
@@ -186,6 +193,8 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
  private:
     friend class FullLevelSet3D;  // which cuts planes
     friend bool quorbin::ensureSignedDistanceFMM(FullLevelSet2D&, const quorbin::Progress&);
+    friend bool quorbin::ensureSignedDistance(FullLevelSet2D&, const quorbin::Progress&);
+    friend bool quorbin::ensureSignedDistanceBrute(FullLevelSet2D&, const quorbin::Progress&);
 
     // Memory from calloc costs nothing until it is touched, so a file whose header tells too large a size
     // does no harm.
@@ -196,6 +205,8 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
 
     template <class Watch>
     void march(Watch watch);
+    bool measureBySweeps(const quorbin::Progress& progress);
+    bool measureByBruteForce(const quorbin::Progress& progress);
 
     static Array allocate(int width, int height);
     bool adopt(int width, int height, double xSpace, double ySpace);

@@ -13,9 +13,11 @@ class FullLevelSet3D;
 class FullLevelSet2D;
 
 namespace quorbin {
+
 /// FullLevelSet3D::ensureSignedDistanceFMM, which progress may end: then false, and the values stay. It is
 /// told of the points that have their distance, at every 32768th.
 QUORBIN_EXPORT bool ensureSignedDistanceFMM(FullLevelSet3D& field, const Progress& progress);
+
 }  // namespace quorbin
 
 /// A level set on a dense grid of width × height × depth doubles.

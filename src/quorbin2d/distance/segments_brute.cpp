@@ -7,7 +7,7 @@
 
 using lset::detail::SegmentTree;
 
-void FullLevelSet2D::ensureSignedDistanceBrute() {
+bool FullLevelSet2D::measureByBruteForce(const quorbin::Progress& progress) {
     std::vector<brin::Vec2<double>> points;
     std::vector<std::pair<int, int>> segments;
     getLines(points, segments);
@@ -25,11 +25,19 @@ void FullLevelSet2D::ensureSignedDistanceBrute() {
     if (std::isnan(bound)) segments.clear();
     const SegmentTree tree(points, segments);
 
-    double* value = values_.get();
+    double* distance = scratch_.get();
     std::size_t nearest = 0;
-    for (int y = 0; y < height_; ++y)
-        for (int x = 0; x < width_; ++x, ++value) {
-            const double distance = std::sqrt(tree.smallest({double(x), double(y)}, bound, nearest));
-            *value = *value > 0 ? distance : -distance;
-        }
+    for (int y = 0; y < height_; ++y) {
+        for (int x = 0; x < width_; ++x, ++distance)
+            *distance = std::sqrt(tree.smallest({double(x), double(y)}, bound, nearest));
+        if (progress && !progress(y + 1, height_)) return false;
+    }
+    for (std::size_t i = 0; i < size(); ++i) values_[i] = values_[i] > 0 ? scratch_[i] : -scratch_[i];
+    return true;
+}
+
+void FullLevelSet2D::ensureSignedDistanceBrute() { measureByBruteForce({}); }
+
+bool quorbin::ensureSignedDistanceBrute(FullLevelSet2D& field, const Progress& progress) {
+    return field.measureByBruteForce(progress);
 }

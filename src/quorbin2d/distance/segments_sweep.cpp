@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "common/watch.h"
 #include "quorbin2d/extraction/cells.h"
 #include "quorbin2d/extraction/segment_distance.h"
 
@@ -32,17 +33,22 @@ class NearestSegments {
         });
     }
 
-    void sweep() {
-        for (int y = 0; y < height_; ++y)
+    template <class EndRow>
+    void sweep(EndRow endRow) {
+        for (int y = 0; y < height_; ++y) {
             for (int x = 0; x < width_; ++x) {
                 if (x > 0) offer(x, y, nearest_[at(x - 1, y)]);
                 if (y > 0) offer(x, y, nearest_[at(x, y - 1)]);
             }
-        for (int y = height_ - 1; y >= 0; --y)
+            endRow();
+        }
+        for (int y = height_ - 1; y >= 0; --y) {
             for (int x = width_ - 1; x >= 0; --x) {
                 if (x < width_ - 1) offer(x, y, nearest_[at(x + 1, y)]);
                 if (y < height_ - 1) offer(x, y, nearest_[at(x, y + 1)]);
             }
+            endRow();
+        }
     }
 
     const std::vector<double>& squared() const { return squared_; }
@@ -89,13 +95,30 @@ void addCells(FullLevelSet2D&, const DenseReader2D& field, int width, int height
 
 }  // namespace
 
-void FullLevelSet2D::ensureSignedDistance() {
+bool FullLevelSet2D::measureBySweeps(const quorbin::Progress& progress) {
     NearestSegments found(width_, height_);
     withReader(*this, [&](const auto& field) { addCells(*this, field, width_, height_, found); });
-    found.sweep();
-    found.sweep();
+    // Finding the segments takes a moment beside the sweeps, each of which goes over all rows twice.
+    constexpr double kSweeps = 2;
+    const Watch watch(progress, 0);
+    double rows = 0;
+    const auto endRow = [&] {
+        constexpr int kParts = 1 << 20;
+        watch.tell(static_cast<int>(++rows / (2 * kSweeps * height_) * kParts), kParts);
+    };
+    if (!isDoneToTheEnd([&] {
+            for (int sweep = 0; sweep < kSweeps; ++sweep) found.sweep(endRow);
+        }))
+        return false;
     const double furthest = static_cast<double>(size());
     for (std::size_t i = 0; i < size(); ++i)
         if (found.squared()[i] <= furthest)
             values_[i] = (values_[i] > 0 ? 1.0 : -1.0) * std::sqrt(found.squared()[i]);
+    return true;
+}
+
+void FullLevelSet2D::ensureSignedDistance() { measureBySweeps({}); }
+
+bool quorbin::ensureSignedDistance(FullLevelSet2D& field, const Progress& progress) {
+    return field.measureBySweeps(progress);
 }

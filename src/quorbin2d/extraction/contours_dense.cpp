@@ -1,10 +1,13 @@
+#include <algorithm>
 #include <cstddef>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
+#include "common/watch.h"
 #include "quorbin2d/contours.h"
 #include "quorbin2d/extraction/cells.h"
-#include "quorbin2d/extraction/nested_rings.h"
+#include "quorbin2d/extraction/ring_sweep.h"
 #include "quorbin2d/extraction/shared_points.h"
 
 using namespace lset::detail;
@@ -25,11 +28,11 @@ class SurroundedRow {
           values_(static_cast<std::size_t>(size.width) + 2, kOutsideValue),
           inside_(size.width + 2) {}
 
-    template <class Reader>
-    void read(const Reader& field, int y) {
-        for (int x = 0; x < size_.width; ++x)
-            values_[static_cast<std::size_t>(x) + 1] =
-                size_.holds(x, y) ? field.getInGrid(x, y) : kOutsideValue;
+    void read(const quorbin::FieldRows& rows, int y) {
+        if (size_.holds(0, y))
+            rows.read(y, values_.data() + 1);
+        else
+            std::fill(values_.begin(), values_.end(), kOutsideValue);
         inside_.flagNotPositive(values_.data());
     }
     double value(int x) const { return values_[static_cast<std::size_t>(x) + 1]; }
@@ -80,58 +83,156 @@ struct Cell {
     }
 };
 
-/// Read once: a subclass may change its mind.
-template <class Reader>
-Size sizeOf(const Reader& field) {
-    const int width = field.width();
-    const int height = field.height();
-    return {width, height};
-}
-
-constexpr int kBottomEdge = 0, kTopEdge = 2;
+constexpr int kBottomEdge = 0, kRightEdge = 1, kTopEdge = 2, kLeftEdge = 3;
 
 enum class Border { kClosed, kOpen };
 
-/// The contours of a field: closed along its border by cells around the grid, or of its own cells alone.
-template <class Reader>
-RingTrace trace(const Reader& field, Size size, Border border) {
-    RingTrace trace;
-    const int width = size.width;
-    const int height = size.height;
+/// How a region goes through a cell in which it meets others.
+enum class Meeting {
+    kAsInTheTable,
+    kJoined,    ///< its two opposite corners are connected, the others are cut off
+    kInMiddle,  ///< by way of the middle of the cell
+};
+
+/// Of a field alone, which knows inside and outside.
+struct NoLabels {
+    static void readNext(int) {}
+    static Meeting in(const Cell&) { return Meeting::kAsInTheTable; }
+};
+
+/// Of regions by the labels in the two rows that are read last.
+class LabelRows {
+ public:
+    explicit LabelRows(const quorbin::FieldRows& rows)
+        : rows_(rows), lower_(static_cast<std::size_t>(rows.width)), upper_(lower_) {}
+
+    void readNext(int y) {
+        lower_.swap(upper_);
+        if (y >= 0 && y < rows_.height) rows_.readLabels(y, upper_.data());
+    }
+    Meeting in(const Cell& cell) const {
+        if (!cell.size.holds(cell.x, cell.y) || !cell.size.holds(cell.x + 1, cell.y + 1))
+            return Meeting::kAsInTheTable;
+        const auto left = static_cast<std::size_t>(cell.x), right = left + 1;
+        const double corner[4] = {lower_[left], lower_[right], upper_[right], upper_[left]};
+        // Two labels at opposite corners each: the table connects those at 1 and 3 and cuts the others off.
+        if (cell.number() == kCutFrom1And3)
+            return corner[1] == corner[3] ? Meeting::kAsInTheTable : Meeting::kJoined;
+        int changes = 0;
+        for (int k = 0; k < 4; ++k) changes += corner[k] != corner[(k + 1) % 4] ? 1 : 0;
+        const bool isJoined = corner[0] == corner[2] || corner[1] == corner[3];
+        return changes > 2 && !isJoined ? Meeting::kInMiddle : Meeting::kAsInTheTable;
+    }
+
+ private:
+    static constexpr int kCutFrom1And3 = 10;
+
+    const quorbin::FieldRows& rows_;
+    std::vector<double> lower_, upper_;
+};
+
+/// Finds the segments of contours row by row: closed along the border by cells around the grid, or of its own
+/// cells alone. Each row is asked for once, in order.
+template <class Meetings>
+void trace(const quorbin::FieldRows& rows, Border border, Meetings meetings, RingSweep& sweep,
+           const Watch& watch) {
+    const Size size{rows.width, rows.height};
     const int around = border == Border::kClosed ? 1 : 0;
+    const int firstX = -around, lastX = size.width - 2 + around;
+    const int firstY = -around, lastY = size.height - 2 + around;
     SurroundedRow lower(size), upper(size);
-    lower.read(field, -around);
-    SharedPoints shared(width + 2);
-    std::vector<RingTrace::RowCrossing> firstRow;
-    for (int y = -around; y < height - 1 + around; ++y) {
-        upper.read(field, y + 1);
-        forEachMixedCell(lower.inside(), upper.inside(), width + 1, [&](int column) {
+    const auto readInto = [&](SurroundedRow& row, int y) {
+        row.read(rows, y);
+        meetings.readNext(y);
+    };
+    readInto(lower, firstY);
+    SharedPoints shared(size.width + 2);
+    for (int y = firstY; y <= lastY; ++y) {
+        readInto(upper, y + 1);
+        forEachMixedCell(lower.inside(), upper.inside(), size.width + 1, [&](int column) {
             const Cell cell{lower, upper, size, column - 1, y};
-            if (cell.x < -around || cell.x >= width - 1 + around) return;
-            const auto pointOn = [&](int edge) {
-                int& index = shared.at(column, edge);
-                if (index == SharedPoints::kNone) {
-                    index = static_cast<int>(trace.points.size());
-                    trace.points.push_back(cell.crossingOn(edge));
-                    // All other bottom edges have been top edges before.
-                    if (edge == kTopEdge)
-                        trace.rowCrossings.push_back({index, y + 1, !upper.isInside(cell.x)});
-                    else if (edge == kBottomEdge)
-                        firstRow.push_back({index, y, !lower.isInside(cell.x)});
-                }
-                return index;
+            if (cell.x < firstX || cell.x > lastX) return;
+            const auto isOnBorder = [&](int edge) {
+                return border == Border::kOpen &&
+                       ((edge == kLeftEdge && cell.x == firstX) || (edge == kRightEdge && cell.x == lastX) ||
+                        (edge == kBottomEdge && y == firstY) || (edge == kTopEdge && y == lastY));
             };
-            forEachSegment(cell.number(), [&](int from, int to) {
-                const int start = pointOn(from);
+            const auto pointOn = [&](int edge) {
+                int& number = shared.at(column, edge);
+                if (number == SharedPoints::kNone) {
+                    number = sweep.addPoint(cell.crossingOn(edge), isOnBorder(edge));
+                    if (edge == kTopEdge) sweep.addCrossing(number, !upper.isInside(cell.x));
+                }
+                return number;
+            };
+            const Meeting meeting = meetings.in(cell);
+            const auto add = [&](int from, int to) {
+                int start = pointOn(from);
                 const int end = pointOn(to);
-                trace.segments.emplace_back(start, end);
-            });
+                if (meeting == Meeting::kInMiddle) {
+                    const int middle = sweep.addPoint({cell.x + 0.5, cell.y + 0.5}, false);
+                    sweep.addSegment(start, middle);
+                    start = middle;
+                }
+                sweep.addSegment(start, end);
+            };
+            if (meeting == Meeting::kJoined) {
+                add(kBottomEdge, kRightEdge);
+                add(kTopEdge, kLeftEdge);
+            } else {
+                forEachSegment(cell.number(), add);
+            }
         });
+        sweep.endRow();
         shared.nextRow();
         lower.swap(upper);
+        watch.tell(y - firstY + 1, lastY - firstY + 1);
     }
-    trace.rowCrossings.insert(trace.rowCrossings.begin(), firstRow.begin(), firstRow.end());
-    return trace;
+}
+
+void traceAll(const quorbin::FieldRows& rows, Border border, RingSweep& sweep, const Watch& watch) {
+    if (rows.readLabels)
+        trace(rows, border, LabelRows(rows), sweep, watch);
+    else
+        trace(rows, border, NoLabels(), sweep, watch);
+}
+
+/// The rows of a grid, point by point: a subclass may have a say. Its size is read once, as it may change its
+/// mind.
+template <class Reader>
+quorbin::FieldRows rowsOf(const Reader& reader) {
+    const int width = reader.width();
+    const int height = reader.height();
+    const double hx = reader.hx();
+    const double hy = reader.hy();
+    return {width, height, hx, hy, [&reader, width](int y, double* row) {
+                for (int x = 0; x < width; ++x) row[x] = reader.getInGrid(x, y);
+            }};
+}
+
+/// The labels must outlive them.
+quorbin::FieldRows withLabels(quorbin::FieldRows rows, const std::vector<double>& labels) {
+    const auto width = static_cast<std::size_t>(rows.width);
+    if (labels.size() != width * static_cast<std::size_t>(rows.height))
+        throw std::invalid_argument("contours: the labels are not those of this field; give one a sample");
+    rows.readLabels = [&labels, width](int y, double* row) {
+        std::copy_n(labels.data() + static_cast<std::size_t>(y) * width, width, row);
+    };
+    return rows;
+}
+
+std::vector<quorbin::Polygon> allContours(const quorbin::FieldRows& rows) {
+    std::vector<quorbin::Polygon> found;
+    quorbin::contours(rows, [&](quorbin::Polygon&& region) { found.push_back(std::move(region)); });
+    return found;
+}
+
+quorbin::OpenContours allOpenContours(const quorbin::FieldRows& rows) {
+    quorbin::OpenContours found;
+    quorbin::openContours(
+        rows, [&](quorbin::Polygon&& region) { found.regions.push_back(std::move(region)); },
+        [&](quorbin::Ring&& line) { found.lines.push_back(std::move(line)); });
+    return found;
 }
 
 }  // namespace
@@ -139,25 +240,38 @@ RingTrace trace(const Reader& field, Size size, Border border) {
 namespace quorbin {
 
 std::vector<Polygon> contours(const FullLevelSet2D& field) {
-    return withReader(field, [](const auto& reader) -> std::vector<Polygon> {
-        const Size size = sizeOf(reader);
-        if (size.width < 1 || size.height < 1) return {};
-        const double hx = reader.hx();
-        const double hy = reader.hy();
-        RingTrace traced = trace(reader, size, Border::kClosed);
-        return nestedRings(traced, hx, hy);
-    });
+    return withReader(field, [](const auto& reader) { return allContours(rowsOf(reader)); });
 }
 
 OpenContours openContours(const FullLevelSet2D& field) {
-    return withReader(field, [](const auto& reader) -> OpenContours {
-        const Size size = sizeOf(reader);
-        if (size.width < 2 || size.height < 2) return {};
-        const double hx = reader.hx();
-        const double hy = reader.hy();
-        RingTrace traced = trace(reader, size, Border::kOpen);
-        std::vector<Ring> lines = openLines(traced, hx, hy);
-        return {nestedRings(traced, hx, hy), std::move(lines)};
+    return withReader(field, [](const auto& reader) { return allOpenContours(rowsOf(reader)); });
+}
+
+std::vector<Polygon> contours(const FullLevelSet2D& field, const std::vector<double>& labels) {
+    return withReader(field,
+                      [&](const auto& reader) { return allContours(withLabels(rowsOf(reader), labels)); });
+}
+
+OpenContours openContours(const FullLevelSet2D& field, const std::vector<double>& labels) {
+    return withReader(
+        field, [&](const auto& reader) { return allOpenContours(withLabels(rowsOf(reader), labels)); });
+}
+
+bool contours(const FieldRows& rows, const std::function<void(Polygon&&)>& take, const Progress& progress) {
+    if (rows.width < 1 || rows.height < 1) return true;
+    return isDoneToTheEnd([&] {
+        RingSweep sweep(rows.xSpace, rows.ySpace, true, take);
+        traceAll(rows, Border::kClosed, sweep, Watch(progress, 0));
+    });
+}
+
+bool openContours(const FieldRows& rows, const std::function<void(Polygon&&)>& takeRegion,
+                  const std::function<void(Ring&&)>& takeLine, const Progress& progress) {
+    if (rows.width < 2 || rows.height < 2) return true;
+    return isDoneToTheEnd([&] {
+        RingSweep sweep(rows.xSpace, rows.ySpace, false, takeRegion);
+        traceAll(rows, Border::kOpen, sweep, Watch(progress, 0));
+        sweep.finish(takeLine);
     });
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "quorbin2d/contour.h"
+#include "quorbin2d/extraction/scaled_line.h"
 
 namespace lset::detail {
 
@@ -51,41 +52,14 @@ Nesting nest(const RingTrace& trace, const std::vector<std::size_t>& ringOf, std
     return nesting;
 }
 
-/// Adds a point, scaled, unless it repeats the one before.
-void addPoint(quorbin::Ring& line, const brin::Vec2<double>& p, double xSpace, double ySpace) {
-    const brin::Vec2<double> inWorld(p.x * xSpace, p.y * ySpace);
-    if (line.empty() || line.back() != inWorld) line.push_back(inWorld);
-}
-
 quorbin::Ring ringOfPoints(const std::vector<brin::Vec2<double>>& points, const std::vector<int>& indices,
                            double xSpace, double ySpace) {
-    quorbin::Ring ring;
-    ring.reserve(indices.size());
-    for (const int i : indices) addPoint(ring, points[static_cast<std::size_t>(i)], xSpace, ySpace);
-    while (ring.size() > 1 && ring.front() == ring.back()) ring.pop_back();
-    return ring;
+    ScaledLine ring(xSpace, ySpace, indices.size());
+    for (const int i : indices) ring.add(points[static_cast<std::size_t>(i)]);
+    return ring.takeRing();
 }
 
 }  // namespace
-
-std::vector<quorbin::Ring> openLines(const RingTrace& trace, double xSpace, double ySpace) {
-    constexpr int kNoPoint = -1;
-    std::vector<int> next(trace.points.size(), kNoPoint);
-    std::vector<bool> isEnd(trace.points.size());
-    for (const auto& [start, end] : trace.segments) {
-        next[static_cast<std::size_t>(start)] = end;
-        isEnd[static_cast<std::size_t>(end)] = true;
-    }
-    std::vector<quorbin::Ring> lines;
-    for (std::size_t i = 0; i < next.size(); ++i) {
-        if (next[i] == kNoPoint || isEnd[i]) continue;
-        quorbin::Ring line;
-        for (int at = static_cast<int>(i); at != kNoPoint; at = next[static_cast<std::size_t>(at)])
-            addPoint(line, trace.points[static_cast<std::size_t>(at)], xSpace, ySpace);
-        if (line.size() > 1) lines.push_back(std::move(line));
-    }
-    return lines;
-}
 
 std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, double ySpace) {
     const std::vector<std::vector<int>> chains = getPolygons(trace.points, trace.segments);

@@ -27,7 +27,4 @@ struct RingTrace {
 /// samples of exactly 0, where rings touch, do no harm. Linear.
 std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, double ySpace);
 
-/// The chains of segments that do not close, from end to end.
-std::vector<quorbin::Ring> openLines(const RingTrace& trace, double xSpace, double ySpace);
-
 }  // namespace lset::detail

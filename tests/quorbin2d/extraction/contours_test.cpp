@@ -236,4 +236,71 @@ TEST(SimplifiedContours, StayWithinTheToleranceAndDoNotCross) {
     EXPECT_THROW(quorbin::simplified({}, std::nan("")), std::invalid_argument);
 }
 
+/// The rows of a grid as a file gives them, so many at a time; each may be asked for once.
+quorbin::FieldRows inStrips(const FullLevelSet2D& grid, int stripHeight) {
+    const int width = grid.getWidth();
+    return {
+        width, grid.getHeight(), grid.getXSpace(), grid.getYSpace(),
+        [&grid, width, stripHeight, strip = std::vector<double>(), asked = 0](int y, double* row) mutable {
+            ASSERT_EQ(y, asked++);
+            if (y % stripHeight == 0) {
+                const int end = std::min(y + stripHeight, grid.getHeight());
+                strip.assign(grid.data() + y * width, grid.data() + end * width);
+            }
+            std::copy_n(strip.begin() + y % stripHeight * width, width, row);
+        }};
+}
+
+bool isSame(const Polygon& a, const Polygon& b) { return a.outline == b.outline && a.holes == b.holes; }
+
+TEST(Contours, FromStripsAreThoseOfTheWholeGrid) {
+    std::mt19937 random(23);
+    std::uniform_int_distribution<int> size(1, 30), odd(0, 9);
+    for (int round = 0; round < 3000; ++round) {
+        FullLevelSet2D grid;
+        fillRandom(grid, size(random), size(random), random, round % 2 == 0, 0.3, 2.5);
+        if (round % 3 == 0)
+            for (int i = 0; i < grid.getWidth() * grid.getHeight(); ++i)
+                if (odd(random) == 0) grid.data()[i] = odd(random) < 5 ? std::nan("") : -HUGE_VAL;
+        const std::vector<Polygon> whole = quorbin::contours(grid);
+        const quorbin::OpenContours open = quorbin::openContours(grid);
+        for (const int height : {1, 3, 8, 100}) {
+            std::vector<Polygon> regions, cut;
+            std::vector<quorbin::Ring> lines;
+            const auto takeInto = [](std::vector<Polygon>& all) {
+                return [&all](Polygon&& region) { all.push_back(std::move(region)); };
+            };
+            ASSERT_TRUE(quorbin::contours(inStrips(grid, height), takeInto(regions)));
+            ASSERT_TRUE(
+                quorbin::openContours(inStrips(grid, height), takeInto(cut),
+                                      [&](quorbin::Ring&& line) { lines.push_back(std::move(line)); }));
+            ASSERT_TRUE(std::equal(whole.begin(), whole.end(), regions.begin(), regions.end(), isSame));
+            ASSERT_TRUE(std::equal(open.regions.begin(), open.regions.end(), cut.begin(), cut.end(), isSame));
+            ASSERT_EQ(lines, open.lines);
+        }
+    }
+}
+
+// Diamonds around single points, in every second row, the first and the last cut by the border: each is whole
+// when the row after it has been read.
+TEST(Contours, OfRowsAreHandedOnOnceTheyAreWholeAndEndWhenAsked) {
+    constexpr int kCount = 20;
+    int read = 0, found = 0;
+    const quorbin::FieldRows rows{kCount, 2 * kCount, 1, 1, [&](int y, double* row) {
+                                      read = y;
+                                      std::fill_n(row, kCount, 1.0);
+                                      if (y % 2 == 1) row[y / 2] = -1;
+                                  }};
+    const auto take = [&](Polygon&& diamond) {
+        EXPECT_EQ(quorbin::area(diamond), found == 0 ? 0.25 : found == kCount - 1 ? 0.125 : 0.5);
+        ++found;
+        EXPECT_EQ(read, std::min(2 * found, 2 * kCount - 1));
+    };
+    EXPECT_TRUE(quorbin::contours(rows, take));
+    EXPECT_EQ(found, kCount);
+    found = 0;
+    EXPECT_FALSE(quorbin::contours(rows, take, [&](int, int) { return found < 3; }));
+    EXPECT_EQ(found, 3);
+}
+
 }  // namespace

@@ -1,14 +1,36 @@
 #include "each_input.h"
 
+#include <algorithm>
+#include <filesystem>
+
+#include "io/format_name.h"
 #include "record.h"
 
 namespace quorbin::tool {
+
+namespace {
+
+/// Whether a name looks like that of a result: it is not there, and its ending is that of what is written.
+bool isLikeAResult(const std::string& path) {
+    if (std::filesystem::exists(path)) return false;
+    const std::string ending = formatName(path, "", "");
+    for (const Kind kind : {Kind::kPicture, Kind::kVolume, Kind::kMesh}) {
+        const std::vector<std::string> written = listOfWritable(kind);
+        if (std::find(written.begin(), written.end(), ending) != written.end()) return true;
+    }
+    return false;
+}
+
+}  // namespace
 
 EachInput::EachInput(const FieldCommand& command)
     : names_(command.inputs), json_(command.json), quiet_(command.quiet) {
     if (names_.empty()) names_.emplace_back();
     batch_->hasMany = names_.size() > 1;
     const std::string& output = command.output;
+    if (command.takesOutput && output.empty() && batch_->hasMany && isLikeAResult(names_.back()))
+        refuse("{0}: is not there to be read; if it is what to write, put it after -o, as in -o {0}",
+               names_.back());
     if (json_ && output == "-")
         refuse("--json: is printed on standard output, which -o - is for; name a file by -o");
     if (output.empty() || !(batch_->hasMany || output.back() == '/')) return;

@@ -5,13 +5,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <type_traits>
 
 #include "description.h"
 #include "io/format_name.h"
+#include "parsing.h"
 #include "record.h"
 
 namespace quorbin::tool {
@@ -20,101 +19,6 @@ namespace {
 
 /// Of options that a command has alone.
 constexpr char kOwnGroup[] = "Method";
-
-Spacing parseSpacing(const std::string& text) {
-    Spacing spacing;
-    double z = 0;
-    char rest = 0;
-    const int read = std::sscanf(text.c_str(), "%lf,%lf,%lf%c", &spacing.x, &spacing.y, &z, &rest);
-    if (read == 3) spacing.z = z;
-    const auto isUsable = [](double h) { return h > 1e-100 && h < 1e100; };
-    const bool isWhole = read == 3 || (read == 2 && std::count(text.begin(), text.end(), ',') == 1);
-    if (!isWhole || !isUsable(spacing.x) || !isUsable(spacing.y) || !isUsable(spacing.z.value_or(1)))
-        refuse(
-            "--spacing {}: is no spacing; give two numbers from 1e-100 to 1e100, as in 0.5,0.5, and three "
-            "for a volume",
-            text);
-    return spacing;
-}
-
-std::array<long long, 3> parseSize(const std::string& text) {
-    std::array<long long, 3> size{};
-    char rest = 0;
-    const int read = std::sscanf(text.c_str(), "%lld,%lld,%lld%c", &size[0], &size[1], &size[2], &rest);
-    if (read != 3 ||
-        !std::all_of(size.begin(), size.end(), [](long long n) { return n >= 1 && n <= kMostAlongAnAxis; }))
-        refuse("--size {}: is no size; give three whole numbers, as in 128,128,64", text);
-    return size;
-}
-
-/// LOW,HIGH, of which the second is not the smaller one.
-std::pair<double, double> parseRange(const std::string& text) {
-    double low = 0, high = 0;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%lf,%lf%c", &low, &high, &rest) != 2 || !(low <= high))
-        refuse("--between {}: is no range; give two numbers, the smaller one first, as in 100,200", text);
-    requireUsableLevel(low);
-    requireUsableLevel(high);
-    return {low, high};
-}
-
-double parseLabel(const std::string& text) {
-    int label = 0;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%d%c", &label, &rest) != 1)
-        refuse("--label {}: is no label; give a whole number, or all", text);
-    return label;
-}
-
-/// What would help where a field has no outline.
-std::string wayToACrossing(const io::Image& image, const FieldOptions& options) {
-    const auto [low, high] = std::minmax_element(image.samples.begin(), image.samples.end());
-    if (*low == *high) return fmt::format("every value is {}, so choose another input", *low);
-    if (image.isField && !options.level && !options.between)
-        return fmt::format(
-            "its values, {} to {}, are taken as a field, inside where ≤ 0; if it is a picture, bright "
-            "inside, add "
-            "--inside above --level {:.4g}",
-            *low, *high, otsuLevel(image.samples));
-    return fmt::format("its values are {} to {}, so choose another --{}", *low, *high,
-                       options.between ? "between" : "level");
-}
-
-/// For a picture and a volume alike.
-template <class Grid>
-io::Image readInput(const FieldCommand& command, Grid& levelSet, std::string& note, bool needsCrossing) {
-    constexpr bool kIsVolume = std::is_same_v<Grid, FullLevelSet3D>;
-    io::Image image = command.image();
-    if (!kIsVolume && image.isVolume)
-        refuse("{}: is a volume; quorbin slice takes a plane of it", command.input);
-    command.file().forget();
-    try {
-        makeField(image, command.field, levelSet, note);
-        if (needsCrossing && !hasCrossing(levelSet))
-            throw Failure(kNoCrossing,
-                          fmt::format("has no {}, all of it is {}; {}", kIsVolume ? "surface" : "outline",
-                                      levelSet.data()[0] <= 0 ? "inside" : "outside",
-                                      wayToACrossing(image, command.field)));
-    } catch (const Failure& failure) {
-        throw naming(command.input, failure);
-    }
-    std::array<double, 3> spacing = {levelSet.getXSpace(), levelSet.getYSpace(), 1};
-    if constexpr (kIsVolume) spacing[2] = levelSet.getZSpace();
-    command.record->addImage(image, spacing);
-    if (command.field.level) command.record->add("level", *command.field.level);
-    if (!note.empty()) command.record->add("note", note);
-    if (!command.needsSamples) std::vector<double>().swap(image.samples);
-    return image;
-}
-
-template <class Grid>
-auto readAndReport(const FieldCommand& command, Grid& levelSet, bool needsCrossing) {
-    std::string note;
-    auto image = readInput(command, levelSet, note, needsCrossing);
-    command.reportNotes(image);
-    if (!note.empty()) command.report("{}: {}", command.input, note);
-    return image;
-}
 
 }  // namespace
 
@@ -149,10 +53,8 @@ void FieldCommand::addInput(CLI::App& command, const std::string& name) {
             },
             "inside is what has this whole number for a value; all: each but 0 in turn, into files named "
             "OUTPUT-1, "
-            "OUTPUT-2 ... before the ending. Neighbours share their outline, half way between samples, and "
-            "never "
-            "overlap; where three meet, or two in a volume by a diagonal alone, a part of the cell is in "
-            "none")
+            "OUTPUT-2 ... before the ending. Outlines and meshes of neighbours fit together without gaps or "
+            "overlaps, until they are smoothed or simplified")
         ->type_name("N|all")
         ->excludes(level)
         ->excludes(inside)
@@ -213,13 +115,14 @@ void FieldCommand::addVolume(CLI::App& command) {
     type->needs(size);
     CLI::Option& inputOption = *command.get_option("INPUT");
     inputOption.description(
-        fmt::format("a picture ({}) or a volume ({}, raw); of a folder of DICOM files the largest series, by "
-                    "place; - for standard input",
+        fmt::format("a picture ({}) or a volume ({}, raw); or a folder of DICOM files, taken "
+                    "by place; - for standard input",
                     namesOfReadable(Kind::kPicture), namesOfReadable(Kind::kVolume)));
     command.option_defaults()->group(kOwnGroup);
 }
 
 void FieldCommand::addOutput(CLI::App& command, bool required, std::initializer_list<Kind> kinds) {
+    takesOutput = true;
     command.option_defaults()->group("Output");
     std::string formats;
     std::vector<std::string> endings;
@@ -263,14 +166,10 @@ std::string FieldCommand::outputPath(const std::string& usual) const {
     dropEnding();
     if (isCompressed) dropEnding();
     std::string path = batch->folder + "/" + stem + "." + (format.empty() ? usual : format);
-    if (labelInFolder_) path = withLabel(path, *labelInFolder_);
+    if (labelInFolder_) path = withSuffix(path, fmt::format("{}", *labelInFolder_));
     if (!batch->paths.insert(path).second)
         refuse("{}: would be written to {}, as another input; give it another name", input, path);
     return path;
-}
-
-void FieldCommand::reportNotes(const io::Image& image) const {
-    for (const std::string& note : image.notes) report("{}: {}", input, note);
 }
 
 InputFile& FieldCommand::file() const {
@@ -282,29 +181,7 @@ bool FieldCommand::isGivenVolume() const {
     if (raw) return true;
     if (file().hasEnding("raw"))
         refuse("{}: has no header; say by --size and --type what its samples are", input);
-    return isVolume(file());
-}
-
-io::Image FieldCommand::image() const {
-    if (kept_) return *kept_;
-    return raw ? readRaw(file(), *raw, reading) : readImage(file(), reading);
-}
-
-io::Image FieldCommand::read(FullLevelSet2D& levelSet) const { return readAndReport(*this, levelSet, false); }
-io::Image FieldCommand::read(FullLevelSet3D& levelSet) const { return readAndReport(*this, levelSet, false); }
-
-io::Image FieldCommand::read(FullLevelSet2D& levelSet, std::string& note) const {
-    return readInput(*this, levelSet, note, false);
-}
-io::Image FieldCommand::read(FullLevelSet3D& levelSet, std::string& note) const {
-    return readInput(*this, levelSet, note, false);
-}
-
-io::Image FieldCommand::readWithCrossing(FullLevelSet2D& levelSet) const {
-    return readAndReport(*this, levelSet, true);
-}
-io::Image FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
-    return readAndReport(*this, levelSet, true);
+    return isVolume(file(), reading);
 }
 
 void FieldCommand::nameAfterLabel(double label) {
@@ -316,7 +193,7 @@ void FieldCommand::nameAfterLabel(double label) {
     if (output == "-") refuse("--label all: writes a file a label; name them by -o");
     if (output.back() == '/' || std::filesystem::is_directory(output))
         refuse("{}: is a folder; name a file, whose name all those of --label all begin with", output);
-    output = withLabel(output, label);
+    output = withSuffix(output, fmt::format("{}", label));
 }
 
 void FieldCommand::requireNewFiles() const {
@@ -327,7 +204,7 @@ std::vector<double> FieldCommand::keepLabels() {
     if (!raw) isGivenVolume();  // refuses raw samples of which no more is said
     kept_ = std::make_shared<io::Image>(image());
     try {
-        std::vector<double> labels = labelsOf(kept_->samples);
+        std::vector<double> labels = labelsOf(samplesOf(kept_->samples));
         if (labels.empty()) throw Failure(kNoCrossing, "has no label but 0; choose another input");
         return labels;
     } catch (const Failure& failure) {
@@ -335,17 +212,17 @@ std::vector<double> FieldCommand::keepLabels() {
     }
 }
 
-std::string withLabel(const std::string& path, double label) {
+std::string withSuffix(const std::string& path, const std::string& suffix) {
     const std::string ending = formatName(path, "", "");
     const std::size_t stem = path.size() - (ending.empty() ? 0 : ending.size() + 1);
-    return fmt::format("{}-{}{}", path.substr(0, stem), label, path.substr(stem));
+    return path.substr(0, stem) + "-" + suffix + path.substr(stem);
 }
 
 std::shared_ptr<Record> recordOfLabel(Record& record, double label) { return record.ofLabel(label); }
 
 io::Image readPicture(const std::string& path, const ReadOptions& reading) {
     InputFile file(path);
-    if (isVolume(file)) refuse("{}: is a volume; quorbin slice takes a plane of it", path);
+    if (isVolume(file, reading)) refuse("{}: is a volume; quorbin slice takes a plane of it", path);
     return readImage(file, reading);
 }
 

@@ -39,6 +39,7 @@ struct FieldCommand {
     ReadOptions reading;
     FieldOptions field;
     std::optional<RawLayout> raw;
+    bool takesOutput = false;   ///< addOutput
     bool everyLabel = false;    ///< runForLabels
     bool needsSamples = false;  ///< besides the field that is made of them
     bool force = false;
@@ -74,9 +75,27 @@ struct FieldCommand {
     io::Image read(FullLevelSet2D& levelSet) const;
     io::Image read(FullLevelSet3D& levelSet) const;
 
+    /// The same of a picture whose field is never held: its rows become the field's as they are read.
+    /// Refuses volumes.
+    FieldRows readRows(io::PackedPicture& picture, std::string& note, bool needsCrossing) const;
+
     /// The same, with what there is to say about the level.
     io::Image read(FullLevelSet2D& levelSet, std::string& note) const;
     io::Image read(FullLevelSet3D& levelSet, std::string& note) const;
+
+    /// A plane of a volume with its field; no more of the file is read where that is enough, which it is
+    /// where the level is known. needsRange asks for the lowest and the highest value of all that are not a
+    /// field's.
+    struct PlaneOfVolume {
+        io::Plane plane;
+        FullLevelSet2D field;
+        std::optional<std::pair<double, double>> range;
+    };
+    PlaneOfVolume readPlane(const io::PlaneChoice& choice, bool needsRange) const;
+
+    /// Puts on record what was read, and at which level, if there is one.
+    void recordReading(const io::Image& image, const std::array<double, 3>& spacing,
+                       const std::optional<double>& level, const std::string& note) const;
 
     /// The same for a command that needs an outline: ends with status 4 where there is none.
     io::Image readWithCrossing(FullLevelSet2D& levelSet) const;
@@ -103,14 +122,15 @@ struct FieldCommand {
 
  private:
     void say(std::string line) const;
+    io::PackedPicture packedPicture() const;
 
     mutable std::shared_ptr<InputFile> file_;
     std::shared_ptr<const io::Image> kept_;
     std::optional<double> labelInFolder_;  ///< whose result it is, where that goes into a folder
 };
 
-/// The path with a label before its ending: a-3.ply.
-std::string withLabel(const std::string& path, double label);
+/// The path with something before its ending: a-3.ply.
+std::string withSuffix(const std::string& path, const std::string& suffix);
 
 /// The part of a record that is of a label.
 std::shared_ptr<Record> recordOfLabel(Record& record, double label);
@@ -147,8 +167,13 @@ void runForLabels(Command command) {
 class Result {
  public:
     Result(const FieldCommand& command, Kind kind, const std::string& usualFormat);
+    /// One of several of a command, of a format that the command was given.
+    Result(const FieldCommand& command, Kind kind, const Format& format, const std::string& path);
+    const Format& format() const { return format_; }
     void write(PictureDocument document);
     void write(VolumeDocument document);
+    void write(const OutlineDocument& document);
+    void write(const StackDocument& stack);
     void write(const MeshDocument& mesh);
 
  private:
@@ -161,6 +186,12 @@ class Result {
     bool asFloat_;
     Record& record_;
 };
+
+/// The format in which a command writes.
+const Format& formatOf(const FieldCommand& command, Kind kind, const std::string& usual);
+
+/// Adds --axis, which is x, y or z and becomes 0, 1 or 2.
+CLI::Option* addAxis(CLI::App& command, std::function<void(std::size_t)> take);
 
 /// Adds the options of what is read of a file.
 void addReading(CLI::App& command, ReadOptions& reading);

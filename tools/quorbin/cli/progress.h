@@ -3,7 +3,7 @@
 #include <chrono>
 #include <string>
 
-#include "fields/progress.h"
+#include <quorbin.h>
 
 namespace quorbin::tool {
 
@@ -22,8 +22,12 @@ class Progress {
     void show(int done, int all);
 
     /// To hand to what does the work; this object must outlive it.
-    fields::ProgressFunction function() {
-        return [this](int done, int all) { show(done, all); };
+    quorbin::Progress function() {
+        if (!wanted_) return {};
+        return [this](int done, int all) {
+            show(done, all);
+            return true;
+        };
     }
 
  private:

@@ -5,6 +5,16 @@
 
 namespace quorbin::tool {
 
+CLI::Option* addAxis(CLI::App& command, std::function<void(std::size_t)> take) {
+    return command
+        .add_option_function<std::string>(
+            "--axis",
+            [take = std::move(take)](const std::string& name) { take(std::string("xyz").find(name)); },
+            "across which planes of a volume lie (default z)")
+        ->check(CLI::IsMember({"x", "y", "z"}))
+        ->type_name("x|y|z");
+}
+
 void addReading(CLI::App& command, ReadOptions& reading) {
     command
         .add_option_function<std::string>(
@@ -24,6 +34,15 @@ void addReading(CLI::App& command, ReadOptions& reading) {
                 reading.frame = frame;
             },
             "which of the pictures or volumes of a file in time, from 0")
+        ->type_name("N");
+    command
+        .add_option_function<long long>(
+            "--series",
+            [&reading](long long series) {
+                if (series < 0) refuse("--series {}: is no series; give a number from 0", series);
+                reading.series = series;
+            },
+            "which series of a folder of DICOM files that has several, from 0")
         ->type_name("N");
     command
         .add_option_function<double>(

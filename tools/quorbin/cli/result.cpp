@@ -7,11 +7,17 @@
 
 namespace quorbin::tool {
 
+const Format& formatOf(const FieldCommand& command, Kind kind, const std::string& usual) {
+    return outputFormat(kind, command.batch->folder.empty() ? command.output : "", command.format, usual);
+}
+
 Result::Result(const FieldCommand& command, Kind kind, const std::string& usualFormat)
-    : format_(outputFormat(kind, command.batch->folder.empty() ? command.output : "", command.format,
-                           usualFormat)),
+    : Result(command, kind, formatOf(command, kind, usualFormat), command.outputPath(usualFormat)) {}
+
+Result::Result(const FieldCommand& command, Kind kind, const Format& format, const std::string& path)
+    : format_(format),
       input_(command.input),
-      file_(command.outputPath(usualFormat), command.force),
+      file_(path, command.force),
       asFloat_(command.asFloat),
       record_(*command.record) {
     const bool isField = kind == Kind::kPicture || kind == Kind::kVolume;
@@ -43,6 +49,16 @@ void Result::write(VolumeDocument document) {
     document.isFloat = asFloat_;
     requireNumbers(document.field.data(), pointsOf(document.field));
     format_.writeVolume(document, file_);
+    finish();
+}
+
+void Result::write(const OutlineDocument& document) {
+    format_.writeOutline(document, file_);
+    finish();
+}
+
+void Result::write(const StackDocument& stack) {
+    format_.writeStack(stack, file_);
     finish();
 }
 

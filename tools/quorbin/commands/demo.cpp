@@ -1,5 +1,6 @@
 #include <chrono>
 #include <memory>
+#include <optional>
 
 #include "cli/each_input.h"
 #include "cli/field_command.h"
@@ -9,7 +10,7 @@
 #include "fields/smoothing.h"
 #include "io/failure.h"
 #include "io/format.h"
-#include "io/formats/outline.h"
+#include "io/outline.h"
 
 namespace quorbin::tool {
 
@@ -26,8 +27,9 @@ struct Demo : FieldCommand {
         makeFolder(output);
         FullLevelSet2D levelSet;
         std::string note;
-        makeField(picture, field, levelSet, note);
+        const std::optional<double> level = makeField(picture, field, levelSet, note);
         record->addImage(picture, {levelSet.getXSpace(), levelSet.getYSpace(), 1});
+        if (level) record->add("level", *level);
         if (!hasCrossing(levelSet))
             throw Failure(kNoCrossing, fmt::format("{}: has no outline; choose another --level", name()));
 

@@ -35,7 +35,7 @@ void addMask(CLI::App& app) {
     CLI::App& command = addCommand(
         app, "mask", "mask photo.png -o mask.png",
         "Writes a picture that is white (255) inside and black (0) outside; of a volume one of 255 "
-        "and 0\n(TIFF), or 1 and 0 (NIfTI).",
+        "and 0\n(TIFF), or 1 and 0 (NIfTI, NRRD, MetaImage).",
         [mask] { runEach(*mask); });
     mask->addInput(command);
     mask->addVolume(command);

@@ -14,6 +14,7 @@
 #include "cli/progress.h"
 #include "cli/record.h"
 #include "fields/band.h"
+#include "fields/label_mesh.h"
 #include "io/failure.h"
 #include "io/mesh_picture.h"
 
@@ -69,14 +70,15 @@ struct MeshCommand : FieldCommand {
 
     void nameAfterLabel(double label) {
         FieldCommand::nameAfterLabel(label);
-        if (!picture.empty()) picture = withLabel(picture, label);
+        if (!picture.empty()) picture = withSuffix(picture, fmt::format("{}", label));
     }
     void requireNewFiles() const {
         FieldCommand::requireNewFiles();
         if (!picture.empty()) OutputFile(picture, force);
     }
 
-    void run() const {
+    void run() {
+        needsSamples = field.label.has_value();
         if (!isGivenVolume()) refuse("{}: is a picture; quorbin contour takes it", input);
         if (wasGivenPicture && picture.empty()) refuse("--picture: has an empty name; name a PNG file");
         if (wasGivenPicture && batch->hasMany) refuse("--picture {}: is of one input; give one", picture);
@@ -93,6 +95,8 @@ struct MeshCommand : FieldCommand {
             refuse("{}: its spacings differ too much for a band; leave out --band", input);
         if (onBand)
             meshBand(levelSet, mesh);
+        else if (field.label)
+            meshLabel(volume.samples, levelSet, mesh);
         else
             meshGrid(levelSet, mesh);
         if (mesh.triangles.empty())
@@ -112,15 +116,31 @@ struct MeshCommand : FieldCommand {
 
     void meshGrid(FullLevelSet3D& levelSet, MeshDocument& mesh) const {
         Progress progress(!quiet);
-        const ProgressFunction shown = progress.function();
         if (soup)
             levelSet.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
         else if (cap)
             quorbin::getTrianglesCapped(levelSet, mesh.vertices, mesh.normals, mesh.triangles,
-                                        neverEnding(shown));
+                                        progress.function());
         else
             quorbin::getTrianglesUnique(levelSet, mesh.vertices, mesh.normals, mesh.triangles,
-                                        neverEnding(shown));
+                                        progress.function());
+    }
+
+    void meshLabel(const std::vector<double>& labels, const FullLevelSet3D& levelSet,
+                   MeshDocument& mesh) const {
+        Progress progress(!quiet);
+        mesh = *meshOfLabel(labels, levelSet, *field.label, cap, progress.function());
+        if (!soup) return;
+        MeshDocument apart;
+        for (const gpoint3& t : mesh.triangles) {
+            for (const int index : {t.first, t.second, t.third}) {
+                apart.vertices.push_back(mesh.vertices[static_cast<std::size_t>(index)]);
+                apart.normals.push_back(mesh.normals[static_cast<std::size_t>(index)]);
+            }
+            const int last = static_cast<int>(apart.vertices.size()) - 1;
+            apart.triangles.push_back({last - 2, last - 1, last});
+        }
+        mesh = std::move(apart);
     }
 
     void meshBand(const FullLevelSet3D& levelSet, MeshDocument& mesh) const {

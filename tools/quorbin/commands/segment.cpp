@@ -12,7 +12,7 @@
 #include "fields/distance.h"
 #include "io/failure.h"
 #include "io/format.h"
-#include "io/formats/outline.h"
+#include "io/outline.h"
 
 namespace quorbin::tool {
 

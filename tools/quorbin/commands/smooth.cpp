@@ -13,7 +13,7 @@
 #include "fields/band.h"
 #include "fields/distance.h"
 #include "io/failure.h"
-#include "io/formats/outline.h"
+#include "io/outline.h"
 
 namespace quorbin::tool {
 
@@ -78,6 +78,7 @@ struct Smooth : FieldCommand {
                 std::max(1, static_cast<int>(std::min(kTimeBetween * cell / implicitTime, 1e9)));
         }
         if (reinitEvery) smoothing.reinitEvery = *reinitEvery;
+        smoothing.restores = false;  // an interruption ends the tool
         Progress progress(!quiet);
         const int vanished = smooth(levelSet, smoothing, progress.function());
         if (vanished >= 0)
