@@ -6,11 +6,14 @@
 #include "brin/matrix.h"
 #include "brin/sparse_matrix.h"
 #include "brin/vec.h"
+#include "curvature_flow.h"
 #include "hash.h"
 #include "heap.h"
 #include "progress.h"
 #include "quorbin2d.h"
 #include "quorbin3d.h"
+#include "reinitialize.h"
+#include "smooth_mask.h"
 
 namespace quorbin {
 

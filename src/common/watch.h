@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 
 #include "progress.h"
@@ -32,6 +33,27 @@ class Watch {
 
     const quorbin::Progress& progress_;
     int done_ = 0, all_;
+};
+
+/// Tells a progress function, which may be empty, about an operation whose steps come in batches, in
+/// thousandths of all of them.
+class BatchWatch {
+ public:
+    BatchWatch(const quorbin::Progress& progress, std::size_t all) : progress_(progress), all_(all) {}
+
+    void step(std::size_t count) {
+        done_ += count;
+        const std::size_t part = all_ > 0 ? std::min(done_, all_) * kParts / all_ : 0;
+        if (part == told_ || !progress_) return;
+        told_ = part;
+        if (!progress_(static_cast<int>(part), kParts)) throw Ended();
+    }
+
+ private:
+    static constexpr int kParts = 1000;
+
+    const quorbin::Progress& progress_;
+    std::size_t done_ = 0, all_, told_ = 0;
 };
 
 /// Does the work; whether it came to its end.

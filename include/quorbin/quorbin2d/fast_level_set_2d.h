@@ -25,7 +25,8 @@ QUORBIN_EXPORT FastLevelSet2D bandOf(const FullLevelSet2D& grid, bool reinitiali
 namespace lset::detail {
 template <std::size_t dimensions>
 struct BandWorkspace;
-}
+struct BandAccess;
+}  // namespace lset::detail
 
 /// A level set on a narrow band: only grid points around the zero crossing are stored, in a hash table, so
 /// that memory and time follow the length of the contour and not the area. The band has no width, height or
@@ -156,6 +157,7 @@ class QUORBIN_EXPORT FastLevelSet2D : public LevelSet2D {
 
  private:
     friend QUORBIN_EXPORT FastLevelSet2D quorbin::bandOf(const FullLevelSet2D& grid, bool reinitialized);
+    friend lset::detail::BandAccess;
 
     void makeOf(FullLevelSet2D& grid, bool reinitialized);
     lset::detail::BandWorkspace<2>& work() const;

@@ -29,7 +29,8 @@ QUORBIN_EXPORT void getTrianglesUnique(const FastLevelSet3D& band, std::vector<b
 namespace lset::detail {
 template <std::size_t dimensions>
 struct BandWorkspace;
-}
+struct BandAccess;
+}  // namespace lset::detail
 
 /// A level set on a narrow band: only grid points around the zero surface are stored, in a hash table, so
 /// that memory and time follow the area of the surface and not the volume. The band has no width, height,
@@ -164,6 +165,7 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
                                                            std::vector<brin::Vec3<double>>& vertices,
                                                            std::vector<brin::Vec3<double>>& normals,
                                                            std::vector<gpoint3>& triangles);
+    friend lset::detail::BandAccess;
 
     void makeOf(const FullLevelSet3D& grid, bool reinitialized);
     lset::detail::BandWorkspace<3>& work() const;

@@ -46,6 +46,14 @@ class TiledPoints {
         return tile * kTileSize + place(point);
     }
 
+    /// The tile of a point, kNone where it is missing.
+    int tileIfMade(const Point& point) const { return find(cornerOf(point)); }
+    /// The tile beside one, a step (1 or −1) along an axis; kNone where it is missing.
+    template <int axis, int step>
+    int tileBeside(int tile) const {
+        return beside_[static_cast<std::size_t>(tile)][direction<axis, step>()];
+    }
+
     Point point(int number) const {
         const Corner& corner = corners_[static_cast<std::size_t>(number) / kTileSize];
         Point result;

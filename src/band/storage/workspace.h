@@ -7,6 +7,7 @@
 #include <tuple>
 #include <vector>
 
+#include "band/storage/feet_space.h"
 #include "band/storage/tiled_points.h"
 #include "hash.h"
 #include "heap/march_queue.h"
@@ -81,6 +82,7 @@ struct BandWorkspace {
     std::vector<double> distances;    // by number
     std::vector<int> reached;
     MarchQueue queue;
+    FeetSpace<dimensions> feet;
 
     void copy(const typename Storage::Hash& points) {
         copyInOrder(points, inOrder);

@@ -1,0 +1,150 @@
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <stdexcept>
+#include <vector>
+
+#include "band/differences/readers.h"
+#include "band/distance/front_bits.h"
+#include "band/distance/tiled_lattice.h"
+#include "band/storage/band_access.h"
+#include "band/storage/feet_space.h"
+#include "band/storage/workspace.h"
+#include "common/distance/closest_feet.h"
+#include "common/distance/foot_finder.h"
+#include "common/distance/reinitialize_checks.h"
+#include "common/watch.h"
+
+namespace lset::detail {
+
+/// The signed distances of the points around the zero level of a band that is laid out by tiles (see
+/// quorbin::reinitialize). values and stored are by number and by tile; tiles get the points that are
+/// reached.
+template <std::size_t dimensions>
+class BandReinitialization {
+ public:
+    using Tiles = TiledPoints<dimensions>;
+    using Lattice = TiledLattice<dimensions>;
+    using Site = typename Lattice::Site;
+    using Bits = std::uint64_t;
+
+    BandReinitialization(Tiles& tiles, const std::vector<double>& values, const std::vector<Bits>& stored,
+                         FeetSpace<dimensions>& space, const Vector<dimensions>& h)
+        : values_(values),
+          stored_(stored),
+          space_(space),
+          h_(h),
+          lattice_(tiles, values, stored, space.nearest),
+          closest_(lattice_, h),
+          frontBits_(tiles, space.inside, stored) {}
+
+    /// Finds the feet of all points within this distance of the interface and of their neighbours; whether
+    /// there are any.
+    template <class Watch>
+    bool run(double farthest, Watch& watch) {
+        space_.feet.clear();
+        space_.distances.clear();
+        setInside();
+        findFront();
+        if (space_.feet.empty()) return false;
+        closest_.spread(farthest, watch);
+        return true;
+    }
+
+    /// visit(number, coordinates, signed distance) for each of the points.
+    template <class Visit>
+    void forEachDistance(const Visit& visit) const {
+        for (std::size_t number = 0; number < space_.nearest.size(); ++number) {
+            const Nearest nearest = space_.nearest[number];
+            const std::uint32_t foot = nearest.foot();
+            if (foot == Nearest::kNone) continue;
+            const Site site = lattice_.site(static_cast<int>(number));
+            Vector<dimensions> world;
+            for (std::size_t axis = 0; axis < dimensions; ++axis) world[axis] = h_[axis] * site.at[axis];
+            const bool isStored = lattice_.isStored(site.number);
+            const double value = isStored ? values_[number] : std::numeric_limits<double>::quiet_NaN();
+            const double distance =
+                nearest.isFixed() ? space_.distances[foot] : distanceFrom(space_.feet[foot], world, value);
+            visit(site.number, site.at, nearest.signedDistance(distance));
+        }
+    }
+
+ private:
+    /// The bits of the points whose value is ≤ 0, which not-a-number is not.
+    void setInside() {
+        space_.inside.assign(stored_.size(), 0);
+        const double* value = values_.data();
+        for (Bits& bits : space_.inside)
+            for (int place = 0; place < Tiles::kTileSize; ++place) bits |= Bits{*value++ <= 0} << place;
+    }
+
+    void findFront() {
+        FootFinder<Lattice> finder(lattice_, h_);
+        for (std::size_t tile = 0; tile < stored_.size(); ++tile) {
+            const Bits inside = space_.inside[tile];
+            for (Bits left = stored_[tile]; left != 0; left &= left - 1) {
+                const int place = __builtin_ctzll(left);
+                space_.nearest[tile * Tiles::kTileSize + static_cast<std::size_t>(place)].reset(
+                    (inside >> place & 1) == 0);
+            }
+            for (Bits front = frontBits_.of(tile); front != 0; front &= front - 1)
+                addToFront(finder, static_cast<int>(tile) * Tiles::kTileSize + __builtin_ctzll(front));
+        }
+    }
+
+    void addToFront(FootFinder<Lattice>& finder, int number) {
+        const Site site = lattice_.site(number);
+        const double value = lattice_.value(site);
+        AxisCrossings<dimensions> crossings;
+        lattice_.forEachStoredBeside(site, [&](const Site& beside, std::size_t axis, int step) {
+            crossings.look(value, lattice_.value(beside), axis, step, h_[axis]);
+        });
+        checkFootCount(space_.feet.size());
+        space_.feet.emplace_back();
+        space_.distances.push_back(finder.find(site.at, value, crossings, space_.feet.back()));
+        closest_.start(site, !(value <= 0), space_.feet.back().at);
+    }
+
+    const std::vector<double>& values_;
+    const std::vector<Bits>& stored_;
+    FeetSpace<dimensions>& space_;
+    Vector<dimensions> h_;
+    Lattice lattice_;
+    ClosestFeet<Lattice> closest_;
+    FrontBits<dimensions> frontBits_;
+};
+
+/// How far a march spreads in a band with these spacings.
+template <std::size_t dimensions>
+double marchedWidth(const Vector<dimensions>& h) {
+    return 2.1 * *std::max_element(h.begin(), h.end());
+}
+
+template <class Band>
+bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options) {
+    constexpr std::size_t dimensions = BandTraits<Band>::dimensions;
+    using Storage = BandStorage<dimensions>;
+    const auto h = BandTraits<Band>::spacings(band);
+    checkSpacings<dimensions>(h);
+    if (!(options.width >= 0) || std::isinf(options.width))
+        throw std::invalid_argument("the width of a band must be a finite number, and at least 0");
+    const double width = options.width > 0 ? options.width : marchedWidth<dimensions>(h);
+    auto& work = BandAccess::work(band);
+    work.copy(band.points());
+    return isDoneToTheEnd([&] {
+        BandReinitialization<dimensions> made(work.tiles, work.values, work.stored, work.feet, h);
+        BatchWatch watch(options.progress, work.numbers.size());
+        if (!made.run(width, watch)) throwNoInterface();
+        work.result.clear();
+        made.forEachDistance([&](int, const auto& p, double distance) {
+            work.result.push_back(Storage::entryOf(p, distance));
+        });
+        replacePoints<dimensions>(BandAccess::values(band), work.result, work.inOrder);
+    });
+}
+
+}  // namespace lset::detail

@@ -1,0 +1,254 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <vector>
+
+#include "common/flows/curvature_rows.h"
+#include "common/flows/factored_diffusion.h"
+#include "common/flows/flow_checks.h"
+#include "common/flows/noise_mask.h"
+#include "reinitialize.h"
+
+namespace lset::detail {
+
+/// Motion of a dense grid by its curvature (see quorbin::curvatureFlow). Traits<Grid> has dimensions,
+/// sizes(grid), spacings(grid) and enclosedSize(grid).
+template <class Grid, class Traits>
+class DenseCurvatureFlow {
+ public:
+    using Options = quorbin::CurvatureFlowOptions;
+    using Result = quorbin::CurvatureFlowResult;
+
+    DenseCurvatureFlow(Grid& grid, const Options& options)
+        : grid_(grid),
+          options_(options),
+          sizes_(Traits::sizes(grid)),
+          h_(Traits::spacings(grid)),
+          largest_(*std::max_element(h_.begin(), h_.end())),
+          rows_(sizes_, h_),
+          noise_(sizes_, h_, options.noiseRadius) {
+        count_ = 1;
+        for (const int size : sizes_) count_ *= static_cast<std::size_t>(size);
+    }
+
+    Result run(double time) {
+        std::vector<double> before;
+        if (options_.progress) before.assign(grid_.data(), grid_.data() + count_);
+        quorbin::reinitialize(grid_);
+        if (options_.keepsSize) size_ = Traits::enclosedSize(grid_);
+        if (options_.keepsSides) rememberSides();
+        try {
+            isLarge(time) ? inLargeSteps(time) : inExplicitSteps(time);
+        } catch (const quorbin::NoInterface&) {
+            result_.hasVanished = true;
+        }
+        if (result_.isEnded) std::copy(before.begin(), before.end(), grid_.data());
+        return result_;
+    }
+
+ private:
+    static constexpr std::size_t dimensions = Traits::dimensions;
+
+    bool isLarge(double time) const {
+        if (options_.steps != Options::Steps::kFastest) return options_.steps == Options::Steps::kLarge;
+        constexpr double kFew = 50;
+        return options_.noiseRadius == 0 && !options_.keepsSides &&
+               time > kFew * longestExplicitStep(h_, options_.rate);
+    }
+
+    void inExplicitSteps(double time) {
+        constexpr double kBetweenDistances = 10;
+        const double steps = std::max(1.0, std::ceil(time / longestExplicitStep(h_, options_.rate)));
+        const double dt = time / steps;
+        std::vector<double> rates(count_);
+        for (double done = 1; done <= steps && time > 0; ++done) {
+            writeRates(grid_.data(), rates.data());
+            double* const values = grid_.data();
+            for (std::size_t i = 0; i < count_; ++i) values[i] += dt * rates[i];
+            restoreSides();
+            ++result_.steps;
+            if (std::fmod(done, kBetweenDistances) == 0 || done == steps) restoreDistance();
+            result_.time = done * dt;
+            if (!goesOn(time)) return;
+        }
+    }
+
+    void inLargeSteps(double time) {
+        const double shortest = longestExplicitStep(h_, options_.rate);
+        std::vector<double> halves(count_), whole(count_);
+        double dt = 20 * shortest;
+        while (result_.time < time) {
+            const double left = time - result_.time;
+            const double step = dt >= left ? left : std::min(dt, 0.5 * left);
+            tryStep(step, halves, whole);
+            const double part = differencePart(halves, whole);
+            const bool isGone = !hasInterface(halves, whole);
+            if ((part > 2 * options_.tolerance || isGone) && step > shortest) {
+                dt = step * std::clamp(0.9 * options_.tolerance / part, 0.2, 0.7);
+                continue;
+            }
+            double* const values = grid_.data();
+            for (std::size_t i = 0; i < count_; ++i) values[i] = 2 * halves[i] - whole[i];
+            ++result_.steps;
+            restoreDistance();
+            result_.time = step == left ? time : result_.time + step;
+            if (!goesOn(time)) return;
+            dt = step * std::clamp(0.9 * options_.tolerance / part, 0.5, 2.0);
+        }
+    }
+
+    /// Two half steps and one whole one, from the values of the grid.
+    void tryStep(double dt, std::vector<double>& halves, std::vector<double>& whole) {
+        const double* const values = grid_.data();
+        const auto solver = [&](double step) {
+            Vector<dimensions> weights;
+            for (std::size_t axis = 0; axis < dimensions; ++axis)
+                weights[axis] = step * options_.rate / (h_[axis] * h_[axis]);
+            return FactoredDiffusion<dimensions>(sizes_, weights);
+        };
+        const FactoredDiffusion<dimensions> half = solver(0.5 * dt), all = solver(dt);
+        const auto change = [&](const double* from, double step, const auto& diffusion,
+                                std::vector<double>& changes) {
+            writeRates(from, changes.data());
+            for (double& value : changes) value *= step;
+            diffusion.solve(changes.data());
+        };
+        change(values, 0.5 * dt, half, halves);
+        for (std::size_t i = 0; i < count_; ++i) halves[i] += values[i];
+        change(halves.data(), 0.5 * dt, half, whole);
+        for (std::size_t i = 0; i < count_; ++i) halves[i] += whole[i];
+        change(values, dt, all, whole);
+        for (std::size_t i = 0; i < count_; ++i) whole[i] += values[i];
+    }
+
+    /// Difference of the whole step from its halves beside the interface, as a part of the way; the way
+    /// counts as a twentieth of a sample at least, since what hardly moves need not do so exactly.
+    double differencePart(const std::vector<double>& halves, const std::vector<double>& whole) const {
+        const double* const values = grid_.data();
+        const double near = 2 * largest_;
+        double differences = 0, way = 0;
+        for (std::size_t i = 0; i < count_; ++i) {
+            if (std::abs(values[i]) > near && std::abs(halves[i]) > near) continue;
+            differences += std::abs(halves[i] - whole[i]);
+            way += std::abs(halves[i] - values[i]) + 0.05 * largest_;
+        }
+        return way > 0 ? differences / way : 0;
+    }
+
+    bool hasInterface(const std::vector<double>& halves, const std::vector<double>& whole) const {
+        bool isInside = false, isOutside = false;
+        for (std::size_t i = 0; i < count_ && !(isInside && isOutside); ++i)
+            (2 * halves[i] - whole[i] <= 0 ? isInside : isOutside) = true;
+        return isInside && isOutside;
+    }
+
+    void writeRates(const double* values, double* rates) {
+        rows_.write(values, rates);
+        smoothBorder(values, rates);
+        if (options_.noiseRadius > 0) noise_.apply(values, rates);
+        const double mean = options_.keepsSize ? meanNearInterface(values, rates) : 0;
+        for (std::size_t i = 0; i < count_; ++i) rates[i] = options_.rate * (rates[i] - mean);
+    }
+
+    /// Takes the rates on the border from beside it, but where the interface is near. There the mirror image
+    /// bends all level sets, as it should bend the interface; others would bring that to it in large steps.
+    void smoothBorder(const double* values, double* rates) const {
+        const double near = 3 * largest_;
+        std::ptrdiff_t stride = 1;
+        for (const int size : sizes_) {
+            const std::ptrdiff_t last = (size - 1) * stride, block = size * stride;
+            const auto count = static_cast<std::ptrdiff_t>(count_);
+            for (std::ptrdiff_t start = 0; start < count && size > 1; start += block)
+                for (std::ptrdiff_t i = start; i < start + stride; ++i) {
+                    if (std::abs(values[i]) > near) rates[i] = rates[i + stride];
+                    if (std::abs(values[i + last]) > near) rates[i + last] = rates[i + last - stride];
+                }
+            stride = block;
+        }
+    }
+
+    /// By the points within one and a half samples, the nearest most.
+    double meanNearInterface(const double* values, const double* rates) const {
+        const double near = 1.5 * largest_;
+        double sum = 0, weights = 0;
+        for (std::size_t i = 0; i < count_; ++i) {
+            const double weight = near - std::abs(values[i]);
+            if (!(weight > 0)) continue;
+            sum += weight * rates[i];
+            weights += weight;
+        }
+        return weights > 0 ? sum / weights : 0;
+    }
+
+    void restoreDistance() {
+        quorbin::reinitialize(grid_);
+        if (!options_.keepsSize) return;
+        // A distance shifts the size by about the interface's own one.
+        constexpr int kShifts = 3;
+        for (int i = 0; i < kShifts; ++i) {
+            const double missing = size_ - Traits::enclosedSize(grid_);
+            const double interface = interfaceSize();
+            if (!(interface > 0)) return;
+            const double shift = std::clamp(missing / interface, -largest_, largest_);
+            double* const values = grid_.data();
+            for (std::size_t k = 0; k < count_; ++k) values[k] -= shift;
+            restoreSides();
+        }
+    }
+
+    void rememberSides() {
+        isInside_.resize(count_);
+        const double* const values = grid_.data();
+        for (std::size_t i = 0; i < count_; ++i) isInside_[i] = values[i] <= 0;
+    }
+
+    /// Values that have changed their side go back to where it begins.
+    void restoreSides() {
+        double* const values = grid_.data();
+        for (std::size_t i = 0; i < isInside_.size(); ++i)
+            values[i] = isInside_[i] ? std::min(values[i], 0.0)
+                                     : std::max(values[i], std::numeric_limits<double>::min());
+    }
+
+    double interfaceSize() const {
+        const double near = 1.5 * largest_;
+        const double* const values = grid_.data();
+        const auto points =
+            std::count_if(values, values + count_, [=](double v) { return std::abs(v) < near; });
+        double cell = 1;
+        for (const double spacing : h_) cell *= spacing;
+        return cell * static_cast<double>(points) / (2 * near);
+    }
+
+    bool goesOn(double time) {
+        constexpr int kParts = 1000;
+        if (!options_.progress) return true;
+        result_.isEnded = !options_.progress(static_cast<int>(kParts * (result_.time / time)), kParts);
+        return !result_.isEnded;
+    }
+
+    Grid& grid_;
+    const Options& options_;
+    std::array<int, dimensions> sizes_;
+    Vector<dimensions> h_;
+    double largest_;
+    std::size_t count_;
+    CurvatureRows<dimensions> rows_;
+    NoiseMask<dimensions> noise_;
+    double size_ = 0;
+    std::vector<bool> isInside_;  // if sides are kept
+    Result result_;
+};
+
+template <class Traits, class Grid>
+quorbin::CurvatureFlowResult flowOnGrid(Grid& grid, double time,
+                                        const quorbin::CurvatureFlowOptions& options) {
+    checkCurvatureFlow(time, options);
+    return DenseCurvatureFlow<Grid, Traits>(grid, options).run(time);
+}
+
+}  // namespace lset::detail
