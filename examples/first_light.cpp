@@ -12,13 +12,10 @@ int main() {
             blob(x, y) =
                 std::hypot(x - 128.0, y - 128.0) - 80.0 - 20.0 * std::cos(7 * angle);  // <= 0 is inside
         }
-    blob.ensureSignedDistance();
-    for (int step = 0; step <= 1200; ++step) {
-        if (step % 400 == 0)
-            for (const quorbin::Polygon& region : quorbin::contours(blob))
-                std::printf("after %4d steps: area %7.1f, length %5.1f\n", step, quorbin::area(region),
-                            quorbin::length(region.outline));
-        blob.moveAlongCurvature();
-        if (step % 10 == 9) blob.ensureSignedDistance();
+    for (int time = 0; time <= 300; time += 100) {
+        if (time > 0) quorbin::curvatureFlow(blob, 100);
+        for (const quorbin::Polygon& region : quorbin::contours(blob))
+            std::printf("at the time %3d: area %7.1f, length %5.1f\n", time, quorbin::area(region),
+                        quorbin::length(region.outline));
     }
 }

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "../io/documents.h"
+
 namespace quorbin::fields {
 
 namespace {
@@ -14,11 +16,6 @@ namespace {
 std::array<int, 2> sizeOf(const FullLevelSet2D& grid) { return {grid.getWidth(), grid.getHeight()}; }
 std::array<int, 3> sizeOf(const FullLevelSet3D& grid) {
     return {grid.getWidth(), grid.getHeight(), grid.getDepth()};
-}
-
-double largestSpacing(const FullLevelSet2D& grid) { return std::max(grid.getXSpace(), grid.getYSpace()); }
-double largestSpacing(const FullLevelSet3D& grid) {
-    return std::max({grid.getXSpace(), grid.getYSpace(), grid.getZSpace()});
 }
 
 std::array<int, 2> pointOf(const PointAnd<double>& entry) { return {entry.x, entry.y}; }
@@ -62,16 +59,26 @@ bool suitsABand(std::initializer_list<double> spacings) {
 }
 
 template <std::size_t dimensions>
-Band<dimensions>::Band(Grid& field) : size_(sizeOf(field)), band_(quorbin::bandOf(field, false)) {
+Band<dimensions>::Band(const Grid& distance, double reach)
+    : size_(sizeOf(distance)), reach_(reach), band_(quorbin::bandOf(distance, false)) {
+    const double* value = distance.data();
+    std::array<int, dimensions> p{};
+    for (std::size_t left = io::pointsOf(distance); left > 0; --left, ++value) {
+        if (std::abs(*value) < reach) valueAt(band_, p) = *value;
+        for (std::size_t axis = 0; axis < dimensions && ++p[axis] == size_[axis]; ++axis) p[axis] = 0;
+    }
     mirror();
-    reinitialise();
 }
 
 template <std::size_t dimensions>
 bool Band<dimensions>::reinitialise() {
-    band_.ensureSignedDistanceFMM();
+    try {
+        quorbin::reinitialize(band_);
+    } catch (const NoInterface&) {
+        return false;
+    }
     mirror();
-    return band_.size() > 0;
+    return true;
 }
 
 template <std::size_t dimensions>
@@ -81,7 +88,7 @@ void Band<dimensions>::mirror() {
 
 template <std::size_t dimensions>
 void Band<dimensions>::mirror(std::size_t axis) {
-    constexpr int kMargin = 6;  // more than is lost between two reinitialisations
+    constexpr int kMargin = 8;  // what is wrong beyond does not come so far in as many steps
     const int count = size_[axis];
     std::vector<std::pair<std::array<int, dimensions>, double>> beyond;
     for (const auto& bucket : band_.points().buckets)
@@ -91,7 +98,9 @@ void Band<dimensions>::mirror(std::size_t axis) {
             for (std::size_t other = 0; other < dimensions; ++other)
                 if (other != axis && !isInside(p[other], size_[other])) isBeside = false;
             const int c = p[axis];
-            p[axis] = c > 0 && c <= kMargin ? -c : c >= count - kMargin && c < count ? 2 * count - 1 - c : c;
+            p[axis] = c > 0 && c <= kMargin                       ? -c
+                      : c >= count - 1 - kMargin && c < count - 1 ? 2 * (count - 1) - c
+                                                                  : c;
             if (isBeside && p[axis] != c) beyond.emplace_back(p, entry.value);
         }
     for (const auto& [p, value] : beyond) valueAt(band_, p) = value;
@@ -109,10 +118,10 @@ void Band<dimensions>::copyTo(Grid& field) const {
             bool isInGrid = true;
             for (std::size_t axis = 0; axis < dimensions; ++axis)
                 if (!isInside(p[axis], size_[axis])) isInGrid = false;
-            if (isInGrid) valueAt(field, p) = entry.value;
+            if (isInGrid) valueAt(field, p) = std::clamp(entry.value, -reach_, reach_);
         }
     // The band is closed, so that the sides are those of its edge.
-    fillGaps(field.data(), width, rows, dimensions == 2 ? rows : size_[1], 3 * largestSpacing(field));
+    fillGaps(field.data(), width, rows, dimensions == 2 ? rows : size_[1], reach_);
 }
 
 template class Band<2>;

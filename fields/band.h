@@ -9,20 +9,21 @@
 
 namespace quorbin::fields {
 
-/// The field of a picture (2) or volume (3) on a narrow band. A band has no border where an outline could
-/// end, so a few points beyond it are stored too, mirrored as the dense grid mirrors.
+/// The signed distance of a picture (2) or volume (3) on a narrow band. A band has no border where an outline
+/// could end, so a few points beyond it are stored too, mirrored as the dense grid mirrors.
 template <std::size_t dimensions>
 class Band {
  public:
     using Grid = std::conditional_t<dimensions == 2, FullLevelSet2D, FullLevelSet3D>;
     using Points = std::conditional_t<dimensions == 2, FastLevelSet2D, FastLevelSet3D>;
 
-    explicit Band(Grid& field);
+    /// Of the points nearer to the outline than reach.
+    Band(const Grid& distance, double reach);
 
     /// Makes the band a signed distance again. False where nothing is left of the outline.
     bool reinitialise();
 
-    /// Writes the values back; beyond the band they keep its reach and the side they are on.
+    /// Writes the values back, to the reach; beyond it they end there, on the side they are on.
     void copyTo(Grid& field) const;
 
     Points& points() { return band_; }
@@ -32,6 +33,7 @@ class Band {
     void mirror(std::size_t axis);
 
     std::array<int, dimensions> size_;
+    double reach_;
     Points band_;
 };
 

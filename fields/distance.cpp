@@ -30,9 +30,8 @@ void setFarFromCrossings(FullLevelSet2D& field, double magnitude) {
         if (!beside[i]) value[i] = value[i] > 0 ? magnitude : -magnitude;
 }
 
-using Measure = bool (*)(FullLevelSet2D&, const Progress&);
-
-bool distanceToSegments(FullLevelSet2D& field, Measure measure, const Progress& progress) {
+bool distanceToSegments(FullLevelSet2D& field, DistanceMethod<FullLevelSet2D> measure,
+                        const Progress& progress) {
     const std::size_t count = pointsOf(field);
     double* const value = field.data();
     UnchangedUnlessDone<FullLevelSet2D> guard(field, static_cast<bool>(progress));
@@ -54,13 +53,31 @@ bool distanceToSegments(FullLevelSet2D& field, Measure measure, const Progress& 
     return true;
 }
 
+/// The values of a mask have no slope beside its outline to go along: those of a march have.
+template <class Grid>
+bool project(Grid& field, const Progress& progress) {
+    UnchangedUnlessDone<Grid> guard(field, static_cast<bool>(progress));
+    if (isMask(field) && !distanceByMarching(field, progress)) return false;
+    if (!reinitialize(field, {0, progress})) return false;
+    guard.done();
+    return true;
+}
+
 }  // namespace
+
+bool distanceByProjection(FullLevelSet2D& field, const Progress& progress) {
+    return project(field, progress);
+}
+
+bool distanceByProjection(FullLevelSet3D& field, const Progress& progress) {
+    return project(field, progress);
+}
 
 bool distanceByMarching(FullLevelSet2D& field, const Progress& progress) {
     return quorbin::ensureSignedDistanceFMM(field, progress);
 }
 
-bool distanceInVolume(FullLevelSet3D& field, const Progress& progress) {
+bool distanceByMarching(FullLevelSet3D& field, const Progress& progress) {
     return quorbin::ensureSignedDistanceFMM(field, progress);
 }
 

@@ -6,11 +6,16 @@ namespace quorbin::fields {
 
 /// Makes a field a signed distance in units of its spacing; the sign stays. Progress may end it: then false,
 /// and the field is as it was.
-using DistanceMethod = bool (*)(FullLevelSet2D& field, const Progress& progress);
+template <class Grid>
+using DistanceMethod = bool (*)(Grid& field, const Progress& progress);
+
+/// By projection to the outline and from its nearest foot: see quorbin::reinitialize. Any spacings.
+bool distanceByProjection(FullLevelSet2D& field, const Progress& progress = {});
+bool distanceByProjection(FullLevelSet3D& field, const Progress& progress = {});
 
 /// By fast marching: first order, any spacings.
 bool distanceByMarching(FullLevelSet2D& field, const Progress& progress = {});
-bool distanceInVolume(FullLevelSet3D& field, const Progress& progress = {});
+bool distanceByMarching(FullLevelSet3D& field, const Progress& progress = {});
 
 /// By the segments of the contour, spread by sweeps. The outline stays where it is to second order, which
 /// marching does not give. The spacings must be equal; points further away than the segments are spread are

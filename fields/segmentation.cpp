@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "distance.h"
+#include "from_samples.h"
 
 namespace quorbin::fields {
 
@@ -48,11 +49,10 @@ void Segmentation::measureMeans(const FullLevelSet2D& field) {
         meanOutside_ = sumOutside / static_cast<double>(intensity_.size() - inside);
 }
 
-void Segmentation::move(FullLevelSet2D& field, int steps) {
+bool Segmentation::move(FullLevelSet2D& field, int steps) {
     constexpr int kImplicitReinit = 5;
     const double hx = field.getXSpace(), hy = field.getYSpace(), h = std::min(hx, hy);
     const double stiffness = 2 * weight_ * (1 / (hx * hx) + 1 / (hy * hy));
-    const DistanceMethod makeDistance = hasEqualSpacings(field) ? distanceBySegments : distanceByMarching;
     for (int step = 1; step <= steps; ++step) {
         measureMeans(field);
         if (implicit_) {
@@ -70,8 +70,11 @@ void Segmentation::move(FullLevelSet2D& field, int steps) {
                 return weight_ * levelSet->getCurvature(x, y) + outward;
             });
         }
-        if (step == steps || (implicit_ && step % kImplicitReinit == 0)) makeDistance(field, {});
+        if (step != steps && !(implicit_ && step % kImplicitReinit == 0)) continue;
+        if (!hasCrossing(field)) return false;
+        distanceByProjection(field);
     }
+    return true;
 }
 
 bool Segmentation::move(Band<2>& band, const FullLevelSet2D& field, int steps) {
@@ -81,7 +84,7 @@ bool Segmentation::move(Band<2>& band, const FullLevelSet2D& field, int steps) {
     const double hx = points.getXSpace(), hy = points.getYSpace(), h = std::min(hx, hy);
     const double stiffness = 2 * weight_ * (1 / (hx * hx) + 1 / (hy * hy));
     const auto inPicture = [](int c, int count) {
-        const int mirrored = c < 0 ? -c : c < count ? c : 2 * count - 1 - c;
+        const int mirrored = c < 0 ? -c : c < count ? c : 2 * (count - 1) - c;
         return std::clamp(mirrored, 0, count - 1);
     };
     for (int step = 1; step <= steps; ++step) {

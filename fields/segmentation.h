@@ -18,13 +18,13 @@ class Segmentation {
 
     /// Moves the outline by a number of steps and makes the field a signed distance. An explicit step takes
     /// the stable time, or less where the outline would move by more than half a sample; an implicit one the
-    /// time in which the largest force moves it by one.
-    void move(FullLevelSet2D& field, int steps);
+    /// time in which the largest force moves it by one. False where nothing is left of the outline.
+    bool move(FullLevelSet2D& field, int steps);
 
     /// Takes the means of the two sides, as every step does.
     void measureMeans(const FullLevelSet2D& field);
 
-    /// The same on a band, explicit; the means are taken once. False where nothing is left of the outline.
+    /// The same on a band, explicit; the means are taken once.
     bool move(Band<2>& band, const FullLevelSet2D& field, int steps);
 
     double meanInside() const { return meanInside_; }

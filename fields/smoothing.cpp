@@ -1,96 +1,93 @@
 #include "smoothing.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 
 #include "band.h"
-#include "distance.h"
 #include "from_samples.h"
+#include "grids.h"
 #include "unchanged.h"
 
 namespace quorbin::fields {
 
 namespace {
 
-void step(FullLevelSet2D& levelSet, double implicitTime) {
-    if (implicitTime == 0) return levelSet.moveAlongCurvature();
-    levelSet.moveWithCurvatureImplicit(
-        [](LevelSet2D*, int, int, double& k, double& vx, double& vy, double& source) {
-            k = 1;
-            vx = vy = source = 0;
-        },
-        implicitTime, 0);
-}
-
-/// Steps for the time of explicit ones on the dense grid. A step strips a layer of three, so every second one
-/// is followed by a reinitialisation. These err inwards, much like motion by curvature: four steps take the
-/// time of five.
-int stepsOnBand(const FullLevelSet2D& levelSet, int steps) {
-    return hasEqualSpacings(levelSet) ? static_cast<int>(std::lround(0.8 * steps)) : steps;
-}
-int stepsOnBand(const FullLevelSet3D&, int steps) { return static_cast<int>(std::lround(0.8 * steps)); }
-
-void stepOnBand(FastLevelSet2D& band, double) { band.moveAlongCurvature(); }
-void stepOnBand(FastLevelSet3D& band, double implicitTime) {
-    constexpr int kSweeps = 15;
-    if (implicitTime == 0) return band.moveAlongCurvature();
-    band.moveWithCurvatureImplicit(
-        [](LevelSet3D*, int, int, int, double& k, double&, double&, double&, double&) { k = 1; },
-        implicitTime, kSweeps);
-}
-
-template <std::size_t dimensions, class Grid>
-int smoothOnBand(Grid& levelSet, const Smoothing& smoothing, const Progress& progress) {
-    const bool isImplicit = smoothing.implicitTime > 0;
-    const int count = isImplicit ? smoothing.steps : stepsOnBand(levelSet, smoothing.steps);
-    const int reinitEvery = isImplicit ? 1 : 2;
-    Band<dimensions> band(levelSet);
-    for (int done = 1; done <= count; ++done) {
-        stepOnBand(band.points(), smoothing.implicitTime);
-        if ((done % reinitEvery == 0 || done == count) && !band.reinitialise()) return done;
-        if (progress && !progress(done, count)) return kEnded;
-    }
-    band.copyTo(levelSet);
-    return hasCrossing(levelSet) ? kStillThere : count;
-}
-
-void step(FullLevelSet3D& levelSet, double implicitTime) {
-    implicitTime == 0 ? levelSet.moveAlongCurvature() : levelSet.moveAlongCurvatureImplicit();
-}
-
-template <class Grid, class MakeDistance>
-int smoothGrid(Grid& levelSet, const Smoothing& smoothing, const Progress& progress,
-               MakeDistance makeDistance) {
-    UnchangedUnlessDone<Grid> guard(levelSet, progress && smoothing.restores);
-    makeDistance(levelSet);
-    for (int done = 1; done <= smoothing.steps; ++done) {
-        step(levelSet, smoothing.implicitTime);
-        if (done % smoothing.reinitEvery == 0 || done == smoothing.steps) {
-            if (!hasCrossing(levelSet)) {
-                guard.done();
-                return done;
-            }
-            makeDistance(levelSet);
+/// Whether the samples on the border lie on both sides: then the outline meets it.
+template <class Grid>
+bool meetsBorder(const Grid& grid) {
+    const std::array<int, 3> size = sizeOf(grid);
+    const double* const values = grid.data();
+    const bool isFirstInside = values[0] <= 0;
+    const std::ptrdiff_t width = size[0], layer = width * size[1];
+    for (int z = 0; z < size[2]; ++z)
+        for (int y = 0; y < size[1]; ++y) {
+            const bool isOnFace = y == 0 || y == size[1] - 1 || (size[2] > 1 && (z == 0 || z == size[2] - 1));
+            const std::ptrdiff_t step = isOnFace ? 1 : std::max<std::ptrdiff_t>(width - 1, 1);
+            for (std::ptrdiff_t x = 0; x < width; x += step)
+                if ((values[z * layer + y * width + x] <= 0) != isFirstInside) return true;
         }
-        if (progress && !progress(done, smoothing.steps)) return kEnded;
+    return false;
+}
+
+/// An outline that meets the border is mirrored there anew before what lies beyond has moved much.
+template <std::size_t dimensions, class Grid>
+CurvatureFlowResult smoothOnBand(Grid& levelSet, const Smoothing& smoothing) {
+    constexpr double kStepsBetweenMirrors = 8;
+    constexpr double kReach = 4;  // of the largest spacing, as the flow keeps it
+    const auto [hx, hy, hz] = spacingOf(levelSet);
+    const double reach = kReach * (dimensions == 2 ? std::max(hx, hy) : std::max({hx, hy, hz}));
+    const double parts =
+        meetsBorder(levelSet)
+            ? std::max(1.0, std::ceil(smoothing.time / (kStepsBetweenMirrors * explicitStep(levelSet))))
+            : 1;
+    const Progress& told = smoothing.flow.progress;
+    UnchangedUnlessDone<Grid> guard(levelSet, static_cast<bool>(told));
+    // A band has too few samples beside the outline for a first distance that is exact.
+    quorbin::reinitialize(levelSet);
+    CurvatureFlowOptions flow = smoothing.flow;
+    CurvatureFlowResult all;
+    for (double part = 0; part < parts; ++part) {
+        if (told)
+            flow.progress = [&](int done, int of) {
+                return told(static_cast<int>((part * of + done) / parts), of);
+            };
+        Band<dimensions> band(levelSet, reach);
+        const CurvatureFlowResult one = curvatureFlow(band.points(), smoothing.time / parts, flow);
+        all.steps += one.steps;
+        all.time = part * (smoothing.time / parts) + one.time;
+        all.isEnded = one.isEnded;
+        if (one.isEnded) return all;
+        band.copyTo(levelSet);
+        all.hasVanished = !hasCrossing(levelSet);
+        if (all.hasVanished) break;
     }
+    if (!all.hasVanished) all.time = smoothing.time;
     guard.done();
-    return kStillThere;
+    return all;
 }
 
 }  // namespace
 
-int smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing, const Progress& progress) {
-    if (smoothing.onBand) return smoothOnBand<2>(levelSet, smoothing, progress);
-    return smoothGrid(levelSet, smoothing, progress, [](FullLevelSet2D& field) {
-        hasEqualSpacings(field) ? distanceBySegments(field) : distanceByMarching(field);
-    });
+double explicitStep(const FullLevelSet2D& levelSet) {
+    const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace();
+    return 1 / (2 / (hx * hx) + 2 / (hy * hy));
 }
 
-int smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing, const Progress& progress) {
-    if (smoothing.onBand) return smoothOnBand<3>(levelSet, smoothing, progress);
-    return smoothGrid(levelSet, smoothing, progress,
-                      [](FullLevelSet3D& field) { field.ensureSignedDistanceFMM(); });
+double explicitStep(const FullLevelSet3D& levelSet) {
+    const double hx = levelSet.getXSpace(), hy = levelSet.getYSpace(), hz = levelSet.getZSpace();
+    return 1 / (2 / (hx * hx) + 2 / (hy * hy) + 2 / (hz * hz));
+}
+
+CurvatureFlowResult smooth(FullLevelSet2D& levelSet, const Smoothing& smoothing) {
+    if (smoothing.onBand) return smoothOnBand<2>(levelSet, smoothing);
+    return curvatureFlow(levelSet, smoothing.time, smoothing.flow);
+}
+
+CurvatureFlowResult smooth(FullLevelSet3D& levelSet, const Smoothing& smoothing) {
+    if (smoothing.onBand) return smoothOnBand<3>(levelSet, smoothing);
+    return curvatureFlow(levelSet, smoothing.time, smoothing.flow);
 }
 
 }  // namespace quorbin::fields

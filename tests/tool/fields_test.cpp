@@ -49,14 +49,16 @@ TEST(LongOperations, ThatAreEndedLeaveTheFieldAsItWas) {
     disc.init(400, 350, 1, 1);
     for (int y = 0; y < 350; ++y)
         for (int x = 0; x < 400; ++x) disc(x, y) = 3 * (std::hypot(x - 50.2, y - 60.1) - 30);
-    for (const DistanceMethod method : {distanceByMarching, distanceBySegments, distanceByBruteForce})
+    for (const DistanceMethod<FullLevelSet2D> method :
+         {static_cast<DistanceMethod<FullLevelSet2D>>(distanceByProjection), distanceBySegments,
+          distanceByBruteForce})
         expectUnchangedWhenEnded(disc, method);
     FullLevelSet3D ball;
     ball.init(60, 50, 60, 1, 1, 1);
     for (int z = 0; z < 60; ++z)
         for (int y = 0; y < 50; ++y)
             for (int x = 0; x < 60; ++x) ball(x, y, z) = 3 * (std::hypot(x - 30.2, y - 25, z - 30) - 18);
-    expectUnchangedWhenEnded(ball, distanceInVolume);
+    expectUnchangedWhenEnded(ball, static_cast<DistanceMethod<FullLevelSet3D>>(distanceByMarching));
     Lattice finer{{77, 61, 80}, {0.9, 0.8, 0.7}};
     io::Placement placement;
     expectUnchangedWhenEnded(ball, [&](FullLevelSet3D& field, const quorbin::Progress& progress) {
@@ -64,11 +66,13 @@ TEST(LongOperations, ThatAreEndedLeaveTheFieldAsItWas) {
     });
     EXPECT_EQ(placement.spacing, finer.spacing);
     for (const bool onBand : {false, true}) {
-        Smoothing smoothing;
-        smoothing.steps = 12;
-        smoothing.onBand = onBand;
         const auto smoothly = [&](auto& field, const quorbin::Progress& progress) {
-            return smooth(field, smoothing, progress) == kStillThere;
+            Smoothing smoothing;
+            smoothing.time = 40 * explicitStep(field);
+            smoothing.onBand = onBand;
+            smoothing.flow.steps = quorbin::CurvatureFlowOptions::Steps::kExplicit;
+            smoothing.flow.progress = progress;
+            return !smooth(field, smoothing).isEnded;
         };
         expectUnchangedWhenEnded(disc, smoothly);
         expectUnchangedWhenEnded(ball, smoothly);

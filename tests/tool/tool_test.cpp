@@ -17,7 +17,7 @@
 #include <nlohmann/json.hpp>
 
 #include "commands/demo_picture.h"
-#include "fields/smoothing.h"
+#include "curvature_flow.h"
 #include "quorbin2d/dense_support.h"
 
 namespace {
@@ -99,7 +99,14 @@ TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
         {"", 2, "subcommand"},
         {"info a.gif", 2, "a.gif: is GIF, which is not read here; save the picture as PNG"},
         {"smoooth square.pgm", 2, "smoooth"},
-        {"smooth square.pgm -o a.svg", 2, "--steps"},
+        {"smooth square.pgm -o a.svg", 2, "smooth: give --time T, or --steps N"},
+        {"smooth square.pgm --time -1 -o a.svg", 2, "--time -1: is no time; give a number from 0 to 1e100"},
+        {"smooth square.pgm --time nan -o a.svg", 2, "--time nan: is no time"},
+        {"smooth square.pgm --time inf -o a.svg", 2, "--time inf: is no time"},
+        {"smooth square.pgm --time 1 --steps 1 -o a.svg", 2, "--time excludes --steps"},
+        {"smooth square.pgm --time 1 --constant --band -o a.svg", 2, "--band excludes --constant"},
+        {"smooth square.pgm --time 1 --frames f --every 0 -o a.svg", 2, "--every 0: is no time"},
+        {"smooth square.pgm --time 1 --frames f --every 1e-9 -o a.svg", 2, "more than a million pictures"},
         {"contour none.png -o a.svg", 2, "none.png: cannot be opened"},
         {"contour text.png -o a.svg", 2, "text.png: is of no known format"},
         {"contour short.pgm -o a.svg", 2, "short.pgm: ends within"},
@@ -111,7 +118,8 @@ TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
         {"distance square.pgm -o a.npy --spacing 1,-1", 2, "--spacing 1,-1"},
         {"distance square.pgm -o a.npy --level 200", 4, "square.pgm: has no outline, all of it is outside"},
         {"contour grey.pgm -o a.svg --level 1", 4, "grey.pgm: has no outline, all of it is inside"},
-        {"smooth square.pgm --steps 500 -o a.npy", 4, "square.pgm: nothing is left"},
+        {"smooth square.pgm --steps 500 -o a.npy", 4,
+         "square.pgm: nothing is left of the outline after the time "},
         {"contour square.pgm -o ''", 2, "no file to write"},
         {"mask square.pgm -o a.npy", 2,
          "a.npy: its ending tells no format that a mask is written in; end it in one of png"},
@@ -132,10 +140,10 @@ TEST_F(Tool, SaysWhatIsWrongInOneLineAndWritesNothing) {
 
 TEST_F(Tool, LeavesNothingBehindWhenInterrupted) {
     const Outcome outcome = shell(
-        "$Q smooth square.pgm --steps 1000000000 --reinit 1000000000 -o out.svg & "
+        "echo P2 4 1 9 0 1 8 9 >line.pgm; $Q smooth line.pgm --explicit --steps 1000000000 -o out.svg & "
         "until ls .quorbin-* >/dev/null 2>&1; do sleep 0.01; done; kill -INT $!; wait $!");
     EXPECT_EQ(outcome.status, 130);
-    EXPECT_EQ(fileCount(), 3U) << "the input and what the shell wrote";
+    EXPECT_EQ(fileCount(), 4U) << "the inputs and what the shell wrote";
 }
 
 TEST_F(Tool, AMaskAndBackIsTheIdentity) {
@@ -165,7 +173,7 @@ TEST_F(Tool, PutsNothingButTheResultOnStandardOutput) {
 }
 
 TEST_F(Tool, FieldsComeBackTheSameFromBothFormats) {
-    ASSERT_EQ(run("distance square.pgm --spacing 0.5,2 -o a.fl2d").status, 0);
+    ASSERT_EQ(run("distance square.pgm --method fmm --pixels --spacing 0.5,2 -o a.fl2d").status, 0);
     FullLevelSet2D field;
     ASSERT_TRUE(field.load((folder + "/a.fl2d").c_str()));
     EXPECT_EQ(field.getYSpace(), 2.0);
@@ -232,6 +240,12 @@ TEST_F(Tool, SegmentFindsTheShapes) {
     EXPECT_EQ(run("segment dark.pgm -o a.svg --max-steps 0").status, 2);
     EXPECT_EQ(run("segment dark.pgm -o a.svg --init square.pgm").status, 2);
     EXPECT_EQ(run("segment dark.pgm -o a.svg --level 200").status, 4);
+    for (const char* how : {"", " --implicit", " --band"}) {
+        const Outcome gone = run(std::string("segment square.pgm -o a.svg --weight 1000") + how);
+        EXPECT_EQ(gone.status, 4) << how << gone.err;
+        EXPECT_NE(gone.err.find("nothing is left of the outline after 10 steps"), std::string::npos)
+            << gone.err;
+    }
 }
 
 /// Shapes in noise, which the tool once began to look for by circles, and lost.
@@ -255,63 +269,45 @@ TEST_F(Tool, SegmentLosesNothingThatOtsuSees) {
                 pgm += static_cast<char>(static_cast<unsigned char>(std::clamp(
                     60 + (drawn.data()[i] <= 0 ? contrast : 0) + deviation * noise(), 0.0, 255.0)));
             write("shape.pgm", pgm);
-            ASSERT_EQ(run("segment shape.pgm -q -f -o found.fl2d").status, 0);
-            ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
-            EXPECT_GT(diceOf(found, drawn), 0.99) << contrast;
+            for (const std::string spacing : {"1,1", "1,1.5"}) {
+                ASSERT_EQ(run("segment shape.pgm -q -f -o found.fl2d --spacing " + spacing).status, 0);
+                ASSERT_TRUE(found.load((folder + "/found.fl2d").c_str()));
+                EXPECT_GT(diceOf(found, drawn), 0.99) << contrast;
+            }
         }
 }
 
-TEST_F(Tool, SmoothsAlikeByExplicitAndImplicitSteps) {
-    FullLevelSet2D disc;
-    fill(
-        disc, 80, 80, [](int x, int y) { return std::hypot(x - 39.6, y - 40.2) / 2 - 15; }, 0.5, 0.5);
-    ASSERT_TRUE(disc.save((folder + "/disc.fl2d").c_str()));
-    // The time 20 takes the radius from 15 to the root of 185.
-    for (const char* steps : {"--steps 320", "--steps 80 --implicit", "--steps 40 --implicit --dt 0.5"}) {
-        ASSERT_EQ(run("smooth disc.fl2d -f -o smooth.fl2d " + std::string(steps)).status, 0);
-        ASSERT_TRUE(disc.load((folder + "/smooth.fl2d").c_str()));
-        const double r = std::hypot(39 - 39.6, 40 - 40.2) / 2 - disc.get(39, 40);
-        EXPECT_NEAR(r, std::sqrt(185.0), 0.15) << steps;
-    }
-    EXPECT_EQ(run("smooth disc.fl2d -f -o smooth.fl2d --steps 1 --dt 2").status, 2);
-}
-
-TEST_F(Tool, SmoothsOnABandLikeOnTheDenseGrid) {
-    ASSERT_EQ(run("demo -o demo -q && $Q smooth demo/1-mask.png --steps 200 --band -o band.fl2d").status, 0);
-    FullLevelSet2D dense, band;
-    ASSERT_TRUE(dense.load((folder + "/demo/4-smooth.fl2d").c_str()));
-    ASSERT_TRUE(band.load((folder + "/band.fl2d").c_str()));
-    EXPECT_GT(diceOf(band, dense), 0.995);
-    EXPECT_EQ(run("smooth demo/1-mask.png --steps 20 --band --implicit -o a.svg").status, 2);
-    EXPECT_EQ(run("segment demo/1-mask.png --band --implicit -o a.svg").status, 2);
-    EXPECT_EQ(run("smooth square.pgm --steps 2000 --band -o a.svg").status, 4);
-    // An outline that meets the border stays there: beyond it the picture goes on mirrored.
-    std::string strip = "P5 40 40 1\n";
-    for (int i = 0; i < 40 * 40; ++i) strip += static_cast<char>(i % 40 < 20);
-    write("strip.pgm", strip);
-    ASSERT_EQ(run("smooth strip.pgm --steps 50 --band -o band.fl2d -f").status, 0);
-    ASSERT_TRUE(band.load((folder + "/band.fl2d").c_str()));
-    for (const int y : {0, 20, 39})
-        for (const int x : {0, 18, 21, 39})
-            EXPECT_NEAR(band.get(x, y), std::clamp(x - 19.5, -3.0, 3.0), 1e-9);
-    EXPECT_NE(run("info strip.pgm").out.find("250 points around the outline, 6.4 cells wide"),
-              std::string::npos);
-}
-
-TEST_F(Tool, MeasuresDistancesByThreeMethods) {
+TEST_F(Tool, MeasuresDistancesByFourMethods) {
     // A strip is longer than the distances by segments reach.
-    std::string strip = "P5 200 8 1\n";
+    std::string strip = "P5 200 8 1\n", disc = "P5 100 90 1\n";
     for (int i = 0; i < 200 * 8; ++i) strip += static_cast<char>(i % 200 < 20);
+    const auto discAt = [](int x, int y) { return std::hypot(x - 50.3, y - 44.1) - 35; };
+    for (int i = 0; i < 100 * 90; ++i) disc += static_cast<char>(discAt(i % 100, i / 100) <= 0);
     write("strip.pgm", strip);
+    write("disc.pgm", disc);
     FullLevelSet2D field;
-    for (const char* method : {"fmm", "segments", "brute"}) {
-        ASSERT_EQ(run(std::string("distance strip.pgm -f -o d.fl2d --spacing 2,2 --method ") + method).status,
-                  0);
-        ASSERT_TRUE(field.load((folder + "/d.fl2d").c_str()));
-        for (const int x : {0, 19, 20, 60, 199})
-            EXPECT_NEAR(field.get(x, 3), 2 * (x - 19.5), 1e-9) << method << x;
-    }
+    for (const std::string method : {"projection", "fmm", "segments", "brute"})
+        for (const char* mask : {"", " --pixels"}) {
+            ASSERT_EQ(run("distance strip.pgm -f -o d.fl2d --spacing 2,2 --method " + method + mask).status,
+                      0);
+            ASSERT_TRUE(field.load((folder + "/d.fl2d").c_str()));
+            for (const int x : {0, 19, 20, 60, 199})
+                EXPECT_NEAR(field.get(x, 3), 2 * (x - 19.5), 1e-9) << method << x;
+        }
     EXPECT_EQ(run("distance strip.pgm -f -o d.fl2d --spacing 2,1 --method brute").status, 2);
+    // What the staircase of a mask hides is found again.
+    const auto largestError = [&](const std::string& how) {
+        EXPECT_EQ(run("distance disc.pgm -f -o d.fl2d " + how).status, 0);
+        EXPECT_TRUE(field.load((folder + "/d.fl2d").c_str()));
+        double largest = 0;
+        for (int y = 0; y < 90; ++y)
+            for (int x = 0; x < 100; ++x)
+                largest = std::max(largest, std::abs(field.get(x, y) - discAt(x, y)));
+        return largest;
+    };
+    EXPECT_LT(largestError(""), 0.5);
+    EXPECT_GT(largestError("--pixels --method brute"), 0.45);
+    EXPECT_EQ(field.get(50, 79), -0.5) << "half a sample from one outside";
 }
 
 TEST_F(Tool, DemoFindsTheShapesItHasDrawn) {
@@ -322,7 +318,7 @@ TEST_F(Tool, DemoFindsTheShapesItHasDrawn) {
     fill(drawn, 512, 512, [](int x, int y) { return quorbin::tool::demoShapes(x, y); });
     // Curvature takes away 2 pi from each outline and unit of time, noise or not.
     EXPECT_GT(diceOf(found, drawn), 0.96);
-    ASSERT_EQ(quorbin::fields::smooth(drawn, {200}, {}), -1);
+    quorbin::curvatureFlow(drawn, 50);
     EXPECT_GT(diceOf(found, drawn), 0.99);
     EXPECT_EQ(run("demo -o demo").status, 2);
     EXPECT_EQ(run("demo -o demo -f --input square.pgm").status, 4);

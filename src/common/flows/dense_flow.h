@@ -45,6 +45,9 @@ class DenseCurvatureFlow {
             isLarge(time) ? inLargeSteps(time) : inExplicitSteps(time);
         } catch (const quorbin::NoInterface&) {
             result_.hasVanished = true;
+        } catch (...) {
+            std::copy(before.begin(), before.end(), grid_.data());
+            throw;
         }
         if (result_.isEnded) std::copy(before.begin(), before.end(), grid_.data());
         return result_;

@@ -121,6 +121,15 @@ void FieldCommand::addVolume(CLI::App& command) {
     command.option_defaults()->group(kOwnGroup);
 }
 
+void FieldCommand::addPixels(CLI::App& command) {
+    command.option_defaults()->group("Level");
+    command.add_flag(
+        "--pixels", asPixels,
+        "of a mask, take the outline along its samples as they are, and not a smooth one between "
+        "them");
+    command.option_defaults()->group(kOwnGroup);
+}
+
 void FieldCommand::addOutput(CLI::App& command, bool required, std::initializer_list<Kind> kinds) {
     takesOutput = true;
     command.option_defaults()->group("Output");
@@ -243,6 +252,12 @@ std::string counted(std::size_t count, const std::string& noun) {
 void makeFolder(const std::string& path) {
     if (mkdir(path.c_str(), 0777) != 0 && errno != EEXIST)
         refuse("{}: cannot be made a folder ({}); choose another", path, std::strerror(errno));
+}
+
+void writeFrame(const std::string& folder, int number, const PictureDocument& document, bool force) {
+    OutputFile file(fmt::format("{}/{:06}.png", folder, number), force);
+    outputFormat(Kind::kPicture, "", "png", "").writePicture(document, file);
+    file.commit();
 }
 
 void setUp(CLI::App& app) {

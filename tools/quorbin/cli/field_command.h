@@ -42,6 +42,7 @@ struct FieldCommand {
     bool takesOutput = false;   ///< addOutput
     bool everyLabel = false;    ///< runForLabels
     bool needsSamples = false;  ///< besides the field that is made of them
+    bool asPixels = false;      ///< smoothIfMask leaves masks as they are
     bool force = false;
     bool quiet = false;
     bool asFloat = false;
@@ -61,6 +62,8 @@ struct FieldCommand {
     CLI::Option* addInside(CLI::App& command, const std::string& description);
     /// What a command that takes volumes too is given besides.
     void addVolume(CLI::App& command);
+    /// --pixels, of a command that calls smoothIfMask.
+    void addPixels(CLI::App& command);
     /// kinds are those of what it may write.
     void addOutput(CLI::App& command, bool required, std::initializer_list<Kind> kinds);
 
@@ -101,6 +104,10 @@ struct FieldCommand {
     io::Image readWithCrossing(FullLevelSet2D& levelSet) const;
     io::Image readWithCrossing(FullLevelSet3D& levelSet) const;
 
+    /// Makes the field of a mask a signed distance to a smooth outline between its samples, and says so.
+    template <class Grid>
+    void smoothIfMask(Grid& levelSet) const;
+
     /// Gives what is written a name with a label.
     void nameAfterLabel(double label);
     /// Refuses names of files that are there already, or cannot be made.
@@ -128,6 +135,9 @@ struct FieldCommand {
     std::shared_ptr<const io::Image> kept_;
     std::optional<double> labelInFolder_;  ///< whose result it is, where that goes into a folder
 };
+
+extern template void FieldCommand::smoothIfMask(FullLevelSet2D&) const;
+extern template void FieldCommand::smoothIfMask(FullLevelSet3D&) const;
 
 /// The path with something before its ending: a-3.ply.
 std::string withSuffix(const std::string& path, const std::string& suffix);
@@ -210,6 +220,9 @@ std::string counted(std::size_t count, const std::string& noun);
 
 /// Makes a folder that is not there.
 void makeFolder(const std::string& path);
+
+/// Draws a field as a PNG file into a folder of numbered ones.
+void writeFrame(const std::string& folder, int number, const PictureDocument& document, bool force);
 
 /// Gives an app what all have: -h, -V, and help by groups.
 void setUp(CLI::App& app);

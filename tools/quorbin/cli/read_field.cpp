@@ -130,4 +130,15 @@ io::Image FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
     return readAndReport(*this, levelSet, true);
 }
 
+template <class Grid>
+void FieldCommand::smoothIfMask(Grid& levelSet) const {
+    if (asPixels || !isMask(levelSet)) return;
+    Progress progress(!quiet);
+    smoothMask(levelSet, {true, progress.function()});
+    record->add("smoothed", true);
+    report("{}: the outline is smoothed between the samples of the mask", input);
+}
+template void FieldCommand::smoothIfMask(FullLevelSet2D&) const;
+template void FieldCommand::smoothIfMask(FullLevelSet3D&) const;
+
 }  // namespace quorbin::tool

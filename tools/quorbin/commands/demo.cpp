@@ -7,6 +7,7 @@
 #include "cli/progress.h"
 #include "cli/record.h"
 #include "commands/demo_picture.h"
+#include "fields/distance.h"
 #include "fields/smoothing.h"
 #include "io/failure.h"
 #include "io/format.h"
@@ -16,7 +17,7 @@ namespace quorbin::tool {
 
 namespace {
 
-constexpr int kSteps = 200;
+constexpr double kTime = 50;  // removes what is smaller than a disc of radius 10
 
 struct Demo : FieldCommand {
     void run() {
@@ -39,18 +40,21 @@ struct Demo : FieldCommand {
         save("1-mask.png", "mask", "white inside, black outside", {levelSet});
         save("2-outline-before.svg", "svg", "its outline", {levelSet});
         save("2-outline-before.png", "png", "the outline over the picture", {levelSet, &picture});
-        timed("signed distance", [&] { levelSet.ensureSignedDistanceFMM(); });
+        timed("signed distance", [&] { distanceByProjection(levelSet); });
         save("3-distance.fl2d", "fl2d", "distance to the outline, negative inside", {levelSet});
         save("3-distance.png", "png", "the same in colours, with its zero line", {levelSet});
-        timed(fmt::format("{} curvature steps", kSteps), [&] {
+        timed(fmt::format("motion by curvature for the time {}", kTime), [&] {
             Progress progress(!quiet);
-            if (smooth(levelSet, {kSteps}, progress.function()) >= 0)
+            Smoothing smoothing;
+            smoothing.time = kTime;
+            smoothing.flow.progress = progress.function();
+            if (smooth(levelSet, smoothing).hasVanished)
                 throw Failure(kNoCrossing,
-                              fmt::format("{}: nothing is left of the outline after {} steps; take a picture "
-                                          "with larger shapes, or another --level",
-                                          name(), kSteps));
+                              fmt::format("{}: nothing is left of the outline after the time {}; take a "
+                                          "picture with larger shapes, or another --level",
+                                          name(), kTime));
         });
-        save("4-smooth.fl2d", "fl2d", "the field after the steps", {levelSet});
+        save("4-smooth.fl2d", "fl2d", "the field after it", {levelSet});
         save("4-smooth.png", "png", "the same in colours, with its zero line", {levelSet});
         save("5-outline-after.svg", "svg", "the smooth outline", {levelSet});
         save("5-outline-after.geojson", "geojson", "the same as polygons with holes", {levelSet});

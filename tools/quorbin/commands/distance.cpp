@@ -11,37 +11,44 @@ namespace quorbin::tool {
 
 namespace {
 
-const std::map<std::string, DistanceMethod> kMethods{
-    {"fmm", distanceByMarching}, {"segments", distanceBySegments}, {"brute", distanceByBruteForce}};
+const std::map<std::string, DistanceMethod<FullLevelSet2D>> kMethods{{"projection", distanceByProjection},
+                                                                     {"fmm", distanceByMarching},
+                                                                     {"segments", distanceBySegments},
+                                                                     {"brute", distanceByBruteForce}};
+const std::map<std::string, DistanceMethod<FullLevelSet3D>> kMethodsInVolumes{
+    {"projection", distanceByProjection}, {"fmm", distanceByMarching}};
 
 struct Distance : FieldCommand {
-    std::string method = "fmm";
+    std::string method = "projection";
 
     void run() const {
         if (isGivenVolume()) return runOnVolume();
         Result result(*this, Kind::kPicture, "fl2d");
         FullLevelSet2D levelSet;
         readWithCrossing(levelSet);
-        if (method != "fmm" && !hasEqualSpacings(levelSet))
-            refuse("{}: its spacings are {} and {}; --method {} wants equal ones, fmm takes any", input,
-                   levelSet.getXSpace(), levelSet.getYSpace(), method);
+        if ((method == "segments" || method == "brute") && !hasEqualSpacings(levelSet))
+            refuse("{}: its spacings are {} and {}; --method {} wants equal ones, projection takes any",
+                   input, levelSet.getXSpace(), levelSet.getYSpace(), method);
         measure(kMethods.at(method), levelSet);
         result.write(PictureDocument{levelSet});
     }
 
  private:
-    template <class Method, class Grid>
-    void measure(Method makeDistance, Grid& levelSet) const {
+    template <class Grid>
+    void measure(DistanceMethod<Grid> makeDistance, Grid& levelSet) const {
+        smoothIfMask(levelSet);
         Progress progress(!quiet);
         makeDistance(levelSet, progress.function());
     }
 
     void runOnVolume() const {
-        if (method != "fmm") refuse("{}: is a volume, whose distances are by --method fmm", input);
+        const auto found = kMethodsInVolumes.find(method);
+        if (found == kMethodsInVolumes.end())
+            refuse("{}: is a volume, whose distances are by --method projection or fmm", input);
         Result result(*this, Kind::kVolume, "fl3d");
         FullLevelSet3D levelSet;
         const io::Image volume = readWithCrossing(levelSet);
-        measure(distanceInVolume, levelSet);
+        measure(found->second, levelSet);
         result.write(VolumeDocument{levelSet, volume.placement});
     }
 };
@@ -58,13 +65,14 @@ void addDistance(CLI::App& app) {
     distance->addInput(command);
     distance->addVolume(command);
     distance->addOutput(command, true, {Kind::kPicture, Kind::kVolume});
+    distance->addPixels(command);
     command
-        .add_option(
-            "--method", distance->method,
-            "fmm: fast marching, first order (default); segments: to the straight pieces of the outline, "
-            "swept; brute: to the nearest of all pieces; of volumes fmm only")
+        .add_option("--method", distance->method,
+                    "projection: to the outline that cubics through the samples have, and from the nearest "
+                    "foot (default); fmm: fast marching, first order; segments: to the straight pieces of "
+                    "the outline, swept; brute: to the nearest of all pieces; of volumes projection and fmm")
         ->check(CLI::IsMember(kMethods))
-        ->type_name("fmm|segments|brute");
+        ->type_name("projection|fmm|segments|brute");
 }
 
 }  // namespace quorbin::tool

@@ -93,6 +93,7 @@ struct MeshCommand : FieldCommand {
         MeshDocument mesh;
         if (onBand && !suitsABand({levelSet.getXSpace(), levelSet.getYSpace(), levelSet.getZSpace()}))
             refuse("{}: its spacings differ too much for a band; leave out --band", input);
+        if (onBand || !field.label) smoothIfMask(levelSet);
         if (onBand)
             meshBand(levelSet, mesh);
         else if (field.label)
@@ -144,7 +145,8 @@ struct MeshCommand : FieldCommand {
     }
 
     void meshBand(const FullLevelSet3D& levelSet, MeshDocument& mesh) const {
-        FastLevelSet3D band = quorbin::bandOf(levelSet);
+        FastLevelSet3D band = quorbin::bandOf(levelSet, false);
+        quorbin::reinitialize(band);
         if (soup)
             band.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
         else
@@ -223,6 +225,7 @@ void addMesh(CLI::App& app) {
     mesh->addInput(command);
     mesh->addVolume(command);
     mesh->addOutput(command, true, {Kind::kMesh});
+    mesh->addPixels(command);
     auto* units =
         command
             .add_option_function<std::string>(
@@ -236,8 +239,7 @@ void addMesh(CLI::App& app) {
     command.add_flag("--cap", mesh->cap, "close the surface where it leaves the volume")->excludes(soup);
     command
         .add_flag("--band", mesh->onBand,
-                  "of the signed distance on a narrow band: smoother normals, and the surface drifts by a "
-                  "part of a sample")
+                  "of the signed distance on a narrow band, which has smoother normals")
         ->excludes("--cap");
     auto* picture = command.add_option("--picture", mesh->picture, "draw the mesh into a PNG file, too")
                         ->type_name("FILE")

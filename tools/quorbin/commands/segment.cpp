@@ -43,7 +43,7 @@ struct Segment : FieldCommand {
         const double moved = follow(picture, levelSet);
         result.write(PictureDocument{levelSet, &picture});
         if (overlay) {
-            draw({levelSet, &picture}, *overlay);
+            outputFormat(Kind::kPicture, "", "png", "").writePicture({levelSet, &picture}, *overlay);
             overlay->commit();
             record->addWritten(overlayPath);
         }
@@ -57,10 +57,6 @@ struct Segment : FieldCommand {
  private:
     static constexpr int kStepsBetweenLooks = 10;
     static constexpr double kStill = 0.1;  // samples
-
-    static void draw(const PictureDocument& document, OutputFile& out) {
-        outputFormat(Kind::kPicture, "", "png", "").writePicture(document, out);
-    }
 
     void start(const io::Image& picture, FullLevelSet2D& levelSet) {
         FieldOptions options = field;
@@ -84,10 +80,7 @@ struct Segment : FieldCommand {
         if (options.level && startMask.empty()) record->add("level", *options.level);
         if (!hasCrossing(levelSet))
             throw Failure(kNoCrossing, fmt::format("{}: the start has no outline; choose another", input));
-        if (hasEqualSpacings(levelSet))
-            distanceBySegments(levelSet);
-        else
-            distanceByMarching(levelSet);
+        distanceByProjection(levelSet);
         record->add("start", note);
         report("{}: starts with {}", input, note);
     }
@@ -99,7 +92,8 @@ struct Segment : FieldCommand {
         if (onBand && !suitsABand({levelSet.getXSpace(), levelSet.getYSpace()}))
             refuse("{}: its spacings differ too much for a band; leave out --band", input);
         std::optional<Band<2>> band;
-        if (onBand) band.emplace(levelSet);
+        constexpr double kReach = 3;
+        if (onBand) band.emplace(levelSet, kReach * std::max(levelSet.getXSpace(), levelSet.getYSpace()));
         frame(0, picture, levelSet);
         FullLevelSet2D before;
         int step = 0;
@@ -112,7 +106,7 @@ struct Segment : FieldCommand {
                 isLeft = segmentation.move(*band, levelSet, steps);
                 band->copyTo(levelSet);
             } else {
-                segmentation.move(levelSet, steps);
+                isLeft = segmentation.move(levelSet, steps);
             }
             step += steps;
             if (!isLeft || !hasCrossing(levelSet))
@@ -135,10 +129,7 @@ struct Segment : FieldCommand {
     }
 
     void frame(int step, const io::Image& picture, const FullLevelSet2D& levelSet) const {
-        if (framesFolder.empty()) return;
-        OutputFile file(fmt::format("{}/{:06}.png", framesFolder, step), force);
-        draw({levelSet, &picture}, file);
-        file.commit();
+        if (!framesFolder.empty()) writeFrame(framesFolder, step, {levelSet, &picture}, force);
     }
 };
 
