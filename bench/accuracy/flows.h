@@ -4,8 +4,8 @@
 
 #include "methods.h"
 
-/// What is measured, one source a subject, each with the methods that it is given. Sizes are n points an axis.
-/// Each function prints lines of JSON (see line.h).
+/// What is measured, one source a subject, each with the methods that it is given. Sizes are n points an
+/// axis. Each function prints lines of JSON (see line.h).
 namespace accuracy {
 
 /// Change of the area of a disc, or of the volume of a ball, by 1, 10 and 100 calls.

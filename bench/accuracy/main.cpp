@@ -94,8 +94,8 @@ bool print(const std::string& name, bool isSmall) {
 
 }  // namespace
 
-/// quorbin_accuracy [--small] [flow ...]: measures flows with known answers, all of them if none is named, and
-/// prints a JSON object a line. --small takes seconds and tells that everything runs, not how good it is.
+/// quorbin_accuracy [--small] [flow ...]: measures flows with known answers, all of them if none is named,
+/// and prints a JSON object a line. --small takes seconds and tells that everything runs, not how good it is.
 int main(int argc, char** argv) try {
     std::vector<std::string> names(argv + 1, argv + argc);
     const bool isSmall = !names.empty() && names.front() == "--small";

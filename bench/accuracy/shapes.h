@@ -62,7 +62,7 @@ inline Shape starAt(const Point& centre, double radius, double depth) {
     };
 }
 
-/// An ellipse (with equal last half axis) or ellipsoid: b/2 (x²/a² + y²/b² + … − 1), b the smallest half axis.
+/// An ellipse or ellipsoid as b/2 (x²/a² + y²/b² + … − 1), b the smallest half axis.
 inline Shape ellipsoidAt(const Point& centre, const Point& halfAxes) {
     return [=](const Point& p) {
         const Point d = p - centre;
