@@ -232,9 +232,9 @@ PackedPicture readPacked(InputFile& file, const ReadOptions& options) {
         PackedPicture picture;
         Image& image = picture.image;
         if (format.read != nullptr) {
-            image = format.read(file, options);
-            refuseUnusable(image, options);
-            picture = packed(std::move(image));
+            Image whole = format.read(file, options);
+            refuseUnusable(whole, options);
+            picture = packed(std::move(whole));
         } else {
             SampleCheck check(options);
             std::vector<double> checked;
