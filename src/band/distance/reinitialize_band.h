@@ -38,6 +38,7 @@ class BandReinitialization {
           stored_(stored),
           space_(space),
           h_(h),
+          smallest_(*std::min_element(h.begin(), h.end())),
           lattice_(tiles, values, stored, space.nearest),
           closest_(lattice_, h),
           frontBits_(tiles, space.inside, stored) {}
@@ -57,19 +58,23 @@ class BandReinitialization {
 
     /// visit(number, coordinates, signed distance) for each of the points.
     template <class Visit>
-    void forEachDistance(const Visit& visit) const {
+    void forEachDistance(const Visit& visit, OldValues old = OldValues::kTrusted) const {
         for (std::size_t number = 0; number < space_.nearest.size(); ++number) {
             const Nearest nearest = space_.nearest[number];
             const std::uint32_t foot = nearest.foot();
             if (foot == Nearest::kNone) continue;
             const Site site = lattice_.site(static_cast<int>(number));
-            Vector<dimensions> world;
-            for (std::size_t axis = 0; axis < dimensions; ++axis) world[axis] = h_[axis] * site.at[axis];
+            const Vector<dimensions> world = worldOf(site.at);
             const bool isStored = lattice_.isStored(site.number);
-            const double value = isStored ? values_[number] : std::numeric_limits<double>::quiet_NaN();
+            if (!isStored && isBeyondEnd(space_.feet[foot], world)) continue;
+            const bool isKnown = isStored && old == OldValues::kTrusted;
+            const double value = isKnown ? values_[number] : std::numeric_limits<double>::quiet_NaN();
             const double distance =
                 nearest.isFixed() ? space_.distances[foot] : distanceFrom(space_.feet[foot], world, value);
-            visit(site.number, site.at, nearest.signedDistance(distance));
+            const bool isOutside = isStored || !space_.feet[foot].isSmooth
+                                       ? nearest.isOutside()
+                                       : isBeyond(space_.feet[foot], world);
+            visit(site.number, site.at, Nearest::signedDistance(isOutside, distance));
         }
     }
 
@@ -96,23 +101,67 @@ class BandReinitialization {
         }
     }
 
+    Vector<dimensions> worldOf(const typename Tiles::Point& p) const {
+        Vector<dimensions> world;
+        for (std::size_t axis = 0; axis < dimensions; ++axis) world[axis] = h_[axis] * p[axis];
+        return world;
+    }
+
+    /// Whether a point lies on the outer side of a foot's tangent. Around the edge of a band feet of both
+    /// sides reach a point that had no value.
+    static bool isBeyond(const Foot<dimensions>& foot, const Vector<dimensions>& p) {
+        return dot(difference(p, foot.at), foot.normal) > 0;
+    }
+
+    /// Whether a point lies past the edge of the band along the interface, which would grow there without
+    /// end.
+    bool isBeyondEnd(const Foot<dimensions>& foot, const Vector<dimensions>& p) const {
+        if (!foot.isEnd) return false;
+        const Vector<dimensions> r = difference(p, foot.at);
+        const double along = dot(r, foot.normal), limit = kPastEnd * smallest_;
+        return dot(r, r) - along * along > limit * limit;
+    }
+
+    /// Whether a neighbour through which the interface must go on, side by side or corner by corner, is not
+    /// stored.
+    bool isAtEnd(const Site& site, const Foot<dimensions>& foot) const {
+        constexpr int kAround = dimensions == 2 ? 9 : 27;
+        for (int i = 0; i < kAround; ++i) {
+            typename Tiles::Point p = site.at;
+            int rest = i;
+            for (int& c : p) {
+                c = stepped(c, rest % 3 - 1);
+                rest /= 3;
+            }
+            const double distance = dot(difference(worldOf(p), foot.at), foot.normal);
+            if (std::abs(distance) <= 0.5 * smallest_ && !lattice_.isStored(p)) return true;
+        }
+        return false;
+    }
+
     void addToFront(FootFinder<Lattice>& finder, int number) {
         const Site site = lattice_.site(number);
         const double value = lattice_.value(site);
         AxisCrossings<dimensions> crossings;
+        std::size_t neighbours = 0;
         lattice_.forEachStoredBeside(site, [&](const Site& beside, std::size_t axis, int step) {
+            ++neighbours;
             crossings.look(value, lattice_.value(beside), axis, step, h_[axis]);
         });
         checkFootCount(space_.feet.size());
         space_.feet.emplace_back();
         space_.distances.push_back(finder.find(site.at, value, crossings, space_.feet.back()));
+        if (neighbours < 2 * dimensions) space_.feet.back().isEnd = isAtEnd(site, space_.feet.back());
         closest_.start(site, !(value <= 0), space_.feet.back().at);
     }
+
+    static constexpr double kPastEnd = 0.25;
 
     const std::vector<double>& values_;
     const std::vector<Bits>& stored_;
     FeetSpace<dimensions>& space_;
     Vector<dimensions> h_;
+    double smallest_;
     Lattice lattice_;
     ClosestFeet<Lattice> closest_;
     FrontBits<dimensions> frontBits_;
@@ -125,7 +174,8 @@ double marchedWidth(const Vector<dimensions>& h) {
 }
 
 template <class Band>
-bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options) {
+bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options,
+                      OldValues old = OldValues::kTrusted) {
     constexpr std::size_t dimensions = BandTraits<Band>::dimensions;
     using Storage = BandStorage<dimensions>;
     const auto h = BandTraits<Band>::spacings(band);
@@ -140,9 +190,9 @@ bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options) {
         BatchWatch watch(options.progress, work.numbers.size());
         if (!made.run(width, watch)) throwNoInterface();
         work.result.clear();
-        made.forEachDistance([&](int, const auto& p, double distance) {
-            work.result.push_back(Storage::entryOf(p, distance));
-        });
+        made.forEachDistance([&](int, const auto& p,
+                                 double distance) { work.result.push_back(Storage::entryOf(p, distance)); },
+                             old);
         replacePoints<dimensions>(BandAccess::values(band), work.result, work.inOrder);
     });
 }

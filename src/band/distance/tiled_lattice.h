@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "band/storage/tiled_points.h"
+#include "common/distance/continued_block.h"
 #include "common/stepped.h"
 #include "common/storage/nearest.h"
 
@@ -90,9 +91,13 @@ class TiledLattice {
                 samples[i] = values_[static_cast<std::size_t>(tile) * Tiles::kTileSize + inTile];
             }
         }
-        return missing == 0 || continueInto(missing, samples);
+        return missing == 0 || continueInto<dimensions>(missing, samples);
     }
 
+    bool isStored(const Point& p) const {
+        const int tile = tiles_.tileIfMade(p);
+        return tile != Tiles::kNone && isStored(static_cast<std::size_t>(tile), Tiles::placeInTile(p));
+    }
     bool isStored(int number) const {
         return isStored(index(number) / Tiles::kTileSize, static_cast<unsigned>(number) % Tiles::kTileSize);
     }
@@ -124,39 +129,6 @@ class TiledLattice {
         beside.number = tiles_.template neighbourMade<axis, step>(site.number);
         if (nearest_.size() != tiles_.size()) nearest_.resize(tiles_.size());
         return beside;
-    }
-
-    /// Axes along which a sample of a block is at its outside, as bits.
-    static unsigned outerAxes(unsigned sample) {
-        unsigned axes = 0;
-        for (std::size_t axis = 0; axis < dimensions; ++axis) {
-            const unsigned c = sample >> (2 * axis) & (kSide - 1);
-            if (c == 0 || c == kSide - 1) axes |= 1U << axis;
-        }
-        return axes;
-    }
-
-    /// Continues the field along straight lines, first along one axis, then where it takes two, and so on.
-    template <class Samples>
-    static bool continueInto(std::uint64_t missing, Samples& samples) {
-        for (int outer = 0; outer <= static_cast<int>(dimensions); ++outer)
-            for (std::uint64_t left = missing; left != 0; left &= left - 1) {
-                const auto i = static_cast<unsigned>(__builtin_ctzll(left));
-                const unsigned axes = outerAxes(i);
-                if (__builtin_popcount(axes) != outer) continue;
-                if (outer == 0) return false;
-                double sum = 0;
-                for (std::size_t axis = 0; axis < dimensions; ++axis) {
-                    if ((axes >> axis & 1) == 0) continue;
-                    const unsigned stride = 1U << (2 * axis);
-                    const bool isFirst = (i >> (2 * axis) & (kSide - 1)) == 0;
-                    const unsigned next = isFirst ? i + stride : i - stride;
-                    const unsigned afterNext = isFirst ? next + stride : next - stride;
-                    sum += 2 * samples[next] - samples[afterNext];
-                }
-                samples[i] = sum / outer;
-            }
-        return true;
     }
 
     Tiles& tiles_;

@@ -46,6 +46,8 @@ class TiledPoints {
         return tile * kTileSize + place(point);
     }
 
+    /// Which of the points of its tile one is, from 0.
+    static unsigned placeInTile(const Point& point) { return static_cast<unsigned>(place(point)); }
     /// The tile of a point, kNone where it is missing.
     int tileIfMade(const Point& point) const { return find(cornerOf(point)); }
     /// The tile beside one, a step (1 or −1) along an axis; kNone where it is missing.

@@ -12,7 +12,8 @@
 namespace lset::detail {
 
 /// Spreads feet from the points beside the interface to those around them, each of which keeps the nearest
-/// foot that a neighbour on its side has, and of two that are as near the one with the lower number. Points
+/// foot that a neighbour on its side has, and of two that are as near the one that
+/// comes first, or has the lower number. Points
 /// pass their feet on in rounds, nearest first, and a round depends on the one before it alone: the outcome
 /// does not depend on the order within a round. Lattice has
 ///
@@ -96,7 +97,8 @@ class ClosestFeet {
                 Vector<dimensions> there = squares;
                 there[axis] = squareAlong(axis, to, foot);
                 const double now = squaredTo(to, known), then = sumOf(there);
-                if (!(then < now) && !(then == now && foot < known)) return;
+                // In ties the foot that came in an earlier round stays: it came from nearer by.
+                if (!(then < now) && !(then == now && nearest.isWaiting() && foot < known)) return;
             }
             nearest.take(foot, isOutside);
             if (nearest.isWaiting()) return;

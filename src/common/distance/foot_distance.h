@@ -30,6 +30,11 @@ double distanceTo(const Foot<dimensions>& foot, const Vector<dimensions>& p, dou
     return std::sqrt(squared + across * across);
 }
 
+/// What distances may make of the values that they replace, away from the interface: keep those that can be
+/// right, or know better – where a field is that of a square, say, and its distances are to be right beyond
+/// the corners.
+enum class OldValues { kTrusted, kForgotten };
+
 /// Distance of a point from the nearest foot that is known. Where the interface may have a corner, a value
 /// that can be the distance is kept.
 template <std::size_t dimensions>

@@ -8,6 +8,7 @@
 
 #include "common/distance/foot_distance.h"
 #include "common/distance/local_interpolant.h"
+#include "common/distance/newton_step.h"
 #include "common/stepped.h"
 #include "common/vector.h"
 
@@ -37,6 +38,7 @@ struct AxisCrossings {
 
     /// Takes in a neighbour, a step (1 or −1) and so much in world units away along an axis.
     void look(double here, double beside, std::size_t axis, int step, double spacing) {
+        (step < 0 ? before : after)[axis] = true;
         const double difference = (beside - here) / spacing;
         slope[axis] = std::max(slope[axis], std::abs(difference));  // but for not-a-number
         gradient[axis] += step * difference;
@@ -46,6 +48,8 @@ struct AxisCrossings {
         distance[axis] = crossing;
         sign[axis] = step;
     }
+
+    std::array<bool, dimensions> before{}, after{};  // whether there is a neighbour
 
     double nearest() const { return *std::min_element(distance.begin(), distance.end()); }
 };
@@ -74,6 +78,7 @@ class FootFinder {
     /// distance.
     double find(const Point& p, double value, const AxisCrossings<dimensions>& crossings,
                 Foot<dimensions>& foot) {
+        foot.isEnd = false;
         double distance;
         if (!std::isfinite(value) || !project(p, value, crossings, foot, distance))
             distance = estimate(p, value, crossings, foot);
@@ -142,8 +147,10 @@ class FootFinder {
                  Foot<dimensions>& foot, double& distance) {
         Vector<dimensions> x = guess(value, crossings);  // from p
         Point cell;
-        for (std::size_t axis = 0; axis < dimensions; ++axis)
-            cell[axis] = x[axis] < 0 ? stepped(p[axis], -1) : p[axis];
+        for (std::size_t axis = 0; axis < dimensions; ++axis) {
+            const bool isBefore = x[axis] < 0 ? crossings.before[axis] : !crossings.after[axis];
+            cell[axis] = isBefore ? stepped(p[axis], -1) : p[axis];
+        }
         constexpr int kCells = 3;
         for (int tried = 0; tried < kCells; ++tried) {
             Point first = cell;
@@ -247,37 +254,6 @@ class FootFinder {
                 for (std::size_t j = 0; j < dimensions; ++j)
                     (*bending)[i][j] = found.hessian[i][j] * (perSpacing_[i] * perSpacing_[j]);
         }
-    }
-
-    /// Solves (I + λH) δ + δλ ∇P = −(x + λ∇P), ∇P · δ = −P for δ, and moves λ by δλ.
-    static Vector<dimensions> newtonStep(const Vector<dimensions>& x, double value,
-                                         const Vector<dimensions>& gradient,
-                                         const Symmetric<dimensions>& hessian, double& lambda) {
-        Symmetric<dimensions> matrix;
-        for (std::size_t i = 0; i < dimensions; ++i)
-            for (std::size_t j = 0; j < dimensions; ++j)
-                matrix[i][j] = (i == j ? 1.0 : 0.0) + lambda * hessian[i][j];
-        const Symmetric<dimensions> inverse = inverseOf(matrix);
-        const Vector<dimensions> v = product(inverse, sum(x, lambda, gradient));
-        const Vector<dimensions> w = product(inverse, gradient);
-        const double change = (value - dot(gradient, v)) / dot(gradient, w);
-        lambda += change;
-        return sum(scaled(v, -1), -change, w);
-    }
-
-    static Symmetric<2> inverseOf(const Symmetric<2>& m) {
-        const double scale = 1 / (m[0][0] * m[1][1] - m[0][1] * m[0][1]);
-        return {{{scale * m[1][1], -scale * m[0][1]}, {-scale * m[0][1], scale * m[0][0]}}};
-    }
-    static Symmetric<3> inverseOf(const Symmetric<3>& m) {
-        const double a = m[1][1] * m[2][2] - m[1][2] * m[1][2], b = m[0][2] * m[1][2] - m[0][1] * m[2][2],
-                     c = m[0][1] * m[1][2] - m[0][2] * m[1][1];
-        const double scale = 1 / (m[0][0] * a + m[0][1] * b + m[0][2] * c);
-        const double e = m[0][0] * m[2][2] - m[0][2] * m[0][2], f = m[0][1] * m[0][2] - m[0][0] * m[1][2],
-                     g = m[0][0] * m[1][1] - m[0][1] * m[0][1];
-        return {{{scale * a, scale * b, scale * c},
-                 {scale * b, scale * e, scale * f},
-                 {scale * c, scale * f, scale * g}}};
     }
 
     static constexpr double kConverged = 1e-5;  // the error is far smaller than such a step

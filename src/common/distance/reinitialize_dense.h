@@ -32,12 +32,12 @@ class DenseReinitialization {
           lattice_(values, nearest_.data(), sizes),
           closest_(lattice_, h) {}
 
-    void run(const quorbin::Progress& progress) {
+    void run(const quorbin::Progress& progress, OldValues old = OldValues::kTrusted) {
         findFront();
         if (feet_.empty()) throwNoInterface();
         BatchWatch watch(progress, nearest_.size());
         closest_.spread(std::numeric_limits<double>::infinity(), watch);
-        setDistances();
+        setDistances(old);
     }
 
  private:
@@ -83,7 +83,7 @@ class DenseReinitialization {
         });
     }
 
-    void setDistances() {
+    void setDistances(OldValues old) {
         forEachRow([&](const Site& row) {
             Vector<dimensions> world;
             for (std::size_t axis = 1; axis < dimensions; ++axis) world[axis] = h_[axis] * row.at[axis];
@@ -92,9 +92,11 @@ class DenseReinitialization {
                 const Nearest nearest = nearest_[static_cast<std::size_t>(row.i + x)];
                 const std::uint32_t foot = nearest.foot();
                 double& value = values_[row.i + x];
+                const double known =
+                    old == OldValues::kTrusted ? value : std::numeric_limits<double>::quiet_NaN();
                 const double distance =
-                    nearest.isFixed() ? ownDistances_[foot] : distanceFrom(feet_[foot], world, value);
-                value = nearest.signedDistance(distance);
+                    nearest.isFixed() ? ownDistances_[foot] : distanceFrom(feet_[foot], world, known);
+                value = Nearest::signedDistance(nearest.isOutside(), distance);
             }
         });
     }
@@ -111,10 +113,11 @@ class DenseReinitialization {
 
 template <std::size_t dimensions>
 bool reinitializeDense(double* values, const std::array<int, dimensions>& sizes, const Vector<dimensions>& h,
-                       const quorbin::ReinitializeOptions& options) {
+                       const quorbin::ReinitializeOptions& options, OldValues old = OldValues::kTrusted) {
     checkSpacings(h);
     if (std::find(sizes.begin(), sizes.end(), 0) != sizes.end()) throwNoInterface();
-    return isDoneToTheEnd([&] { DenseReinitialization<dimensions>(values, sizes, h).run(options.progress); });
+    return isDoneToTheEnd(
+        [&] { DenseReinitialization<dimensions>(values, sizes, h).run(options.progress, old); });
 }
 
 }  // namespace lset::detail

@@ -16,6 +16,7 @@ struct Foot {
     std::array<Vector<dimensions>, dimensions - 1> directions;
     std::array<double, dimensions - 1> curvatures;  // 1 / radius; positive where what is inside is convex
     double reach;   // how far the quadric is taken for the interface, along each direction and to both sides
+    bool isEnd;     // whether the interface is known to stop there, at the edge of a band
     bool isSmooth;  // whether the interface is known to be one there; else it may have a corner anywhere
 };
 

@@ -30,10 +30,10 @@ class Nearest {
     bool isFree() const { return (bits_ & kFreeBit) != 0; }
     std::uint32_t foot() const { return bits_ & kNone; }
 
-    /// A distance of the point, signed as its side. 0 is inside, so an outside point is beyond it by the
+    /// A distance, signed as its side. 0 is inside, so an outside point is beyond it by the
     /// least that can be told.
-    double signedDistance(double distance) const {
-        return isOutside() ? std::max(distance, std::numeric_limits<double>::min()) : -distance;
+    static double signedDistance(bool isOutside, double distance) {
+        return isOutside ? std::max(distance, std::numeric_limits<double>::min()) : -distance;
     }
 
     /// Whether the point is about to pass its foot on.

@@ -149,6 +149,21 @@ TEST(Reinitialize, ABandGetsTheDistancesOfTheGridAndTheWidthAskedFor) {
     EXPECT_EQ(count, band.size());
 }
 
+TEST(Reinitialize, ABandEndsWhereTheGridCutItOff) {
+    for (const double slope : {0.0, 0.3, 1.0}) {
+        FullLevelSet2D field;
+        fill(field, 40, 80, [&](int x, int y) { return (y - 20.6 - slope * x) / std::hypot(1.0, slope); });
+        FastLevelSet2D band = quorbin::bandOf(field, false);
+        for (int i = 0; i < 20; ++i) quorbin::reinitialize(band);
+        for (const auto& bucket : band.points().buckets)
+            for (const auto& entry : bucket) {
+                EXPECT_TRUE(entry.x >= -3 && entry.x <= 42) << slope;
+                const double distance = (entry.y - 20.6 - slope * entry.x) / std::hypot(1.0, slope);
+                EXPECT_NEAR(entry.value, distance, entry.x > 5 && entry.x < 34 ? 1e-2 : 1) << slope;
+            }
+    }
+}
+
 TEST(Reinitialize, ThrowsOrEndsWithTheLevelSetAsItWas) {
     const Disc disc{16.37, 15.79, 10};
     FullLevelSet2D field, before, empty;
