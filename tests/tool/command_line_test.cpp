@@ -108,7 +108,7 @@ TEST_F(CommandLine, ManualAndCompletionAreSound) {
                                                          {"smooth --ins", "--inside"},
                                                          {"smooth --inside ''", "above below"},
                                                          {"mesh --format ''", "ply stl obj vtp"},
-                                                         {"help me", "mesh"},
+                                                         {"help me", "mesh measure"},
                                                          {"mask -o a.", "a.pgm"},
                                                          {"smooth --steps ''", ""},
                                                          {"info b", "b.pgm"}};

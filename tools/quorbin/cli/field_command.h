@@ -104,6 +104,10 @@ struct FieldCommand {
     io::Image readWithCrossing(FullLevelSet2D& levelSet) const;
     io::Image readWithCrossing(FullLevelSet3D& levelSet) const;
 
+    /// The field of another file, read as this one is: a picture beside a picture, a volume beside a volume.
+    template <class Grid>
+    void readOther(const std::string& path, Grid& levelSet) const;
+
     /// Makes the field of a mask a signed distance to a smooth outline between its samples, and says so.
     template <class Grid>
     void smoothIfMask(Grid& levelSet) const;
@@ -136,6 +140,8 @@ struct FieldCommand {
     std::optional<double> labelInFolder_;  ///< whose result it is, where that goes into a folder
 };
 
+extern template void FieldCommand::readOther(const std::string&, FullLevelSet2D&) const;
+extern template void FieldCommand::readOther(const std::string&, FullLevelSet3D&) const;
 extern template void FieldCommand::smoothIfMask(FullLevelSet2D&) const;
 extern template void FieldCommand::smoothIfMask(FullLevelSet3D&) const;
 
@@ -235,6 +241,10 @@ CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& 
 void addInfo(CLI::App& app);
 void addDistance(CLI::App& app);
 void addSmooth(CLI::App& app);
+void addOffset(CLI::App& app);
+void addCombine(CLI::App& app);
+void addMeasure(CLI::App& app);
+void addPieces(CLI::App& app);
 void addSegment(CLI::App& app);
 void addContour(CLI::App& app);
 void addMask(CLI::App& app);

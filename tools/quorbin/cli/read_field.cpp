@@ -131,6 +131,20 @@ io::Image FieldCommand::readWithCrossing(FullLevelSet3D& levelSet) const {
 }
 
 template <class Grid>
+void FieldCommand::readOther(const std::string& path, Grid& levelSet) const {
+    FieldCommand other = *this;
+    other.input = path;
+    other.file_ = nullptr;
+    other.record = std::make_shared<Record>(commandName, path);
+    if (other.isGivenVolume() != std::is_same_v<Grid, FullLevelSet3D>)
+        refuse("{}: is a {}, and {} is none; give two of a kind", path,
+               std::is_same_v<Grid, FullLevelSet3D> ? "picture" : "volume", input);
+    other.read(levelSet);
+}
+template void FieldCommand::readOther(const std::string&, FullLevelSet2D&) const;
+template void FieldCommand::readOther(const std::string&, FullLevelSet3D&) const;
+
+template <class Grid>
 void FieldCommand::smoothIfMask(Grid& levelSet) const {
     if (asPixels || !isMask(levelSet)) return;
     Progress progress(!quiet);
