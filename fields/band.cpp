@@ -59,8 +59,8 @@ bool suitsABand(std::initializer_list<double> spacings) {
 }
 
 template <std::size_t dimensions>
-Band<dimensions>::Band(const Grid& distance, double reach)
-    : size_(sizeOf(distance)), reach_(reach), band_(quorbin::bandOf(distance, false)) {
+Band<dimensions>::Band(const Grid& distance, double reach, Border border)
+    : size_(sizeOf(distance)), reach_(reach), border_(border), band_(quorbin::bandOf(distance, false)) {
     const double* value = distance.data();
     std::array<int, dimensions> p{};
     for (std::size_t left = io::pointsOf(distance); left > 0; --left, ++value) {
@@ -83,6 +83,7 @@ bool Band<dimensions>::reinitialise() {
 
 template <std::size_t dimensions>
 void Band<dimensions>::mirror() {
+    if (border_ == Border::kOpen) return;
     for (std::size_t axis = 0; axis < dimensions; ++axis) mirror(axis);
 }
 

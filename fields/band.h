@@ -17,8 +17,11 @@ class Band {
     using Grid = std::conditional_t<dimensions == 2, FullLevelSet2D, FullLevelSet3D>;
     using Points = std::conditional_t<dimensions == 2, FastLevelSet2D, FastLevelSet3D>;
 
+    /// What of the outline lies beside the border of the grid can be mirrored there.
+    enum class Border { kMirrored, kOpen };
+
     /// Of the points nearer to the outline than reach.
-    Band(const Grid& distance, double reach);
+    Band(const Grid& distance, double reach, Border border = Border::kMirrored);
 
     /// Makes the band a signed distance again. False where nothing is left of the outline.
     bool reinitialise();
@@ -34,6 +37,7 @@ class Band {
 
     std::array<int, dimensions> size_;
     double reach_;
+    Border border_;
     Points band_;
 };
 

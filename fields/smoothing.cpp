@@ -38,10 +38,12 @@ CurvatureFlowResult smoothOnBand(Grid& levelSet, const Smoothing& smoothing) {
     constexpr double kReach = 4;  // of the largest spacing, as the flow keeps it
     const auto [hx, hy, hz] = spacingOf(levelSet);
     const double reach = kReach * (dimensions == 2 ? std::max(hx, hy) : std::max({hx, hy, hz}));
+    const bool isCut = meetsBorder(levelSet);
     const double parts =
-        meetsBorder(levelSet)
-            ? std::max(1.0, std::ceil(smoothing.time / (kStepsBetweenMirrors * explicitStep(levelSet))))
-            : 1;
+        isCut ? std::max(1.0, std::ceil(smoothing.time / (kStepsBetweenMirrors * explicitStep(levelSet))))
+              : 1;
+    // The image of an outline that the border does not cut would be cut itself, and go its own way.
+    const auto border = isCut ? Band<dimensions>::Border::kMirrored : Band<dimensions>::Border::kOpen;
     const Progress& told = smoothing.flow.progress;
     UnchangedUnlessDone<Grid> guard(levelSet, static_cast<bool>(told));
     // A band has too few samples beside the outline for a first distance that is exact.
@@ -53,7 +55,7 @@ CurvatureFlowResult smoothOnBand(Grid& levelSet, const Smoothing& smoothing) {
             flow.progress = [&](int done, int of) {
                 return told(static_cast<int>((part * of + done) / parts), of);
             };
-        Band<dimensions> band(levelSet, reach);
+        Band<dimensions> band(levelSet, reach, border);
         const CurvatureFlowResult one = curvatureFlow(band.points(), smoothing.time / parts, flow);
         all.steps += one.steps;
         all.time = part * (smoothing.time / parts) + one.time;

@@ -67,6 +67,7 @@ TEST_F(Smooth, TakesSquaresOfTheRadiusFromABall) {
         ASSERT_EQ(run("smooth ball.fl3d -f -o smooth.fl3d " + how), 0) << read("err");
         EXPECT_NEAR(volumeOf("smooth.fl3d"), left, 0.02 * left) << how;
     }
+    EXPECT_EQ(run("smooth ball.fl3d --steps 500 --band -o gone.fl3d"), 4);
     EXPECT_EQ(run("smooth ball.fl3d --time 20 -o gone.fl3d"), 4);
     EXPECT_NE(read("err").find("nothing is left of the surface after the time 1"), std::string::npos)
         << read("err");

@@ -39,7 +39,7 @@ class BandCurvatureFlow {
     Result run(double time) {
         // A band that is too thin for the first steps gets its width before them.
         if (!restoreDistance()) throwNoInterface();
-        const double steps = std::max(1.0, std::ceil(time / longestExplicitStep(h_, options_.rate)));
+        const double steps = explicitSteps(time, h_, options_.rate);
         const double dt = time / steps;
         Result result;
         for (double done = 1; done <= steps && time > 0; ++done) {
@@ -76,7 +76,6 @@ class BandCurvatureFlow {
     static constexpr double kBetweenDistances = 8;
     // In samples to each side: cubics need two, and what steps do at the edge must not come so far.
     static constexpr double kWidth = 4;
-    static constexpr double kLeastScale = 0.25;  // near a centre of curvature
     static constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
 
     /// Points at the edge, where a neighbour is missing, move as the interface does at their feet.
@@ -126,8 +125,12 @@ class BandCurvatureFlow {
         if (std::isnan(distance)) return 0;
         const Foot<dimensions>& foot = work_.feet.feet[work_.feet.nearest[number].foot()];
         double sum = 0;
-        for (const double curvature : foot.curvatures)
-            sum += curvature / std::max(1 + curvature * distance, kLeastScale);
+        // Near a centre of curvature there is no such level set: none bends more than its distance allows.
+        const double most = 1 / std::max(std::abs(distance), *std::min_element(h_.begin(), h_.end()));
+        for (const double curvature : foot.curvatures) {
+            const double scale = 1 + curvature * distance;
+            sum += scale > 0 ? std::clamp(curvature / scale, -most, most) : 0.0;
+        }
         return sum;
     }
 

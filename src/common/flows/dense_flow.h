@@ -65,7 +65,7 @@ class DenseCurvatureFlow {
 
     void inExplicitSteps(double time) {
         constexpr double kBetweenDistances = 10;
-        const double steps = std::max(1.0, std::ceil(time / longestExplicitStep(h_, options_.rate)));
+        const double steps = explicitSteps(time, h_, options_.rate);
         const double dt = time / steps;
         std::vector<double> rates(count_);
         for (double done = 1; done <= steps && time > 0; ++done) {

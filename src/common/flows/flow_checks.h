@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <stdexcept>
@@ -36,6 +37,13 @@ double longestExplicitStep(const Vector<dimensions>& h, double rate) {
     double sum = 0;
     for (const double spacing : h) sum += 2 / (spacing * spacing);
     return 1 / (rate * sum);
+}
+
+/// How many of them a time takes, at least one. A time that was meant as a number of them is not rounded up.
+template <std::size_t dimensions>
+double explicitSteps(double time, const Vector<dimensions>& h, double rate) {
+    constexpr double kAllButRounding = 1 - 1e-12;
+    return std::max(1.0, std::ceil(kAllButRounding * (time / longestExplicitStep(h, rate))));
 }
 
 }  // namespace lset::detail
