@@ -1,6 +1,7 @@
 #include "cropping.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "../io/failure.h"
@@ -32,6 +33,17 @@ void copyPart(const double* from, const std::array<int, 3>& size, const Crop& pa
 }
 
 }  // namespace
+
+std::vector<double> cropped(const std::vector<double>& samples, const std::array<int, 3>& size,
+                            const Crop& part) {
+    requirePart(size, part);
+    std::size_t points = 1;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        points *= static_cast<std::size_t>(part.to[axis] - part.from[axis]);
+    std::vector<double> made(points);
+    copyPart(samples.data(), size, part, made.data());
+    return made;
+}
 
 void crop(FullLevelSet2D& field, const Crop& part) {
     requirePart(sizeOf(field), part);

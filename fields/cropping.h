@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <vector>
 
 #include <quorbin.h>
 
@@ -19,5 +20,9 @@ struct Crop {
 /// of the part.
 void crop(FullLevelSet2D& field, const Crop& part);
 void crop(FullLevelSet3D& field, const Crop& part, io::Placement& placement);
+
+/// The same of samples, which are as many as a grid's of this size.
+std::vector<double> cropped(const std::vector<double>& samples, const std::array<int, 3>& size,
+                            const Crop& part);
 
 }  // namespace quorbin::fields

@@ -109,6 +109,13 @@ class Labels : public Levels {
         const auto at = told.find(word);
         return at == std::string::npos ? NAN : std::strtod(told.c_str() + at + word.size(), nullptr);
     }
+    /// Labels 1 to 4, of which by chance three and four meet in a cell.
+    static std::vector<double> randomLabels(std::size_t count) {
+        std::mt19937 random(1);
+        std::vector<double> labels(count);
+        for (double& label : labels) label = 1 + static_cast<double>(random() % 4);
+        return labels;
+    }
     static constexpr int kWidth = 20, kHeight = 14;
 };
 
@@ -143,11 +150,7 @@ TEST_F(Labels, ShareTheirOutlinesAndTogetherFillThePicture) {
 }
 
 TEST_F(Labels, FillEveryPlaneOfAVolumeExactlyOnceTogether) {
-    // By chance three and four meet in a cell; along x, y and z there are 5, 4 and 6 samples.
-    std::mt19937 random(1);
-    std::vector<double> samples(5 * 4 * 6);
-    for (double& label : samples) label = 1 + static_cast<double>(random() % 4);
-    writeNpy("random.npy", "6, 4, 5", samples);
+    writeNpy("random.npy", "6, 4, 5", randomLabels(6 * 4 * 5));
     const std::pair<std::string, double> axes[] = {{"x", 5 * 3 * 5}, {"y", 4 * 4 * 5}, {"z", 6 * 4 * 3}};
     for (const auto& [axis, whole] : axes) {
         double together = 0, ofSlice = 0;
@@ -162,6 +165,21 @@ TEST_F(Labels, FillEveryPlaneOfAVolumeExactlyOnceTogether) {
         }
         EXPECT_NEAR(together, whole, 1e-9) << axis;
         EXPECT_NEAR(ofSlice, whole / (axis == "x" ? 5 : axis == "y" ? 4 : 6), 1e-9) << axis;
+    }
+}
+
+TEST_F(Labels, ConvertedWholeOrInPartFillThePictureToo) {
+    writeNpy("random.npy", "10, 12", randomLabels(10 * 12));
+    const std::pair<std::string, double> parts[] = {{"", 11 * 9}, {" --crop 2,1:10,8", 7 * 6}};
+    for (const auto& [words, whole] : parts) {
+        double together = 0;
+        for (const std::string label : {"1", "2", "3", "4"}) {
+            ASSERT_EQ(run("convert random.npy -f -o a.geojson --label " + label + words), 0) << read("err");
+            const auto json = nlohmann::json::parse(read("a.geojson"));
+            for (const auto& feature : json["features"])
+                together += feature["properties"]["area"].get<double>();
+        }
+        EXPECT_NEAR(together, whole, 1e-9) << words;
     }
 }
 

@@ -17,7 +17,11 @@ struct Convert : FieldCommand {
     std::optional<StepsOfAxes> steps;
     std::optional<CountsOfAxes> counts;
 
-    void run() const { isGivenVolume() ? ofVolume() : ofPicture(); }
+    void run() {
+        const bool isVolume = isGivenVolume();
+        needsSamples = field.label && !isVolume;
+        isVolume ? ofVolume() : ofPicture();
+    }
 
  private:
     void ofVolume() const {
@@ -44,9 +48,13 @@ struct Convert : FieldCommand {
         requireAxes(2);
         Result result(*this, Kind::kPicture, "fl2d");
         FullLevelSet2D levelSet;
-        read(levelSet);
+        io::Image picture = read(levelSet);
         PictureDocument document{levelSet};
+        // Between samples that are made anew there are no labels.
+        if (field.label && !steps && !counts) document.labels = &picture.samples;
         change([&] {
+            if (part && field.label)
+                picture.samples = cropped(picture.samples, latticeOf(levelSet).size, part->values);
             if (part) crop(levelSet, part->values);
             if (part)
                 document.origin = {part->values.from[0] * levelSet.getXSpace(),
