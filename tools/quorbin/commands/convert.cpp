@@ -18,8 +18,9 @@ struct Convert : FieldCommand {
     std::optional<CountsOfAxes> counts;
 
     void run() {
-        needsSamples = field.label.has_value();
-        isGivenVolume() ? ofVolume() : ofPicture();
+        const bool isVolume = isGivenVolume();
+        needsSamples = field.label && !isVolume;
+        isVolume ? ofVolume() : ofPicture();
     }
 
  private:
