@@ -32,7 +32,7 @@ class TileHalo {
             const Part pz = dimensions == 3 ? partOf(z) : Part{0, 0};
             for (int y = 0; y < kWide; ++y) {
                 const Part py = partOf(y);
-                const std::size_t row = static_cast<std::size_t>((pz.tile * 3 + py.tile) * 3);
+                const std::size_t row = (pz.tile * 3 + py.tile) * 3;
                 const int place = (pz.inTile * kSide + py.inTile) * kSide;
                 *target++ = valueOf(values, around[row], place + kSide - 1);
                 for (int x = 0; x < kSide; ++x) *target++ = valueOf(values, around[row + 1], place + x);
@@ -53,7 +53,8 @@ class TileHalo {
     static constexpr int kBits = 6 / static_cast<int>(dimensions);
 
     struct Part {
-        int tile, inTile;
+        std::size_t tile;
+        int inTile;
     };
     static Part partOf(int c) {
         if (c == 0) return {0, kSide - 1};
@@ -63,7 +64,8 @@ class TileHalo {
 
     static double valueOf(const std::vector<double>& values, int tile, int place) {
         return tile == Tiles::kNone ? std::numeric_limits<double>::quiet_NaN()
-                                    : values[static_cast<std::size_t>(tile * Tiles::kTileSize + place)];
+                                    : values[static_cast<std::size_t>(tile) * Tiles::kTileSize +
+                                             static_cast<std::size_t>(place)];
     }
 
     /// From the tiles found so far to those beside them along an axis, then along the others.
