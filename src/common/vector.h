@@ -44,6 +44,14 @@ Vector<dimensions> scaled(const Vector<dimensions>& a, double scale) {
     return result;
 }
 
+/// A grid point in world units.
+template <std::size_t dimensions>
+Vector<dimensions> worldOf(const std::array<int, dimensions>& p, const Vector<dimensions>& h) {
+    Vector<dimensions> result;
+    for (std::size_t i = 0; i < dimensions; ++i) result[i] = h[i] * p[i];
+    return result;
+}
+
 /// A symmetric matrix.
 template <std::size_t dimensions>
 using Symmetric = std::array<std::array<double, dimensions>, dimensions>;

@@ -64,7 +64,7 @@ class BandReinitialization {
             const std::uint32_t foot = nearest.foot();
             if (foot == Nearest::kNone) continue;
             const Site site = lattice_.site(static_cast<int>(number));
-            const Vector<dimensions> world = worldOf(site.at);
+            const Vector<dimensions> world = worldOf(site.at, h_);
             const bool isStored = lattice_.isStored(site.number);
             if (!isStored && isBeyondEnd(space_.feet[foot], world)) continue;
             const bool isKnown = isStored && old == OldValues::kTrusted;
@@ -101,12 +101,6 @@ class BandReinitialization {
         }
     }
 
-    Vector<dimensions> worldOf(const typename Tiles::Point& p) const {
-        Vector<dimensions> world;
-        for (std::size_t axis = 0; axis < dimensions; ++axis) world[axis] = h_[axis] * p[axis];
-        return world;
-    }
-
     /// Whether a point lies on the outer side of a foot's tangent. Around the edge of a band feet of both
     /// sides reach a point that had no value.
     static bool isBeyond(const Foot<dimensions>& foot, const Vector<dimensions>& p) {
@@ -133,7 +127,7 @@ class BandReinitialization {
                 c = stepped(c, rest % 3 - 1);
                 rest /= 3;
             }
-            const double distance = dot(difference(worldOf(p), foot.at), foot.normal);
+            const double distance = dot(difference(worldOf(p, h_), foot.at), foot.normal);
             if (std::abs(distance) <= 0.5 * smallest_ && !lattice_.isStored(p)) return true;
         }
         return false;

@@ -29,9 +29,10 @@ template <std::size_t dimensions>
 struct AxisCrossings {
     static constexpr double kNone = std::numeric_limits<double>::infinity();
 
-    Vector<dimensions> distance;         // to the nearer crossing on each axis, in world units
-    std::array<int, dimensions> sign{};  // on which side it lies; 0 where there is none
-    Vector<dimensions> slope{};          // the larger of the one-sided differences on each axis
+    std::array<bool, dimensions> before{}, after{};  // whether there is a neighbour
+    Vector<dimensions> distance;                     // to the nearer crossing on each axis, in world units
+    std::array<int, dimensions> sign{};              // on which side it lies; 0 where there is none
+    Vector<dimensions> slope{};                      // the larger of the one-sided differences on each axis
     Vector<dimensions> gradient{};  // twice the central difference, if there are neighbours on both sides
 
     AxisCrossings() { distance.fill(kNone); }
@@ -48,8 +49,6 @@ struct AxisCrossings {
         distance[axis] = crossing;
         sign[axis] = step;
     }
-
-    std::array<bool, dimensions> before{}, after{};  // whether there is a neighbour
 
     double nearest() const { return *std::min_element(distance.begin(), distance.end()); }
 };
@@ -115,19 +114,13 @@ class FootFinder {
         const double least = std::abs(value) / lengthOf(crossings.slope);
         const double distance =
             std::isfinite(least) ? std::min(nearest, std::max(least, std::abs(value))) : nearest;
-        foot.at = sum(world(p), distance, towards);
+        foot.at = sum(worldOf(p, h_), distance, towards);
         foot.normal = scaled(towards, value <= 0 ? 1.0 : -1.0);
         foot.directions = tangentsTo(foot.normal);
         foot.curvatures.fill(0);
         foot.reach = largest_;
         foot.isSmooth = false;
         return distance;
-    }
-
-    Vector<dimensions> world(const Point& p) const {
-        Vector<dimensions> result;
-        for (std::size_t axis = 0; axis < dimensions; ++axis) result[axis] = h_[axis] * p[axis];
-        return result;
     }
 
     /// About where the foot is, from the point: on the plane of its gradient, if that crosses the axes where
@@ -235,7 +228,7 @@ class FootFinder {
             if (!(size < 4 * largest_ * largest_)) return false;
             if (size > kConverged * kConverged * largest_ * largest_) continue;
             const double slope = lengthOf(gradient);
-            foot.at = sum(world(p), 1, x);
+            foot.at = sum(worldOf(p, h_), 1, x);
             foot.normal = scaled(gradient, 1 / slope);
             for (auto& row : bending) row = scaled(row, 1 / slope);
             setCurvatures(foot, bending);

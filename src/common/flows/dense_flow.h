@@ -11,35 +11,35 @@
 #include "common/flows/factored_diffusion.h"
 #include "common/flows/flow_checks.h"
 #include "common/flows/noise_mask.h"
+#include "common/storage/dense_traits.h"
 #include "reinitialize.h"
 
 namespace lset::detail {
 
-/// Motion of a dense grid by its curvature (see quorbin::curvatureFlow). Traits<Grid> has dimensions,
-/// sizes(grid), spacings(grid) and enclosedSize(grid).
-template <class Grid, class Traits>
+/// Motion of a dense grid by its curvature (see quorbin::curvatureFlow).
+template <class Grid>
 class DenseCurvatureFlow {
  public:
     using Options = quorbin::CurvatureFlowOptions;
     using Result = quorbin::CurvatureFlowResult;
 
-    DenseCurvatureFlow(Grid& grid, const Options& options)
+    /// sizeInside(grid) is the area or volume that the interface encloses.
+    DenseCurvatureFlow(Grid& grid, const Options& options, double (*sizeInside)(const Grid&))
         : grid_(grid),
           options_(options),
+          sizeInside_(sizeInside),
           sizes_(Traits::sizes(grid)),
           h_(Traits::spacings(grid)),
           largest_(*std::max_element(h_.begin(), h_.end())),
           rows_(sizes_, h_),
-          noise_(sizes_, h_, options.noiseRadius) {
-        count_ = 1;
-        for (const int size : sizes_) count_ *= static_cast<std::size_t>(size);
-    }
+          noise_(sizes_, h_, options.noiseRadius),
+          count_(pointCount(grid)) {}
 
     Result run(double time) {
         std::vector<double> before;
         if (options_.progress) before.assign(grid_.data(), grid_.data() + count_);
         quorbin::reinitialize(grid_);
-        if (options_.keepsSize) size_ = Traits::enclosedSize(grid_);
+        if (options_.keepsSize) size_ = sizeInside_(grid_);
         if (options_.keepsSides) rememberSides();
         try {
             isLarge(time) ? inLargeSteps(time) : inExplicitSteps(time);
@@ -54,6 +54,7 @@ class DenseCurvatureFlow {
     }
 
  private:
+    using Traits = DenseTraits<Grid>;
     static constexpr std::size_t dimensions = Traits::dimensions;
 
     bool isLarge(double time) const {
@@ -193,7 +194,7 @@ class DenseCurvatureFlow {
         // A distance shifts the size by about the interface's own one.
         constexpr int kShifts = 3;
         for (int i = 0; i < kShifts; ++i) {
-            const double missing = size_ - Traits::enclosedSize(grid_);
+            const double missing = size_ - sizeInside_(grid_);
             const double interface = interfaceSize();
             if (!(interface > 0)) return;
             const double shift = std::clamp(missing / interface, -largest_, largest_);
@@ -236,22 +237,23 @@ class DenseCurvatureFlow {
 
     Grid& grid_;
     const Options& options_;
+    double (*sizeInside_)(const Grid&);
     std::array<int, dimensions> sizes_;
     Vector<dimensions> h_;
     double largest_;
-    std::size_t count_;
     CurvatureRows<dimensions> rows_;
     NoiseMask<dimensions> noise_;
+    std::size_t count_;
     double size_ = 0;
     std::vector<bool> isInside_;  // if sides are kept
     Result result_;
 };
 
-template <class Traits, class Grid>
-quorbin::CurvatureFlowResult flowOnGrid(Grid& grid, double time,
-                                        const quorbin::CurvatureFlowOptions& options) {
+template <class Grid>
+quorbin::CurvatureFlowResult flowOnGrid(Grid& grid, double time, const quorbin::CurvatureFlowOptions& options,
+                                        double (*sizeInside)(const Grid&)) {
     checkCurvatureFlow(time, options);
-    return DenseCurvatureFlow<Grid, Traits>(grid, options).run(time);
+    return DenseCurvatureFlow<Grid>(grid, options, sizeInside).run(time);
 }
 
 }  // namespace lset::detail

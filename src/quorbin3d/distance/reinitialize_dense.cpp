@@ -1,9 +1,9 @@
 #include "common/distance/reinitialize_dense.h"
 
-#include "quorbin3d/full_level_set_3d.h"
+#include "quorbin3d/storage/dense_traits.h"
 
 bool quorbin::reinitialize(FullLevelSet3D& field, const ReinitializeOptions& options) {
-    return lset::detail::reinitializeDense<3>(
-        field.data(), {field.getWidth(), field.getHeight(), field.getDepth()},
-        {field.getXSpace(), field.getYSpace(), field.getZSpace()}, options);
+    using Traits = lset::detail::DenseTraits<FullLevelSet3D>;
+    return lset::detail::reinitializeDense<3>(field.data(), Traits::sizes(field), Traits::spacings(field),
+                                              options);
 }

@@ -1,15 +1,13 @@
 #include "common/distance/reinitialize_checks.h"
 #include "common/flows/mask_flow.h"
-#include "quorbin3d/full_level_set_3d.h"
+#include "quorbin3d/storage/dense_traits.h"
 
 bool quorbin::isMask(const FullLevelSet3D& field) {
-    return lset::detail::hasTwoSides(field.data(), static_cast<std::size_t>(field.getWidth()) *
-                                                       static_cast<std::size_t>(field.getHeight()) *
-                                                       static_cast<std::size_t>(field.getDepth()));
+    return lset::detail::hasTwoSides(field.data(), lset::detail::pointCount(field));
 }
 
 bool quorbin::smoothMask(FullLevelSet3D& field, const SmoothMaskOptions& options) {
-    const lset::detail::Vector<3> h = {field.getXSpace(), field.getYSpace(), field.getZSpace()};
+    const lset::detail::Vector<3> h = lset::detail::DenseTraits<FullLevelSet3D>::spacings(field);
     lset::detail::checkSpacings(h);
     return lset::detail::smoothMaskOf(field, h, options);
 }
