@@ -136,7 +136,7 @@ double chooseLevel(const Samples& samples, bool isField, std::string& note) {
         return (range.lowest + range.highest) / 2;
     }
     const double level = otsuLevel(samples);
-    note = fmt::format("level {} (Otsu)", level);
+    note = fmt::format("level {:.6g} (Otsu)", level);
     return level;
 }
 
