@@ -12,7 +12,7 @@ namespace quorbin {
 
 struct CurvatureFlowOptions {
     enum class Steps {
-        kFastest,   ///< kLarge on a dense grid if the time is that of many steps; else kExplicit
+        kFastest,   ///< on a dense grid kLarge where those are long enough to pay; else kExplicit
         kExplicit,  ///< of 1 / (rate (2/hx² + 2/hy² + 2/hz²)), the longest that are stable
         kLarge,     ///< semi-implicit ones that choose themselves; dense grids only
     };

@@ -65,28 +65,45 @@ class DenseCurvatureFlow {
     }
 
     void inExplicitSteps(double time) {
-        constexpr double kBetweenDistances = 10;
-        const double steps = explicitSteps(time, h_, options_.rate);
-        const double dt = time / steps;
         std::vector<double> rates(count_);
-        for (double done = 1; done <= steps && time > 0; ++done) {
+        goExplicitly(time, time, rates);
+    }
+
+    /// Goes on for a part of the time that there is in all.
+    void goExplicitly(double part, double time, std::vector<double>& rates) {
+        constexpr double kBetweenDistances = 10;
+        const double steps = explicitSteps(part, h_, options_.rate), start = result_.time;
+        const double dt = part / steps;
+        for (double done = 1; done <= steps && part > 0; ++done) {
             writeRates(grid_.data(), rates.data());
             double* const values = grid_.data();
             for (std::size_t i = 0; i < count_; ++i) values[i] += dt * rates[i];
             restoreSides();
             ++result_.steps;
             if (std::fmod(done, kBetweenDistances) == 0 || done == steps) restoreDistance();
-            result_.time = done * dt;
+            result_.time = start + done * dt;
             if (!goesOn(time)) return;
         }
     }
 
     void inLargeSteps(double time) {
+        // A large step costs as much as about so many explicit ones. Where the outline is rough, large ones
+        // would be shorter than that; explicit ones smooth it, and large ones are tried again ever later.
+        constexpr double kWorth = 12;
+        const bool mayBeExplicit = options_.steps == Options::Steps::kFastest;
         const double shortest = longestExplicitStep(h_, options_.rate);
         std::vector<double> halves(count_), whole(count_);
-        double dt = 20 * shortest;
+        double dt = 20 * shortest, explicitly = 20 * shortest;
         while (result_.time < time) {
             const double left = time - result_.time;
+            if (mayBeExplicit && dt < kWorth * shortest) {
+                goExplicitly(std::min(explicitly, left), time, halves);
+                if (result_.isEnded) return;
+                if (explicitly >= left) result_.time = time;
+                dt = 1.5 * kWorth * shortest;
+                explicitly *= 2;
+                continue;
+            }
             const double step = dt >= left ? left : std::min(dt, 0.5 * left);
             tryStep(step, halves, whole);
             const double part = differencePart(halves, whole);

@@ -67,6 +67,22 @@ TEST(CurvatureFlow, EveryClosedCurveLosesTwoPiInUnitTime) {
     EXPECT_LT(std::abs(excess(band, Steps::kExplicit)), 5e-4);
 }
 
+// Explicit steps while the outline is rough, large ones later: as true as explicit ones, in fewer steps.
+TEST(CurvatureFlow, FastestStepsGrowAsTheOutlineGetsSmooth) {
+    const auto rough = [](double x, double y) {
+        return std::sin(12.9898 * x + 78.233 * y) > 0.3 ? disc(x, y) + 3 : disc(x, y) - 3;
+    };
+    FullLevelSet2D byFastest = gridOf(rough), byExplicit = gridOf(rough);
+    const double time = enclosed(byFastest) / (4 * kPi);
+    quorbin::CurvatureFlowOptions options;
+    const int fastest = quorbin::curvatureFlow(byFastest, time, options).steps;
+    options.steps = Steps::kExplicit;
+    const int explicitly = quorbin::curvatureFlow(byExplicit, time, options).steps;
+    EXPECT_GT(fastest, 40);
+    EXPECT_LT(fastest, explicitly / 2);
+    EXPECT_NEAR(enclosed(byFastest) / enclosed(byExplicit), 1, 0.01);
+}
+
 TEST(CurvatureFlow, IsOfSecondOrder) {
     double last = 1;
     for (const int n : {24, 48, 96}) {

@@ -40,6 +40,7 @@ struct Demo : FieldCommand {
         save("1-mask.png", "mask", "white inside, black outside", {levelSet});
         save("2-outline-before.svg", "svg", "its outline", {levelSet});
         save("2-outline-before.png", "png", "the outline over the picture", {levelSet, &picture});
+        smoothIfMask(levelSet);
         timed("signed distance", [&] { distanceByProjection(levelSet); });
         save("3-distance.fl2d", "fl2d", "distance to the outline, negative inside", {levelSet});
         save("3-distance.png", "png", "the same in colours, with its zero line", {levelSet});
