@@ -71,7 +71,7 @@ class DenseCurvatureFlow {
 
     /// Goes on for a part of the time that there is in all.
     void goExplicitly(double part, double time, std::vector<double>& rates) {
-        constexpr double kBetweenDistances = 10;
+        constexpr double kBetweenDistances = 20;
         const double steps = explicitSteps(part, h_, options_.rate), start = result_.time;
         const double dt = part / steps;
         for (double done = 1; done <= steps && part > 0; ++done) {
