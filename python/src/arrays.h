@@ -1,0 +1,74 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+#include <nanobind/ndarray.h>
+#include <quorbin.h>
+
+namespace quorbin::python {
+
+namespace nb = nanobind;
+
+/// Arrays of NumPy in C order, with the axes (y, x) or (z, y, x). Python has made them so before.
+using Values = nb::ndarray<const double, nb::c_contig, nb::device::cpu>;
+using Result = nb::ndarray<double, nb::c_contig, nb::device::cpu>;
+
+/// Distances between neighbours in the order of the axes.
+using Spacing = std::vector<double>;
+
+/// What is thrown for a field that has no value ≤ 0, or none above.
+using quorbin::NoInterface;
+
+/// How many samples there are along x, y and z; 1 along the z of a picture. Throws std::invalid_argument for other
+/// than two or three axes.
+struct Lattice {
+    std::array<int, 3> size = {1, 1, 1};
+    std::array<double, 3> spacing = {1, 1, 1};
+    bool isVolume = false;
+    std::size_t points = 1;
+};
+Lattice latticeOf(const Values& values, const Spacing& spacing);
+
+/// Throws std::invalid_argument, naming the index of the first, where a value is not a number and may not be.
+void checkNumbers(const Values& values, bool nanIsOutside);
+
+/// Throws NoInterface where all values are on one side.
+void requireInterface(const Values& values);
+
+/// Calls body(grid) with a grid over the values, which it may read.
+template <class Body>
+decltype(auto) readGrid(const Values& values, const Spacing& spacing, Body body) {
+    const auto [n, h, isVolume, points] = latticeOf(values, spacing);
+    if (isVolume) {
+        const FullLevelSet3D grid = gridOver(values.data(), n[0], n[1], n[2], h[0], h[1], h[2]);
+        return body(grid);
+    }
+    const FullLevelSet2D grid = gridOver(values.data(), n[0], n[1], h[0], h[1]);
+    return body(grid);
+}
+
+/// Copies values into result, unless they are the same, and calls body(grid) with a grid over the result.
+template <class Body>
+decltype(auto) changeGrid(const Values& values, const Result& result, const Spacing& spacing, Body body) {
+    const auto [n, h, isVolume, points] = latticeOf(values, spacing);
+    if (points > 0 && result.data() != values.data()) std::copy_n(values.data(), points, result.data());
+    if (isVolume) {
+        FullLevelSet3D grid = gridOver(result.data(), n[0], n[1], n[2], h[0], h[1], h[2]);
+        return body(grid);
+    }
+    FullLevelSet2D grid = gridOver(result.data(), n[0], n[1], h[0], h[1]);
+    return body(grid);
+}
+
+/// A NumPy array that takes over a vector.
+template <class Value>
+nb::ndarray<nb::numpy, Value> arrayOf(std::vector<Value>&& values, std::vector<std::size_t> shape) {
+    auto* const kept = new std::vector<Value>(std::move(values));
+    const nb::capsule owner(kept, [](void* p) noexcept { delete static_cast<std::vector<Value>*>(p); });
+    return nb::ndarray<nb::numpy, Value>(kept->data(), shape.size(), shape.data(), owner);
+}
+
+}  // namespace quorbin::python
