@@ -38,8 +38,8 @@ class DenseCurvatureFlow {
     Result run(double time) {
         std::vector<double> before;
         if (options_.progress) before.assign(grid_.data(), grid_.data() + count_);
-        quorbin::reinitialize(grid_);
         if (options_.keepsSize) size_ = sizeInside_(grid_);
+        quorbin::reinitialize(grid_);
         if (options_.keepsSides) rememberSides();
         try {
             isLarge(time) ? inLargeSteps(time) : inExplicitSteps(time);
