@@ -34,7 +34,11 @@ class TiledLattice {
         nearest_.assign(tiles_.size(), Nearest());
     }
 
-    Site site(int number) const { return {tiles_.point(number), number}; }
+    using Place = int;
+
+    static Place placeOf(const Site& site) { return site.number; }
+    Site siteAt(Place number) const { return {tiles_.point(number), number}; }
+    Nearest& nearestAt(Place number) { return nearest_[index(number)]; }
     double value(const Site& site) const { return values_[index(site.number)]; }
     Nearest& nearest(const Site& site) { return nearest_[index(site.number)]; }
 
@@ -53,7 +57,7 @@ class TiledLattice {
         visit(made<axis, 1>(site), along, 1);
         if constexpr (axis + 1 < dimensions) forEachBeside<Visit, axis + 1>(site, visit);
     }
-    static void prefetchBeside(const Site&) {}  // tiles are small
+    static void prefetchBeside(Place) {}  // tiles are small
 
     /// See FootFinder. What is not stored on the outside of a block is continued from its middle, where every
     /// sample must be.
@@ -126,8 +130,11 @@ class TiledLattice {
     Site made(const Site& site) {
         Site beside = site;
         beside.at[axis] = stepped(site.at[axis], step);
-        beside.number = tiles_.template neighbourMade<axis, step>(site.number);
-        if (nearest_.size() != tiles_.size()) nearest_.resize(tiles_.size());
+        beside.number = tiles_.template neighbour<axis, step>(site.number);
+        if (beside.number == Tiles::kNone) {
+            beside.number = tiles_.number(beside.at);
+            nearest_.resize(tiles_.size());
+        }
         return beside;
     }
 

@@ -10,6 +10,7 @@
 #include "band/storage/feet_space.h"
 #include "band/storage/tiled_points.h"
 #include "hash.h"
+#include "common/storage/huge_pages.h"
 #include "heap/march_queue.h"
 
 namespace lset::detail {
@@ -38,7 +39,9 @@ struct BandStorage<3> {
 template <class Entry>
 void copyInOrder(const BucketTable<Entry>& points, std::vector<Entry>& inOrder) {
     inOrder.clear();
-    for (const auto& bucket : points.buckets) inOrder.insert(inOrder.end(), bucket.begin(), bucket.end());
+    makeRoomFor(static_cast<std::size_t>(points.size()), inOrder);
+    for (const auto& bucket : points.buckets)
+        for (const Entry& entry : bucket) inOrder.push_back(entry);
 }
 
 template <std::size_t dimensions>
@@ -88,6 +91,7 @@ struct BandWorkspace {
         copyInOrder(points, inOrder);
         tiles.clear();
         numbers.clear();
+        numbers.reserve(inOrder.size());
         for (const Entry& entry : inOrder) numbers.push_back(tiles.number(Storage::pointOf(entry)));
         values.assign(tiles.size(), 0.0);
         stored.assign(tiles.tileCount(), 0);
