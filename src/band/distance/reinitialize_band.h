@@ -112,6 +112,7 @@ class BandReinitialization {
                 space_.nearest[tile * Tiles::kTileSize + static_cast<std::size_t>(place)].reset(
                     (inside >> place & 1) == 0);
             }
+            if (space_.front[tile] != 0) lattice_.enter(tile);
             for (Bits front = space_.front[tile]; front != 0; front &= front - 1)
                 addToFront(finder, static_cast<int>(tile) * Tiles::kTileSize + __builtin_ctzll(front));
         }
