@@ -187,7 +187,6 @@ template <class Band>
 bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options,
                       OldValues old = OldValues::kTrusted) {
     constexpr std::size_t dimensions = BandTraits<Band>::dimensions;
-    using Storage = BandStorage<dimensions>;
     const auto h = BandTraits<Band>::spacings(band);
     checkSpacings<dimensions>(h);
     if (!(options.width >= 0) || std::isinf(options.width))
@@ -199,12 +198,10 @@ bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options,
         BandReinitialization<dimensions> made(work.tiles, work.values, work.stored, work.feet, h);
         BatchWatch watch(options.progress, work.numbers.size());
         if (!made.run(width, watch)) throwNoInterface();
-        work.result.clear();
-        makeRoomFor(work.inOrder.size(), work.result);
-        made.forEachDistance([&](int, const auto& p,
-                                 double distance) { work.result.push_back(Storage::entryOf(p, distance)); },
-                             old);
-        replacePoints<dimensions>(BandAccess::values(band), work.result, work.inOrder);
+        const auto forEachPoint = [&](const auto& add) {
+            made.forEachDistance([&](int, const auto& p, double distance) { add(p, distance); }, old);
+        };
+        replacePointsBy<dimensions>(BandAccess::values(band), forEachPoint, work.inOrder);
     });
 }
 
