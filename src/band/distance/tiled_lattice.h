@@ -178,7 +178,7 @@ class TiledLattice {
     const std::vector<double>& values_;
     const std::vector<std::uint64_t>& stored_;
     std::vector<Nearest>& nearest_;
-    Point origin_{};                                     // of the tiles around the one that was entered
+    Point origin_{};                                       // of the tiles around the one that was entered
     std::array<Around, dimensions == 2 ? 9 : 27> around_;  // these
 };
 

@@ -84,7 +84,6 @@ class ClosestFeet {
     }
 
  private:
-
     /// All pass on what they know at its beginning.
     void beginRound() {
         lists_.round.clear();
@@ -101,8 +100,7 @@ class ClosestFeet {
         const bool isOutside = known.isOutside();
         // Squared distances are sums over axes, of which all but one are those of this point.
         Vector<dimensions> squares;
-        for (std::size_t axis = 0; axis < dimensions; ++axis)
-            squares[axis] = squareAlong(axis, from, foot);
+        for (std::size_t axis = 0; axis < dimensions; ++axis) squares[axis] = squareAlong(axis, from, foot);
         lattice_.forEachBeside(from, [&](const Site& to, auto axis, int) {
             auto& nearest = lattice_.nearest(to);
             const std::uint32_t other = nearest.foot();
