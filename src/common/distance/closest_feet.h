@@ -13,10 +13,9 @@
 namespace lset::detail {
 
 /// Spreads feet from the points beside the interface to those around them, each of which keeps the nearest
-/// foot that a neighbour on its side has, and of two that are as near the one that
-/// comes first, or has the lower number. Points
-/// pass their feet on in rounds, nearest first, and a round depends on the one before it alone: the outcome
-/// does not depend on the order within a round. Lattice has
+/// foot that a neighbour on its side has, and of two that are as near the one that comes first, or has the
+/// lower number. Points pass their feet on in rounds, nearest first, and a round depends on the one before it
+/// alone: the outcome does not depend on the order within a round. Lattice has
 ///
 ///     Site                                 a point: its coordinates are site.at
 ///     Place                                which point it is, to keep: placeOf(site), siteAt(place)

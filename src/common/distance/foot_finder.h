@@ -200,8 +200,8 @@ class FootFinder {
         return dot(mean, mean) >= kLeast * kLeast;  // which not-a-number is not
     }
 
-    /// Newton's method in a block for the point x, from p, of the zero level of the interpolant where p lies on the
-    /// normal: x = −λ∇P and P = 0. The second derivatives are those of the first step.
+    /// Newton's method in a block for the point x, from p, of the zero level of the interpolant where p lies
+    /// on the normal: x = −λ∇P and P = 0. The second derivatives are those of the first step.
     bool iterate(const Point& p, const Point& block, Vector<dimensions>& x, Foot<dimensions>& foot) const {
         constexpr int kSteps = 8;
         Vector<dimensions> offset;  // of p in the block, in grid units
