@@ -17,6 +17,7 @@
 #include "common/distance/closest_feet.h"
 #include "common/distance/foot_finder.h"
 #include "common/distance/reinitialize_checks.h"
+#include "common/storage/huge_pages.h"
 #include "common/watch.h"
 
 namespace lset::detail {
@@ -40,7 +41,7 @@ class BandReinitialization {
           h_(h),
           smallest_(*std::min_element(h.begin(), h.end())),
           lattice_(tiles, values, stored, space.nearest),
-          closest_(lattice_, h),
+          closest_(lattice_, space.lists, h),
           frontBits_(tiles, space.inside, stored) {}
 
     /// Finds the feet of all points within this distance of the interface and of their neighbours; whether
@@ -63,7 +64,7 @@ class BandReinitialization {
             const Nearest nearest = space_.nearest[number];
             const std::uint32_t foot = nearest.foot();
             if (foot == Nearest::kNone) continue;
-            const Site site = lattice_.site(static_cast<int>(number));
+            const Site site = lattice_.siteAt(static_cast<int>(number));
             const Vector<dimensions> world = worldOf(site.at, h_);
             const bool isStored = lattice_.isStored(site.number);
             if (!isStored && isBeyondEnd(space_.feet[foot], world)) continue;
@@ -87,7 +88,22 @@ class BandReinitialization {
             for (int place = 0; place < Tiles::kTileSize; ++place) bits |= Bits{*value++ <= 0} << place;
     }
 
+    /// Finds the points beside the interface, and makes room for their feet.
+    void setFront() {
+        space_.front.resize(stored_.size());
+        std::size_t count = 0;
+        for (std::size_t tile = 0; tile < stored_.size(); ++tile) {
+            space_.front[tile] = frontBits_.of(tile);
+            count += static_cast<std::size_t>(__builtin_popcountll(space_.front[tile]));
+        }
+        checkFootCount(count);
+        makeRoomFor(count, space_.feet);
+        makeRoomFor(count, space_.distances);
+        closest_.expect(count);
+    }
+
     void findFront() {
+        setFront();
         FootFinder<Lattice> finder(lattice_, h_);
         for (std::size_t tile = 0; tile < stored_.size(); ++tile) {
             const Bits inside = space_.inside[tile];
@@ -96,7 +112,8 @@ class BandReinitialization {
                 space_.nearest[tile * Tiles::kTileSize + static_cast<std::size_t>(place)].reset(
                     (inside >> place & 1) == 0);
             }
-            for (Bits front = frontBits_.of(tile); front != 0; front &= front - 1)
+            if (space_.front[tile] != 0) lattice_.enter(tile);
+            for (Bits front = space_.front[tile]; front != 0; front &= front - 1)
                 addToFront(finder, static_cast<int>(tile) * Tiles::kTileSize + __builtin_ctzll(front));
         }
     }
@@ -134,7 +151,7 @@ class BandReinitialization {
     }
 
     void addToFront(FootFinder<Lattice>& finder, int number) {
-        const Site site = lattice_.site(number);
+        const Site site = lattice_.siteAt(number);
         const double value = lattice_.value(site);
         AxisCrossings<dimensions> crossings;
         std::size_t neighbours = 0;
@@ -142,7 +159,6 @@ class BandReinitialization {
             ++neighbours;
             crossings.look(value, lattice_.value(beside), axis, step, h_[axis]);
         });
-        checkFootCount(space_.feet.size());
         space_.feet.emplace_back();
         space_.distances.push_back(finder.find(site.at, value, crossings, space_.feet.back()));
         if (neighbours < 2 * dimensions) space_.feet.back().isEnd = isAtEnd(site, space_.feet.back());
@@ -171,7 +187,6 @@ template <class Band>
 bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options,
                       OldValues old = OldValues::kTrusted) {
     constexpr std::size_t dimensions = BandTraits<Band>::dimensions;
-    using Storage = BandStorage<dimensions>;
     const auto h = BandTraits<Band>::spacings(band);
     checkSpacings<dimensions>(h);
     if (!(options.width >= 0) || std::isinf(options.width))
@@ -183,11 +198,10 @@ bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options,
         BandReinitialization<dimensions> made(work.tiles, work.values, work.stored, work.feet, h);
         BatchWatch watch(options.progress, work.numbers.size());
         if (!made.run(width, watch)) throwNoInterface();
-        work.result.clear();
-        made.forEachDistance([&](int, const auto& p,
-                                 double distance) { work.result.push_back(Storage::entryOf(p, distance)); },
-                             old);
-        replacePoints<dimensions>(BandAccess::values(band), work.result, work.inOrder);
+        const auto forEachPoint = [&](const auto& add) {
+            made.forEachDistance([&](int, const auto& p, double distance) { add(p, distance); }, old);
+        };
+        replacePointsBy<dimensions>(BandAccess::values(band), forEachPoint, work.inOrder);
     });
 }
 

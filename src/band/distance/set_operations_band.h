@@ -74,7 +74,7 @@ Band combinedBands(const Band& a, const Band& b, SetOperation operation) {
         entry.value = combinedValue(operation, inA.value(p), inB.value(p));
     }
     Band result(a);
-    setPoints<dimensions>(BandAccess::values(result), entries);
+    setPoints<dimensions>(BandAccess::values(result), eachOf<dimensions>(entries));
     return result;
 }
 

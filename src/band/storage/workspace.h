@@ -42,26 +42,44 @@ void copyInOrder(const BucketTable<Entry>& points, std::vector<Entry>& inOrder) 
 }
 
 template <std::size_t dimensions>
-void setPoints(typename BandStorage<dimensions>::Hash& points,
-               const std::vector<typename BandStorage<dimensions>::Entry>& inOrder) {
+using BandEntries = std::vector<typename BandStorage<dimensions>::Entry>;
+
+/// Calls visitEach with a function that adds a point and its value.
+template <std::size_t dimensions, class VisitEach>
+void setPoints(typename BandStorage<dimensions>::Hash& points, const VisitEach& visitEach) {
     points.clear();
-    for (const auto& entry : inOrder)
-        std::apply([&](auto... c) -> double& { return points.add(c...); },
-                   BandStorage<dimensions>::pointOf(entry)) = entry.value;
+    visitEach([&](const std::array<int, dimensions>& point, double value) {
+        std::apply([&](auto... c) -> double& { return points.add(c...); }, point) = value;
+    });
 }
 
-/// Replaces the points of a hash, which are before, by others, none of which may occur twice. Where there is
-/// not enough memory the hash has its points again, for which its buckets have room.
+/// Visits the points of a list.
 template <std::size_t dimensions>
-void replacePoints(typename BandStorage<dimensions>::Hash& points,
-                   const std::vector<typename BandStorage<dimensions>::Entry>& inOrder,
-                   const std::vector<typename BandStorage<dimensions>::Entry>& before) {
+auto eachOf(const BandEntries<dimensions>& inOrder) {
+    return [&inOrder](const auto& visit) {
+        for (const auto& entry : inOrder) visit(BandStorage<dimensions>::pointOf(entry), entry.value);
+    };
+}
+
+/// Replaces the points of a hash, which are before, by others, none of which may occur twice (see
+/// setPoints). Where there is not enough memory the hash has its points again, for which its buckets have
+/// room.
+template <std::size_t dimensions, class VisitEach>
+void replacePointsBy(typename BandStorage<dimensions>::Hash& points, const VisitEach& visitEach,
+                     const BandEntries<dimensions>& before) {
     try {
-        setPoints<dimensions>(points, inOrder);
+        setPoints<dimensions>(points, visitEach);
     } catch (const std::bad_alloc&) {
-        setPoints<dimensions>(points, before);
+        setPoints<dimensions>(points, eachOf<dimensions>(before));
         throw;
     }
+}
+
+/// The same with the others in a list.
+template <std::size_t dimensions>
+void replacePoints(typename BandStorage<dimensions>::Hash& points, const BandEntries<dimensions>& inOrder,
+                   const BandEntries<dimensions>& before) {
+    replacePointsBy<dimensions>(points, eachOf<dimensions>(inOrder), before);
 }
 
 /// What operations on a band work with: a copy of the band laid out by tiles, and lists. It is kept from one
@@ -88,6 +106,7 @@ struct BandWorkspace {
         copyInOrder(points, inOrder);
         tiles.clear();
         numbers.clear();
+        numbers.reserve(inOrder.size());
         for (const Entry& entry : inOrder) numbers.push_back(tiles.number(Storage::pointOf(entry)));
         values.assign(tiles.size(), 0.0);
         stored.assign(tiles.tileCount(), 0);

@@ -30,7 +30,7 @@ class DenseReinitialization {
           h_(h),
           nearest_(count()),
           lattice_(values, nearest_.data(), sizes),
-          closest_(lattice_, h) {}
+          closest_(lattice_, lists_, h) {}
 
     void run(const quorbin::Progress& progress, OldValues old = OldValues::kTrusted) {
         findFront();
@@ -106,6 +106,7 @@ class DenseReinitialization {
     Vector<dimensions> h_;
     std::vector<Nearest> nearest_;
     Lattice lattice_;
+    SpreadingLists<typename Lattice::Place, dimensions> lists_;
     ClosestFeet<Lattice> closest_;
     std::vector<Foot<dimensions>> feet_;
     std::vector<double> ownDistances_;  // of the points beside the interface, by foot
