@@ -12,6 +12,10 @@
 #include "../progress.h"
 #include "level_set_2d.h"
 
+namespace lset::detail {
+class Stretch;
+}
+
 class FullLevelSet2D;
 class FullLevelSet3D;
 
@@ -204,7 +208,7 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     using Array = std::unique_ptr<double[], Free>;
 
     template <class Watch>
-    void march(Watch watch);
+    void march(const lset::detail::Stretch& stretch);
     bool measureBySweeps(const quorbin::Progress& progress);
     bool measureByBruteForce(const quorbin::Progress& progress);
 
