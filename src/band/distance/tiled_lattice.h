@@ -1,7 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
-#include <cmath>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -34,7 +35,11 @@ class TiledLattice {
         nearest_.assign(tiles_.size(), Nearest());
     }
 
-    Site site(int number) const { return {tiles_.point(number), number}; }
+    using Place = int;
+
+    static Place placeOf(const Site& site) { return site.number; }
+    Site siteAt(Place number) const { return {tiles_.point(number), number}; }
+    Nearest& nearestAt(Place number) { return nearest_[index(number)]; }
     double value(const Site& site) const { return values_[index(site.number)]; }
     Nearest& nearest(const Site& site) { return nearest_[index(site.number)]; }
 
@@ -53,44 +58,44 @@ class TiledLattice {
         visit(made<axis, 1>(site), along, 1);
         if constexpr (axis + 1 < dimensions) forEachBeside<Visit, axis + 1>(site, visit);
     }
-    static void prefetchBeside(const Site&) {}  // tiles are small
+    static void prefetchBeside(Place) {}  // tiles are small
 
-    /// See FootFinder. What is not stored on the outside of a block is continued from its middle, where every
-    /// sample must be.
+    /// Must come before blocks around the points of a tile are read: finds the tiles around it.
+    void enter(std::size_t tile) {
+        const Point corner = tiles_.point(static_cast<int>(tile) * Tiles::kTileSize);
+        for (std::size_t axis = 0; axis < dimensions; ++axis)
+            origin_[axis] = stepped(corner[axis], -static_cast<int>(kTileSide));
+        for (std::size_t i = 0; i < around_.size(); ++i) {
+            Point p = origin_;
+            std::size_t rest = i;
+            for (int& c : p) {
+                c = stepped(c, static_cast<int>(rest % 3 * kTileSide));
+                rest /= 3;
+            }
+            const int found = tiles_.tileIfMade(p);
+            const bool isThere = found != Tiles::kNone && index(found) < stored_.size();
+            around_[i].values = &values_[isThere ? index(found) * Tiles::kTileSize : 0];
+            around_[i].stored = isThere ? stored_[index(found)] : 0;
+        }
+    }
+
+    /// See FootFinder. The block must lie in the tile that was entered and those around it. What is not
+    /// stored on the outside of a block is continued from its middle, where every sample must be.
     template <class Samples>
     bool block(const Point& first, Samples& samples) const {
-        // A block lies in at most two tiles along each axis; by bits, those at its first and its last
-        // samples.
-        std::array<int, 1U << dimensions> tileOf;
-        std::array<unsigned, dimensions> from;  // in the first tile
-        for (unsigned which = 0; which < tileOf.size(); ++which) {
-            Point p = first;
-            for (std::size_t axis = 0; axis < dimensions; ++axis)
-                if ((which >> axis & 1) != 0) p[axis] = stepped(p[axis], int{kSide} - 1);
-            tileOf[which] = tiles_.tileIfMade(p);
+        std::array<unsigned, dimensions> tile, from;  // of its first sample: by tiles, and in its tile
+        for (std::size_t axis = 0; axis < dimensions; ++axis) {
+            const unsigned c = static_cast<unsigned>(first[axis]) - static_cast<unsigned>(origin_[axis]);
+            tile[axis] = c >> kBits;
+            from[axis] = c & (kTileSide - 1);
         }
-        for (std::size_t axis = 0; axis < dimensions; ++axis)
-            from[axis] = static_cast<unsigned>(first[axis]) & (kTileSide - 1);
+        assert(std::all_of(tile.begin(), tile.end(), [](unsigned t) { return t < 3; }));
+        // A row of samples lies in one tile or in two.
         std::uint64_t missing = 0;
-        for (unsigned row = 0; row < samples.size() / kSide; ++row) {
-            unsigned which = 0, place = 0;
-            for (std::size_t axis = 1; axis < dimensions; ++axis) {
-                const unsigned c = from[axis] + (row >> (2 * (axis - 1)) & (kSide - 1));
-                which |= (c >> kBits) << axis;
-                place |= (c & (kTileSide - 1)) << (kBits * axis);
-            }
-            const int here = tileOf[which], beyond = tileOf[which | 1];
-            for (unsigned x = 0; x < kSide; ++x) {
-                const unsigned c = from[0] + x;
-                const int tile = c < kTileSide ? here : beyond;
-                const unsigned i = row * kSide + x, inTile = place | (c & (kTileSide - 1));
-                if (tile == Tiles::kNone || !isStored(static_cast<std::size_t>(tile), inTile)) {
-                    missing |= std::uint64_t{1} << i;
-                    continue;
-                }
-                samples[i] = values_[static_cast<std::size_t>(tile) * Tiles::kTileSize + inTile];
-            }
-        }
+        if (from[0] + kSide <= kTileSide) missing = gather<kSide>(tile, from, samples);
+        if (from[0] + kSide == kTileSide + 1) missing = gather<kSide - 1>(tile, from, samples);
+        if (from[0] + kSide == kTileSide + 2) missing = gather<kSide - 2>(tile, from, samples);
+        if (from[0] + kSide == kTileSide + 3) missing = gather<kSide - 3>(tile, from, samples);
         return missing == 0 || continueInto<dimensions>(missing, samples);
     }
 
@@ -105,6 +110,41 @@ class TiledLattice {
  private:
     static constexpr unsigned kSide = 4;
     static constexpr unsigned kBits = 6 / dimensions, kTileSide = 1U << kBits;
+
+    struct Around {
+        const double* values;
+        std::uint64_t stored;
+    };
+
+    /// Copies a block of which so many samples of each row lie in its first tile along the first axis; those
+    /// that are missing, as bits.
+    template <unsigned inFirst, class Samples>
+    std::uint64_t gather(const std::array<unsigned, dimensions>& tile,
+                         const std::array<unsigned, dimensions>& from, Samples& samples) const {
+        constexpr unsigned kRow = (1U << kSide) - 1, kInFirst = (1U << inFirst) - 1;
+        std::uint64_t present = 0;
+        for (unsigned row = 0; row < samples.size() / kSide; ++row) {
+            unsigned which = tile[0], place = 0, stride = 3;
+            for (std::size_t axis = 1; axis < dimensions; ++axis, stride *= 3) {
+                const unsigned c = from[axis] + (row >> (2 * (axis - 1)) & (kSide - 1));
+                which += (tile[axis] + (c >> kBits)) * stride;
+                place |= (c & (kTileSide - 1)) << (kBits * axis);
+            }
+            const Around& here = around_[which];
+            double* const target = &samples[row * kSide];
+            const double* const source = here.values + (place + from[0]);
+            std::uint64_t bits = here.stored >> (place + from[0]) & kInFirst;
+            for (unsigned x = 0; x < inFirst; ++x) target[x] = source[x];
+            if constexpr (inFirst < kSide) {
+                const Around& beyond = around_[which + 1];
+                bits |= (beyond.stored >> place << inFirst) & (kRow & ~kInFirst);
+                for (unsigned x = inFirst; x < kSide; ++x) target[x] = beyond.values[place + x - inFirst];
+            }
+            present |= bits << (row * kSide);
+        }
+        constexpr std::uint64_t kAll = ~std::uint64_t{0} >> (64 - 16 * (dimensions == 2 ? 1 : 4));
+        return ~present & kAll;
+    }
 
     bool isStored(std::size_t tile, unsigned inTile) const {
         return tile < stored_.size() && (stored_[tile] >> inTile & 1) != 0;
@@ -126,8 +166,11 @@ class TiledLattice {
     Site made(const Site& site) {
         Site beside = site;
         beside.at[axis] = stepped(site.at[axis], step);
-        beside.number = tiles_.template neighbourMade<axis, step>(site.number);
-        if (nearest_.size() != tiles_.size()) nearest_.resize(tiles_.size());
+        beside.number = tiles_.template neighbour<axis, step>(site.number);
+        if (beside.number == Tiles::kNone) {
+            beside.number = tiles_.number(beside.at);
+            nearest_.resize(tiles_.size());
+        }
         return beside;
     }
 
@@ -135,6 +178,8 @@ class TiledLattice {
     const std::vector<double>& values_;
     const std::vector<std::uint64_t>& stored_;
     std::vector<Nearest>& nearest_;
+    Point origin_{};                                       // of the tiles around the one that was entered
+    std::array<Around, dimensions == 2 ? 9 : 27> around_;  // these
 };
 
 }  // namespace lset::detail

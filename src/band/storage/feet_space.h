@@ -6,6 +6,7 @@
 
 #include "common/storage/foot.h"
 #include "common/storage/nearest.h"
+#include "common/storage/spreading_lists.h"
 
 namespace lset::detail {
 
@@ -16,6 +17,8 @@ struct FeetSpace {
     std::vector<Foot<dimensions>> feet;
     std::vector<double> distances;      // of the points beside the interface, by foot
     std::vector<std::uint64_t> inside;  // a bit for each point of a tile
+    std::vector<std::uint64_t> front;   // the same for the points beside the interface
+    SpreadingLists<int, dimensions> lists;
 };
 
 }  // namespace lset::detail

@@ -23,6 +23,7 @@ class DenseLattice {
         Point at;
         std::ptrdiff_t i;
     };
+    using Place = Site;
 
     DenseLattice(const double* values, Nearest* nearest, const Point& sizes)
         : values_(values), nearest_(nearest), sizes_(sizes) {
@@ -36,6 +37,9 @@ class DenseLattice {
     const Point& sizes() const { return sizes_; }
     double value(const Site& site) const { return values_[site.i]; }
     Nearest& nearest(const Site& site) { return nearest_[site.i]; }
+    static Place placeOf(const Site& site) { return site; }
+    static Site siteAt(const Place& place) { return place; }
+    Nearest& nearestAt(const Place& place) { return nearest(place); }
 
     /// visit(site of a neighbour, axis as a constant, step)
     template <std::size_t axis = 0, class Visit>

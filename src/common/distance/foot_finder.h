@@ -200,53 +200,51 @@ class FootFinder {
         return dot(mean, mean) >= kLeast * kLeast;  // which not-a-number is not
     }
 
-    /// Newton's method for the point x, from p, of the zero level of the interpolant where p lies on the
-    /// normal: x = −λ∇P and P = 0. The second derivatives are those of the first step.
-    bool iterate(const Point& p, const Point& first, Vector<dimensions>& x, Foot<dimensions>& foot) const {
+    /// Newton's method in a block for the point x, from p, of the zero level of the interpolant where p lies
+    /// on the normal: x = −λ∇P and P = 0. The second derivatives are those of the first step.
+    bool iterate(const Point& p, const Point& block, Vector<dimensions>& x, Foot<dimensions>& foot) const {
         constexpr int kSteps = 8;
+        Vector<dimensions> offset;  // of p in the block, in grid units
+        for (std::size_t axis = 0; axis < dimensions; ++axis) offset[axis] = p[axis] - block[axis];
+        const auto first = interpolant_.template at<true>(placeOf(x, offset));
+        double value = first.value;
+        Vector<dimensions> gradient = gradientOf(first);
         Symmetric<dimensions> bending;
-        Vector<dimensions> gradient;
-        double lambda = 0;
-        for (int step = 0; step < kSteps; ++step) {
-            Vector<dimensions> place;
-            for (std::size_t axis = 0; axis < dimensions; ++axis)
-                place[axis] = x[axis] * perSpacing_[axis] + (p[axis] - first[axis]);
-            double value;
-            if (step == 0) {
-                const auto found = interpolant_.template at<true>(place);
-                value = found.value;
-                setDerivatives(found, gradient, &bending);
-                lambda = -dot(x, gradient) / dot(gradient, gradient);
-            } else {
-                const auto found = interpolant_.template at<false>(place);
-                value = found.value;
-                setDerivatives(found, gradient, nullptr);
-            }
+        for (std::size_t i = 0; i < dimensions; ++i)
+            for (std::size_t j = 0; j < dimensions; ++j)
+                bending[i][j] = first.hessian[i][j] * (perSpacing_[i] * perSpacing_[j]);
+        double lambda = -dot(x, gradient) / dot(gradient, gradient);
+        for (int step = 1;; ++step) {
             const Vector<dimensions> moved = newtonStep(x, value, gradient, bending, lambda);
             x = sum(x, 1, moved);
             const double size = dot(moved, moved);
             if (!(size < 4 * largest_ * largest_)) return false;
-            if (size > kConverged * kConverged * largest_ * largest_) continue;
-            const double slope = lengthOf(gradient);
-            foot.at = sum(worldOf(p, h_), 1, x);
-            foot.normal = scaled(gradient, 1 / slope);
-            for (auto& row : bending) row = scaled(row, 1 / slope);
-            setCurvatures(foot, bending);
-            foot.reach = 2 * largest_;
-            foot.isSmooth = true;
-            return true;
+            if (size <= kConverged * kConverged * largest_ * largest_) break;
+            if (step == kSteps) return false;
+            const auto next = interpolant_.template at<false>(placeOf(x, offset));
+            value = next.value;
+            gradient = gradientOf(next);
         }
-        return false;
+        const double slope = lengthOf(gradient);
+        foot.at = sum(worldOf(p, h_), 1, x);
+        foot.normal = scaled(gradient, 1 / slope);
+        for (auto& row : bending) row = scaled(row, 1 / slope);
+        setCurvatures(foot, bending);
+        foot.reach = 2 * largest_;
+        foot.isSmooth = true;
+        return true;
     }
 
-    void setDerivatives(const typename LocalInterpolant<dimensions>::Values& found,
-                        Vector<dimensions>& gradient, Symmetric<dimensions>* bending) const {
-        for (std::size_t i = 0; i < dimensions; ++i) {
-            gradient[i] = found.gradient[i] * perSpacing_[i];
-            if (bending != nullptr)
-                for (std::size_t j = 0; j < dimensions; ++j)
-                    (*bending)[i][j] = found.hessian[i][j] * (perSpacing_[i] * perSpacing_[j]);
-        }
+    Vector<dimensions> placeOf(const Vector<dimensions>& x, const Vector<dimensions>& offset) const {
+        Vector<dimensions> place;
+        for (std::size_t axis = 0; axis < dimensions; ++axis)
+            place[axis] = x[axis] * perSpacing_[axis] + offset[axis];
+        return place;
+    }
+    Vector<dimensions> gradientOf(const typename LocalInterpolant<dimensions>::Values& found) const {
+        Vector<dimensions> gradient;
+        for (std::size_t i = 0; i < dimensions; ++i) gradient[i] = found.gradient[i] * perSpacing_[i];
+        return gradient;
     }
 
     static constexpr double kConverged = 1e-5;  // the error is far smaller than such a step

@@ -25,8 +25,10 @@ inline Symmetric<3> inverseOf(const Symmetric<3>& m) {
 /// for the point x, from p, of the zero level of P where p lies on the normal, x = −λ∇P. H are the second
 /// derivatives of P.
 template <std::size_t dimensions>
-Vector<dimensions> newtonStep(const Vector<dimensions>& x, double value, const Vector<dimensions>& gradient,
-                              const Symmetric<dimensions>& hessian, double& lambda) {
+__attribute__((always_inline)) inline Vector<dimensions> newtonStep(const Vector<dimensions>& x, double value,
+                                                                    const Vector<dimensions>& gradient,
+                                                                    const Symmetric<dimensions>& hessian,
+                                                                    double& lambda) {
     Symmetric<dimensions> matrix;
     for (std::size_t i = 0; i < dimensions; ++i)
         for (std::size_t j = 0; j < dimensions; ++j)

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -21,6 +22,14 @@ inline void adviseHugePages([[maybe_unused]] void* array, [[maybe_unused]] std::
         madvise(first, end - begin, MADV_HUGEPAGE);
     }
 #endif
+}
+
+/// Makes room in a vector for so many items in all, at once and with large pages.
+template <class T>
+void makeRoomFor(std::size_t count, std::vector<T>& items) {
+    if (count <= items.capacity()) return;
+    items.reserve(count);
+    adviseHugePages(items.data() + items.size(), (items.capacity() - items.size()) * sizeof(T));
 }
 
 }  // namespace lset::detail
