@@ -20,23 +20,56 @@ one for each axis in their order; points, times and sizes are in its units, poin
 you give is never written to, unless it is ``out=``.
 """
 
+from ._bands import Band2D, Band3D
 from ._contours import Region, contours, polygons
 from ._core import NoInterface, __version__
 from ._distance import reinitialize, signed_distance
 from ._flows import CurvatureFlow, curvature_flow, smooth_mask
+from ._level_sets import LevelSet2D, LevelSet3D
+from ._measure import Comparison, Figures2D, Figures3D, InterfaceDistance, compare, measure
 from ._mesh import Mesh, mesh
+from ._offset import closed, offset, opened
+from ._pieces import Piece2D, Piece3D, largest_pieces, pieces, without_holes_below
+from ._sample import Samples, sample
+from ._sets import complement, difference, intersection, union
+from ._stepping import FlowResult
 
 __all__ = [
+    "Band2D",
+    "Band3D",
+    "Comparison",
     "CurvatureFlow",
+    "Figures2D",
+    "Figures3D",
+    "FlowResult",
+    "InterfaceDistance",
+    "LevelSet2D",
+    "LevelSet3D",
     "Mesh",
     "NoInterface",
+    "Piece2D",
+    "Piece3D",
     "Region",
+    "Samples",
     "__version__",
+    "closed",
+    "compare",
+    "complement",
     "contours",
     "curvature_flow",
+    "difference",
+    "intersection",
+    "largest_pieces",
+    "measure",
     "mesh",
+    "offset",
+    "opened",
+    "pieces",
     "polygons",
     "reinitialize",
+    "sample",
     "signed_distance",
     "smooth_mask",
+    "union",
+    "without_holes_below",
 ]

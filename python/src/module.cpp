@@ -13,4 +13,9 @@ NB_MODULE(_core, module) {
     addFlows(module);
     addContours(module);
     addMesh(module);
+    addSets(module);
+    addMeasure(module);
+    addSample(module);
+    addSteps(module);
+    addBands(module);
 }
