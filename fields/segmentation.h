@@ -73,8 +73,8 @@ struct SegmentResult {
     double meanInside = 0, meanOutside = 0;
 };
 
-/// Moves the outline of a field, which is a signed distance, until it is still, or for as many steps as there may
-/// be. Throws Failure where nothing is left of it, or where a band does not suit the spacings.
+/// Moves the outline of a field, which is a signed distance, until it is still, or for as many steps as there
+/// may be. Throws Failure where nothing is left of it, or where a band does not suit the spacings.
 SegmentResult segment(const io::Image& picture, FullLevelSet2D& field, const SegmentOptions& options);
 
 }  // namespace quorbin::fields

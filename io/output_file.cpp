@@ -33,8 +33,8 @@ extern "C" void removeAndExit(int signal) {
     _exit(128 + signal);
 }
 
-/// Makes a file under a name that nobody has, with the permissions that new files get; the Xs at the end of the
-/// path become that name's. Unlike mkstemp and umask together, it may be called in several threads.
+/// Makes a file under a name that nobody has, with the permissions that new files get; the Xs at the end of
+/// the path become that name's. Unlike mkstemp and umask together, it may be called in several threads.
 int openNew(std::string& path) {
     static std::atomic<unsigned> last{0};
     constexpr int kMostTries = 1000;
