@@ -24,13 +24,17 @@ from ._bands import Band2D, Band3D
 from ._contours import Region, contours, polygons
 from ._core import NoInterface, __version__
 from ._distance import reinitialize, signed_distance
+from ._files import Image, read, read_field
 from ._flows import CurvatureFlow, curvature_flow, smooth_mask
+from ._itk import PlacedImage, from_sitk, to_sitk
 from ._level_sets import LevelSet2D, LevelSet3D
 from ._measure import Comparison, Figures2D, Figures3D, InterfaceDistance, compare, measure
 from ._mesh import Mesh, mesh
 from ._offset import closed, offset, opened
+from ._output import write
 from ._pieces import Piece2D, Piece3D, largest_pieces, pieces, without_holes_below
 from ._sample import Samples, sample
+from ._segmentation import Segmentation, otsu, segment
 from ._sets import complement, difference, intersection, union
 from ._stepping import FlowResult
 
@@ -42,6 +46,7 @@ __all__ = [
     "Figures2D",
     "Figures3D",
     "FlowResult",
+    "Image",
     "InterfaceDistance",
     "LevelSet2D",
     "LevelSet3D",
@@ -49,8 +54,10 @@ __all__ = [
     "NoInterface",
     "Piece2D",
     "Piece3D",
+    "PlacedImage",
     "Region",
     "Samples",
+    "Segmentation",
     "__version__",
     "closed",
     "compare",
@@ -58,18 +65,25 @@ __all__ = [
     "contours",
     "curvature_flow",
     "difference",
+    "from_sitk",
     "intersection",
     "largest_pieces",
     "measure",
     "mesh",
     "offset",
     "opened",
+    "otsu",
     "pieces",
     "polygons",
+    "read",
+    "read_field",
     "reinitialize",
     "sample",
+    "segment",
     "signed_distance",
     "smooth_mask",
+    "to_sitk",
     "union",
     "without_holes_below",
+    "write",
 ]

@@ -15,5 +15,7 @@ void addMeasure(nanobind::module_& module);
 void addSample(nanobind::module_& module);
 void addSteps(nanobind::module_& module);
 void addBands(nanobind::module_& module);
+void addFiles(nanobind::module_& module);
+void addSegment(nanobind::module_& module);
 
 }  // namespace quorbin::python

@@ -18,4 +18,6 @@ NB_MODULE(_core, module) {
     addSample(module);
     addSteps(module);
     addBands(module);
+    addFiles(module);
+    addSegment(module);
 }
