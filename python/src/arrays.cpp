@@ -1,5 +1,6 @@
 #include "arrays.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
@@ -10,6 +11,9 @@
 namespace quorbin::python {
 
 namespace {
+
+/// Squares and cubes of what lies between are numbers, and so are distances and times.
+constexpr double kLeastSpacing = 1e-100, kLargestSpacing = 1e100;
 
 std::string indexOf(const Values& values, std::size_t place) {
     std::string text;
@@ -51,8 +55,9 @@ Lattice latticeOf(const Values& values, const Spacing& spacing) {
         if (size > static_cast<std::size_t>(std::numeric_limits<int>::max()))
             throw std::invalid_argument("the field has more than 2147483647 samples along an axis");
         const double h = spacing[spacing.size() == 1 ? 0 : axes - 1 - axis];
-        if (!(h > 0) || !std::isfinite(h))
-            throw std::invalid_argument(fmt::format("spacing is {}; it must be positive and finite", h));
+        if (!(h >= kLeastSpacing && h <= kLargestSpacing))
+            throw std::invalid_argument(fmt::format("spacing is {}; it must be positive, from {} to {}", h,
+                                                    kLeastSpacing, kLargestSpacing));
         lattice.size[axis] = static_cast<int>(size);
         lattice.spacing[axis] = h;
         lattice.points *= size;
@@ -63,7 +68,10 @@ Lattice latticeOf(const Values& values, const Spacing& spacing) {
 void checkNumbers(const Values& values, bool nanIsOutside) {
     if (nanIsOutside) return;
     const double* const end = values.data() + values.size();
-    const double* const found = firstNotANumber(values.data(), end);
+    const double* const found = [&] {
+        const nb::gil_scoped_release unlocked;
+        return firstNotANumber(values.data(), end);
+    }();
     if (found == end) return;
     throw std::invalid_argument(fmt::format(
         "the value at {} is not a number; replace it, or take such values for outside by nan=\"outside\"",
@@ -75,9 +83,19 @@ void requireInterface(const Values& values) {
     const double* const end = begin + values.size();
     if (begin == end) throw NoInterface("the field is empty");
     const bool isInside = *begin <= 0;
-    if (std::all_of(begin, end, [=](double value) { return (value <= 0) == isInside; }))
+    const bool isOneSided = [&] {
+        const nb::gil_scoped_release unlocked;
+        return std::all_of(begin, end, [=](double value) { return (value <= 0) == isInside; });
+    }();
+    if (isOneSided)
         throw NoInterface(
             fmt::format("the field has no interface: all of its values are {}", isInside ? "≤ 0" : "> 0"));
+}
+
+void requireField(const Values& values, const Spacing& spacing, bool nanIsOutside) {
+    latticeOf(values, spacing);
+    checkNumbers(values, nanIsOutside);
+    requireInterface(values);
 }
 
 }  // namespace quorbin::python

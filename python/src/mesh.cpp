@@ -23,28 +23,37 @@ std::vector<double> flat(const std::vector<brin::Vec3<double>>& points) {
     return values;
 }
 
-/// Returns (vertices, faces, normals). In (z, y, x), which turns space inside out, faces run the other way round.
+/// In (z, y, x), which turns space inside out, faces run the other way round.
+std::vector<int> turned(const std::vector<gpoint3>& triangles) {
+    std::vector<int> faces;
+    faces.reserve(3 * triangles.size());
+    for (const gpoint3& triangle : triangles)
+        faces.insert(faces.end(), {triangle.first, triangle.third, triangle.second});
+    return faces;
+}
+
+/// Returns (vertices, faces, normals).
 nb::tuple meshOf(const Values& values, const Spacing& spacing, bool nanIsOutside, bool capped,
                  nb::handle tell) {
+    if (!latticeOf(values, spacing).isVolume)
+        throw std::invalid_argument("the field has 2 axes; meshes are those of 3, contours those of 2");
     checkNumbers(values, nanIsOutside);
-    Mesh surface;
+    std::vector<double> vertices, normals;
+    std::vector<int> faces;
     readGrid(values, spacing, [&](const auto& grid) {
         if constexpr (std::is_same_v<std::decay_t<decltype(grid)>, FullLevelSet3D>) {
             Watch watch(tell);
             const nb::gil_scoped_release unlocked;
-            surface = *mesh(grid, {capped}, watch.progress());
-        } else {
-            throw std::invalid_argument("the field has 2 axes; meshes are those of 3, contours those of 2");
+            const Mesh surface = *mesh(grid, {capped}, watch.progress());
+            vertices = flat(surface.vertices);
+            faces = turned(surface.triangles);
+            normals = flat(surface.normals);
         }
     });
-    std::vector<int> faces;
-    faces.reserve(3 * surface.triangles.size());
-    for (const gpoint3& triangle : surface.triangles)
-        faces.insert(faces.end(), {triangle.first, triangle.third, triangle.second});
-    const std::size_t vertices = surface.vertices.size(), triangles = surface.triangles.size();
-    return nb::make_tuple(arrayOf(flat(surface.vertices), {vertices, 3}),
+    const std::size_t points = vertices.size() / 3, triangles = faces.size() / 3;
+    return nb::make_tuple(arrayOf(std::move(vertices), {points, 3}),
                           arrayOf(std::move(faces), {triangles, 3}),
-                          arrayOf(flat(surface.normals), {vertices, 3}));
+                          arrayOf(std::move(normals), {points, 3}));
 }
 
 }  // namespace
