@@ -36,6 +36,12 @@ Lattice latticeOf(const Values& values, const Spacing& spacing);
 /// Throws std::invalid_argument, naming the index of the first, where a value is not a number and may not be.
 void checkNumbers(const Values& values, bool nanIsOutside);
 
+/// The first value that is not a number, or end.
+const double* firstNotANumber(const double* begin, const double* end);
+
+/// Throws as checkNumbers does of the value at a place in memory.
+[[noreturn]] void throwNotANumber(const Values& values, std::size_t place);
+
 /// Throws NoInterface where all values are on one side.
 void requireInterface(const Values& values);
 

@@ -26,9 +26,17 @@ struct Flat {
         starts.push_back(static_cast<long long>(points.size() / 2));
         isOutline.push_back(outline);
     }
-    void add(const Polygon& region) {
-        add(region.outline, true, true);
-        for (const Ring& hole : region.holes) add(hole, true, false);
+    void add(const std::vector<Polygon>& regions) {
+        std::size_t count = 0;
+        for (const Polygon& region : regions) {
+            count += region.outline.size() + 1;
+            for (const Ring& hole : region.holes) count += hole.size() + 1;
+        }
+        points.reserve(2 * count);
+        for (const Polygon& region : regions) {
+            add(region.outline, true, true);
+            for (const Ring& hole : region.holes) add(hole, true, false);
+        }
     }
 
  private:
@@ -38,13 +46,19 @@ struct Flat {
     }
 };
 
-/// The rows of what values are above a level.
-FieldRows rowsAbove(const Values& values, const Lattice& lattice, double level) {
+/// The rows of what values are above a level. Whether they are numbers is seen on the way, as the rows of a large
+/// picture are read no faster than memory gives them.
+FieldRows rowsAbove(const Values& values, const Lattice& lattice, double level, bool nanIsOutside) {
     const auto width = static_cast<std::size_t>(lattice.size[0]);
     return {lattice.size[0], lattice.size[1], lattice.spacing[0], lattice.spacing[1],
-            [begin = values.data(), width, level](int y, double* row) {
-                const double* const first = begin + static_cast<std::size_t>(y) * width;
-                std::transform(first, first + width, row, [=](double value) { return value - level; });
+            [&values, width, level, nanIsOutside](int y, double* row) {
+                const std::size_t begin = static_cast<std::size_t>(y) * width;
+                const double* const first = values.data() + begin;
+                const double* const end = first + width;
+                std::transform(first, end, row, [level](double value) { return value - level; });
+                if (nanIsOutside) return;
+                const double* const found = firstNotANumber(first, end);
+                if (found != end) throwNotANumber(values, static_cast<std::size_t>(found - values.data()));
             }};
 }
 
@@ -54,30 +68,24 @@ nb::tuple contoursOf(const Values& values, const Spacing& spacing, bool nanIsOut
     const Lattice lattice = latticeOf(values, spacing);
     if (lattice.isVolume)
         throw std::invalid_argument("the field has 3 axes; contours are those of 2, meshes those of 3");
-    checkNumbers(values, nanIsOutside);
     Flat flat;
     std::size_t rings = 0;
     Watch watch(nb::none());
     {
         const nb::gil_scoped_release unlocked;
-        const FieldRows rows = rowsAbove(values, lattice, level);
-        const auto take = [&](Polygon&& region) { flat.add(region); };
-        if (tolerance > 0) {
-            std::vector<Polygon> regions;
-            contours(
-                rows, [&](Polygon&& region) { regions.push_back(std::move(region)); }, watch.progress());
-            for (const Polygon& region : simplified(std::move(regions), tolerance)) flat.add(region);
-            rings = flat.isOutline.size();
-        } else if (closed) {
+        const FieldRows rows = rowsAbove(values, lattice, level, nanIsOutside);
+        std::vector<Polygon> regions;
+        std::vector<Ring> lines;
+        const auto take = [&](Polygon&& region) { regions.push_back(std::move(region)); };
+        if (closed)
             contours(rows, take, watch.progress());
-            rings = flat.isOutline.size();
-        } else {
-            std::vector<Ring> lines;
+        else
             openContours(
                 rows, take, [&](Ring&& line) { lines.push_back(std::move(line)); }, watch.progress());
-            rings = flat.isOutline.size();
-            for (const Ring& line : lines) flat.add(line, false, true);
-        }
+        if (tolerance > 0) regions = simplified(std::move(regions), tolerance);
+        flat.add(regions);
+        rings = flat.isOutline.size();
+        for (const Ring& line : lines) flat.add(line, false, true);
     }
     const std::size_t points = flat.points.size() / 2;
     return nb::make_tuple(arrayOf(std::move(flat.points), {points, 2}), flat.starts, flat.isOutline, rings);

@@ -75,7 +75,7 @@ def test_marches_of_first_order_differ_only_where_two_neighbours_have_no_root(na
 
 @on_pictures
 def test_a_march_of_second_order_differs_by_the_error_of_the_first(name):
-    """scikit-fmm takes second differences where it can: the first order errs by h · log(1 / h), about a spacing."""
+    """scikit-fmm takes second differences where it can: the first order errs by about a spacing."""
     field = PICTURES[name]
     ours = quorbin.signed_distance(field, method="fmm")
     apart = np.abs(ours - skfmm.distance(field, order=2))
@@ -154,7 +154,7 @@ def test_contours_have_the_points_of_find_contours_and_run_the_other_way(name):
 
 @on_pictures
 def test_closed_contours_along_the_border_are_those_of_a_field_with_a_border_of_outside(name):
-    """A frame of outside samples closes find_contours too, half a spacing further out than ours, which end at it."""
+    """A frame of outside samples closes find_contours too, up to a spacing further out than ours."""
     field = PICTURES[name]
     ours = sum(area_of(ring) for ring in quorbin.contours(field))
     framed = np.pad(np.where(field <= 0, field, np.inf), 1, constant_values=np.inf)
@@ -170,11 +170,11 @@ def test_closed_contours_along_the_border_are_those_of_a_field_with_a_border_of_
 
 @pytest.mark.parametrize("spacing", [(1.0, 1.0, 1.0), (2.0, 1.0, 0.5)])
 def test_meshes_have_the_vertices_of_marching_cubes_and_its_area(spacing):
-    """skimage keeps float32, hence 2e-6; its tables (Lewiner) fill ambiguous cubes otherwise: 0.1 % of the area."""
+    """skimage keeps float32, hence 2e-6; its tables fill ambiguous cubes otherwise: 0.1 % of the area."""
     volume = noise((30, 34, 38), 3, 1)
     ours = quorbin.mesh(volume, spacing=spacing)
     for method, bound in (("lewiner", 0.001), ("lorensen", 0.003)):
-        vertices, faces, normals, _ = measure.marching_cubes(
+        vertices, faces, *_ = measure.marching_cubes(
             volume, 0.0, spacing=spacing, method=method, gradient_direction="descent"
         )
         assert len(vertices) == len(ours.vertices)
