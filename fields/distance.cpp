@@ -21,8 +21,8 @@ bool isAllFinite(const Grid& field) {
     return !found;
 }
 
-/// What is not finite has a side, but nothing by which a crossing could be placed: it takes the largest magnitude
-/// of the others. Not-a-number is outside.
+/// What is not finite has a side, but nothing by which a crossing could be placed: it takes the largest
+/// magnitude of the others. Not-a-number is outside.
 template <class Grid>
 void makeFinite(Grid& field) {
     double* const value = field.data();

@@ -1,5 +1,6 @@
-// calls march|contours FILE SIDE TIMES: the least seconds that a call takes on a square of doubles from a file, with
-// its grid made and filled anew each time where the call changes it. Written for bench/python/ratios.py.
+// calls march|contours FILE SIDE TIMES: the least seconds that a call takes on a square of doubles from a
+// file, with its grid made and filled anew each time where the call changes it. Written for
+// bench/python/ratios.py.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -23,6 +25,19 @@ std::string indexOf(const Values& values, std::size_t place) {
         place /= size;
     }
     return "[" + text + "]";
+}
+
+/// By the bits, of which those of infinity are the largest that are a number's: compilers make vectors of
+/// integers of this, and none of comparisons.
+bool hasNotANumber(const double* begin, const double* end) {
+    constexpr std::uint64_t kInfinity = 0x7ff0000000000000, kMagnitude = 0x7fffffffffffffff;
+    std::uint64_t differences = 0;
+    for (const double* p = begin; p != end; ++p) {
+        std::uint64_t bits = 0;
+        std::memcpy(&bits, p, sizeof bits);
+        differences |= kInfinity - (bits & kMagnitude);
+    }
+    return (differences & ~kMagnitude) != 0;
 }
 
 }  // namespace
@@ -54,14 +69,10 @@ Lattice latticeOf(const Values& values, const Spacing& spacing) {
 
 const double* firstNotANumber(const double* begin, const double* end) {
     constexpr std::ptrdiff_t kBlock = 1024;  // since a loop that may stop anywhere is a slow one
-    const auto isNone = [](double value) { return std::isnan(value); };
     while (begin != end) {
         const double* const stop = end - begin > kBlock ? begin + kBlock : end;
-        const std::ptrdiff_t half = (stop - begin) / 2;
-        long long found = 0;  // as wide as a value, so that the loop is vectorised; values go in pairs
-        for (std::ptrdiff_t i = 0; i < half; ++i)
-            found += std::isunordered(begin[i], begin[half + i]) ? 1 : 0;
-        if (found > 0 || isNone(*(stop - 1))) return std::find_if(begin, stop, isNone);
+        if (hasNotANumber(begin, stop))
+            return std::find_if(begin, stop, [](double value) { return std::isnan(value); });
         begin = stop;
     }
     return end;

@@ -23,8 +23,8 @@ using Spacing = std::vector<double>;
 /// What is thrown for a field that has no value ≤ 0, or none above.
 using quorbin::NoInterface;
 
-/// How many samples there are along x, y and z; 1 along the z of a picture. Throws std::invalid_argument for other
-/// than two or three axes.
+/// How many samples there are along x, y and z; 1 along the z of a picture. Throws std::invalid_argument
+/// for other than two or three axes.
 struct Lattice {
     std::array<int, 3> size = {1, 1, 1};
     std::array<double, 3> spacing = {1, 1, 1};

@@ -9,8 +9,9 @@ namespace quorbin::python {
 
 namespace nb = nanobind;
 
-/// Lets Python in while an operation is under way: Ctrl-C ends it with KeyboardInterrupt, and a callable is told
-/// (done, total). The operation runs without the interpreter's lock, which is taken twenty times a second.
+/// Lets Python in while an operation is under way: Ctrl-C ends it with KeyboardInterrupt, and a callable
+/// is told (done, total). The operation runs without the interpreter's lock, which is taken twenty times
+/// a second.
 class Watch {
  public:
     /// tell is a callable or None, and must outlive this object.
