@@ -5,7 +5,17 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Literal, NamedTuple, overload
 
 from . import _core
-from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_spacing, nan_is_outside
+from ._arrays import (
+    FieldLike,
+    Floats,
+    NanPolicy,
+    Spacing,
+    as_field,
+    as_level,
+    as_number,
+    as_spacing,
+    nan_is_outside,
+)
 
 if TYPE_CHECKING:
     import shapely
@@ -61,7 +71,7 @@ def contours(
     field : array_like
         Values with the axes (y, x). A boolean array is inside where it is true.
     level : float, optional
-        What is at most this is inside. Another one than 0 takes a copy of the field.
+        What is at most this is inside. A mask has none but the one there is.
     closed : bool, optional
         Whether regions that reach the border are closed along it. If not, open lines come after the rings.
     spacing : float or sequence of float, optional
@@ -92,12 +102,12 @@ def contours(
     >>> region.outline.shape[1], len(region.holes)
     (2, 1)
     """
-    if not closed and (holes or simplify):
+    tolerance = as_number(simplify, "simplify", 0)
+    if not closed and (holes or tolerance):
         raise ValueError("holes and simplify are for closed contours; leave closed as it is")
     values = as_field(field)
-    if level:
-        values = values - level
-    found = _core.contours(values, as_spacing(spacing), nan_is_outside(nan), closed, simplify, None)
+    height = as_level(level, field)
+    found = _core.contours(values, as_spacing(spacing), nan_is_outside(nan), height, bool(closed), tolerance, None)
     return as_regions(*found) if holes else as_lines(*found)
 
 

@@ -45,7 +45,13 @@ def move_with_speed(values: _Floats, result: _Floats, spacing: _Spacing, speeds:
 
 # Contours and meshes.
 def contours(
-    values: _Floats, spacing: _Spacing, nan_is_outside: bool, closed: bool, tolerance: float, tell: _Tell
+    values: _Floats,
+    spacing: _Spacing,
+    nan_is_outside: bool,
+    level: float,
+    closed: bool,
+    tolerance: float,
+    tell: _Tell,
 ) -> tuple[_Floats, list[int], list[int], int]: ...
 def mesh(
     values: _Floats, spacing: _Spacing, nan_is_outside: bool, capped: bool, tell: _Tell

@@ -6,7 +6,7 @@ from typing import Literal
 
 from . import _core
 from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_result, as_spacing, nan_is_outside
-from ._progress import Progress, telling
+from ._progress import Progress, told
 
 DistanceMethod = Literal["projection", "fmm", "segments", "brute"]
 
@@ -33,7 +33,8 @@ def reinitialize(
     spacing : float or sequence of float, optional
         Distance between neighbouring samples: one for all axes, or one for each in their order.
     out : numpy.ndarray, optional
-        Where the result goes, of the field's shape, float64 and in C order; it may be the field itself.
+        Where the result goes, of the field's shape, float64 and in C order; it may be the field itself. An
+        operation that is ended by Ctrl-C or by an error on the way leaves the field's values in it.
     nan : {"raise", "outside"}, optional
         Whether a value that is not a number is refused or taken for outside.
     progress : bool or callable, optional
@@ -63,11 +64,7 @@ def reinitialize(
     values = as_field(field)
     result = as_result(out, values)
     outside = nan_is_outside(nan)
-    if not progress:
-        _core.reinitialize(values, result, as_spacing(spacing), outside, None)
-        return result
-    with telling(progress, "distance") as tell:
-        _core.reinitialize(values, result, as_spacing(spacing), outside, tell)
+    told(progress, "distance", _core.reinitialize, values, result, as_spacing(spacing), outside)
     return result
 
 
@@ -118,9 +115,7 @@ def signed_distance(
     values = as_field(field)
     result = as_result(out, values)
     outside = nan_is_outside(nan)
-    if not progress:
-        _core.signed_distance(values, result, as_spacing(spacing), outside, method, None)
-        return result
-    with telling(progress, "distance") as tell:
-        _core.signed_distance(values, result, as_spacing(spacing), outside, method, tell)
+    if not isinstance(method, str):
+        raise TypeError(f"method is {method!r}; it must be a string")
+    told(progress, "distance", _core.signed_distance, values, result, as_spacing(spacing), outside, method)
     return result

@@ -5,8 +5,19 @@ from __future__ import annotations
 from typing import NamedTuple
 
 from . import _core
-from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_result, as_spacing, nan_is_outside
-from ._progress import Progress, telling
+from ._arrays import (
+    FieldLike,
+    Floats,
+    NanPolicy,
+    Spacing,
+    as_count,
+    as_field,
+    as_number,
+    as_result,
+    as_spacing,
+    nan_is_outside,
+)
+from ._progress import Progress, told
 
 _FASTEST, _EXPLICIT, _LARGE = range(3)
 
@@ -84,22 +95,26 @@ def curvature_flow(
     >>> round((np.pi * 20**2 - area) / 100 / (2 * np.pi), 2)
     1.0
     """
+    radius = as_count(noise_radius, "noise_radius")
+    if implicit and radius:
+        raise ValueError("a noise_radius needs explicit steps; leave implicit as it is")
     values = as_field(field)
     result = as_result(out, values)
     steps = _FASTEST if implicit is None else _LARGE if implicit else _EXPLICIT
-    with telling(progress, "curvature flow") as tell:
-        reached, taken, vanished = _core.curvature_flow(
-            values,
-            result,
-            as_spacing(spacing),
-            nan_is_outside(nan),
-            float(time),
-            steps,
-            float(rate),
-            constant_volume,
-            noise_radius,
-            tell,
-        )
+    reached, taken, vanished = told(
+        progress,
+        "curvature flow",
+        _core.curvature_flow,
+        values,
+        result,
+        as_spacing(spacing),
+        nan_is_outside(nan),
+        as_number(time, "time", 0),
+        steps,
+        as_number(rate, "rate", 0),
+        bool(constant_volume),
+        radius,
+    )
     return CurvatureFlow(result, reached, taken, vanished)
 
 
@@ -150,6 +165,6 @@ def smooth_mask(
     """
     values = as_field(mask)
     result = as_result(out, values)
-    with telling(progress, "smoothing") as tell:
-        _core.smooth_mask(values, result, as_spacing(spacing), nan_is_outside(nan), keep_sides, tell)
+    outside = nan_is_outside(nan)
+    told(progress, "smoothing", _core.smooth_mask, values, result, as_spacing(spacing), outside, bool(keep_sides))
     return result

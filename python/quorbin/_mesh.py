@@ -8,8 +8,8 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_spacing, nan_is_outside
-from ._progress import Progress, telling
+from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_level, as_spacing, nan_is_outside
+from ._progress import Progress, told
 
 
 class Mesh(NamedTuple):
@@ -69,25 +69,35 @@ def mesh(
     >>> round(float(volume / (4 / 3 * np.pi * 10**3)), 2)
     0.99
     """
+    matrix = None if affine is None else _as_affine(affine)
     values = as_field(volume)
-    if level:
-        values = values - level
-    with telling(progress, "mesh") as tell:
-        vertices, faces, normals = _core.mesh(values, as_spacing(spacing), nan_is_outside(nan), capped, tell)
-    if affine is None:
+    height = as_level(level, volume)
+    if height:
+        values = values - height
+    steps = as_spacing(spacing)
+    outside = nan_is_outside(nan)
+    vertices, faces, normals = told(progress, "mesh", _core.mesh, values, steps, outside, bool(capped))
+    if matrix is None:
         return Mesh(vertices, faces, normals)
-    return _placed(vertices, faces, normals, np.broadcast_to(as_spacing(spacing), 3), np.asarray(affine, float))
+    return _placed(vertices, faces, normals, np.broadcast_to(steps, 3), matrix)
+
+
+def _as_affine(affine: npt.ArrayLike) -> Floats:
+    matrix = np.asarray(affine)
+    if matrix.shape != (4, 4) or matrix.dtype.kind not in "iuf" or not np.isfinite(matrix).all():
+        raise ValueError("affine must be a matrix of 4 × 4 finite numbers")
+    if not np.array_equal(matrix[3], (0, 0, 0, 1)):
+        raise ValueError(f"the last row of affine is {matrix[3].tolist()}; it must be 0, 0, 0, 1")
+    if np.linalg.matrix_rank(matrix[:3, :3].astype(np.float64)) < 3:
+        raise ValueError("affine makes the volume flat")
+    return matrix.astype(np.float64)
 
 
 def _placed(
     vertices: Floats, faces: npt.NDArray[np.int32], normals: Floats, spacing: Floats, affine: Floats
 ) -> Mesh:
-    if affine.shape != (4, 4) or not np.isfinite(affine).all():
-        raise ValueError("affine must be a matrix of 4 × 4 finite numbers")
     linear = affine[:3, :3] / spacing
     determinant = np.linalg.det(linear)
-    if determinant == 0:
-        raise ValueError("affine makes the volume flat")
     # Normals go by the inverse transpose, whose sign a mirroring matrix turns over, as it does that of the faces.
     turned = normals @ np.linalg.inv(linear)
     lengths = np.linalg.norm(turned, axis=1, keepdims=True)

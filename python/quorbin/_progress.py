@@ -10,6 +10,14 @@ Progress = Union[bool, Callable[[int, int], Any], None]
 Tell = Union[Callable[[int, int], Any], None]
 
 
+def told(progress: Progress, what: str, run: Callable[..., Any], *arguments: Any) -> Any:
+    """Run a function of the compiled module, whose last argument is what it tells how far it is."""
+    if progress is None or progress is False:
+        return run(*arguments, None)
+    with telling(progress, what) as tell:
+        return run(*arguments, tell)
+
+
 @contextlib.contextmanager
 def telling(progress: Progress, what: str) -> Iterator[Tell]:
     """Give what the compiled module calls with (done, total): progress itself, or a bar for True."""

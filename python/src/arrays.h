@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <utility>
@@ -35,8 +36,17 @@ Lattice latticeOf(const Values& values, const Spacing& spacing);
 /// Throws std::invalid_argument, naming the index of the first, where a value is not a number and may not be.
 void checkNumbers(const Values& values, bool nanIsOutside);
 
+/// The first value that is not a number, or end.
+const double* firstNotANumber(const double* begin, const double* end);
+
+/// Throws as checkNumbers does of the value at a place in memory.
+[[noreturn]] void throwNotANumber(const Values& values, std::size_t place);
+
 /// Throws NoInterface where all values are on one side.
 void requireInterface(const Values& values);
+
+/// All three, before anything is written: the axes and spacings, the numbers, the interface.
+void requireField(const Values& values, const Spacing& spacing, bool nanIsOutside);
 
 /// Calls body(grid) with a grid over the values, which it may read.
 template <class Body>
@@ -68,7 +78,10 @@ decltype(auto) readGrids(const Values& a, const Values& b, const Spacing& spacin
 template <class Body>
 decltype(auto) changeGrid(const Values& values, const Result& result, const Spacing& spacing, Body body) {
     const auto [n, h, isVolume, points] = latticeOf(values, spacing);
-    if (points > 0 && result.data() != values.data()) std::copy_n(values.data(), points, result.data());
+    if (points > 0 && result.data() != values.data()) {
+        const nb::gil_scoped_release unlocked;
+        std::copy_n(values.data(), points, result.data());
+    }
     if (isVolume) {
         FullLevelSet3D grid = gridOver(result.data(), n[0], n[1], n[2], h[0], h[1], h[2]);
         return body(grid);

@@ -1,7 +1,7 @@
 #include <nanobind/nanobind.h>
 #include <nanobind/stl/vector.h>
 
-#include <type_traits>
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -49,26 +49,45 @@ nb::tuple Outlines::tuple() {
 
 namespace {
 
-nb::tuple contoursOf(const Values& values, const Spacing& spacing, bool nanIsOutside, bool closed,
-                     double tolerance, nb::handle tell) {
-    checkNumbers(values, nanIsOutside);
-    Outlines outlines;
-    readGrid(values, spacing, [&](const auto& grid) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(grid)>, FullLevelSet2D>) {
-            watched(tell, [&](const Progress& progress) {
-                if (closed) {
-                    std::vector<Polygon> regions = *contours(grid, progress);
-                    if (tolerance > 0) regions = *simplified(std::move(regions), tolerance, progress);
-                    outlines.add(regions);
-                } else {
-                    const OpenContours open = *openContours(grid, progress);
-                    outlines.add(open.regions);
-                    outlines.add(open.lines);
+/// The rows of what values are above a level. Whether they are numbers is seen on the way, as the rows of
+/// a large picture are read no faster than memory gives them.
+FieldRows rowsAbove(const Values& values, const Lattice& lattice, double level, bool nanIsOutside) {
+    const auto width = static_cast<std::size_t>(lattice.size[0]);
+    return {lattice.size[0], lattice.size[1], lattice.spacing[0], lattice.spacing[1],
+            [&values, width, level, nanIsOutside](int y, double* row) {
+                const std::size_t begin = static_cast<std::size_t>(y) * width;
+                const double* const first = values.data() + begin;
+                const double* const end = first + width;
+                constexpr std::ptrdiff_t kBlock = 512;  // stays in the cache between the two looks at it
+                for (const double* from = first; from != end;) {
+                    const double* const to = end - from > kBlock ? from + kBlock : end;
+                    row = std::transform(from, to, row, [level](double value) { return value - level; });
+                    const double* const found = nanIsOutside ? to : firstNotANumber(from, to);
+                    if (found != to) throwNotANumber(values, static_cast<std::size_t>(found - values.data()));
+                    from = to;
                 }
-            });
-        } else {
-            throw std::invalid_argument("the field has 3 axes; contours are those of 2, meshes those of 3");
-        }
+            }};
+}
+
+nb::tuple contoursOf(const Values& values, const Spacing& spacing, bool nanIsOutside, double level,
+                     bool closed, double tolerance, nb::handle tell) {
+    const Lattice lattice = latticeOf(values, spacing);
+    if (lattice.isVolume)
+        throw std::invalid_argument("the field has 3 axes; contours are those of 2, meshes those of 3");
+    Outlines outlines;
+    watched(tell, [&](const Progress& progress) {
+        const FieldRows rows = rowsAbove(values, lattice, level, nanIsOutside);
+        std::vector<Polygon> regions;
+        std::vector<Ring> lines;
+        const auto take = [&](Polygon&& region) { regions.push_back(std::move(region)); };
+        if (closed)
+            contours(rows, take, progress);
+        else
+            openContours(
+                rows, take, [&](Ring&& line) { lines.push_back(std::move(line)); }, progress);
+        if (tolerance > 0) regions = *simplified(std::move(regions), tolerance, progress);
+        outlines.add(regions);
+        outlines.add(lines);
     });
     return outlines.tuple();
 }
@@ -77,7 +96,7 @@ nb::tuple contoursOf(const Values& values, const Spacing& spacing, bool nanIsOut
 
 void addContours(nb::module_& module) {
     module.def("contours", contoursOf, nb::arg("values"), nb::arg("spacing"), nb::arg("nan_is_outside"),
-               nb::arg("closed"), nb::arg("tolerance"), nb::arg("tell").none());
+               nb::arg("level"), nb::arg("closed"), nb::arg("tolerance"), nb::arg("tell").none());
 }
 
 }  // namespace quorbin::python

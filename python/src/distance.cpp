@@ -6,6 +6,9 @@
 #include <stdexcept>
 #include <string>
 #include <type_traits>
+#include <utility>
+
+#include <fmt/core.h>
 
 #include "arrays.h"
 #include "families.h"
@@ -16,43 +19,50 @@ namespace quorbin::python {
 
 namespace {
 
-template <class Grid>
-const std::map<std::string, fields::DistanceMethod<Grid>>& methods() {
-    if constexpr (std::is_same_v<Grid, FullLevelSet2D>) {
-        static const std::map<std::string, fields::DistanceMethod<Grid>> all = {
-            {"projection", fields::distanceByProjection},
-            {"fmm", fields::distanceByMarching},
-            {"segments", fields::distanceBySegments},
-            {"brute", fields::distanceByBruteForce}};
-        return all;
-    } else {
-        static const std::map<std::string, fields::DistanceMethod<Grid>> all = {
-            {"projection", fields::distanceByProjection}, {"fmm", fields::distanceByMarching}};
-        return all;
-    }
+using Method2D = fields::DistanceMethod<FullLevelSet2D>;
+using Method3D = fields::DistanceMethod<FullLevelSet3D>;
+
+const std::map<std::string, std::pair<Method2D, Method3D>>& methods() {
+    static const std::map<std::string, std::pair<Method2D, Method3D>> all = {
+        {"projection", {fields::distanceByProjection, fields::distanceByProjection}},
+        {"fmm", {fields::distanceByMarching, fields::distanceByMarching}},
+        {"segments", {fields::distanceBySegments, nullptr}},
+        {"brute", {fields::distanceByBruteForce, nullptr}}};
+    return all;
+}
+
+/// Throws where the method is none for such a field.
+const std::pair<Method2D, Method3D>& methodFor(const Lattice& lattice, const std::string& name) {
+    const auto found = methods().find(name);
+    if (found == methods().end())
+        throw std::invalid_argument(fmt::format(
+            "method is \"{}\"; it can be \"projection\", \"fmm\", \"segments\" or \"brute\"", name));
+    const bool isForAll = found->second.second != nullptr;
+    if (!isForAll && (lattice.isVolume || lattice.spacing[0] != lattice.spacing[1]))
+        throw std::invalid_argument(
+            fmt::format("method \"{}\" is for two axes with equal spacings; "
+                        "take \"projection\" or \"fmm\"",
+                        name));
+    return found->second;
 }
 
 void signedDistance(const Values& values, const Result& result, const Spacing& spacing, bool nanIsOutside,
                     const std::string& method, nb::handle tell) {
-    checkNumbers(values, nanIsOutside);
-    requireInterface(values);
-    changeGrid(values, result, spacing, [&](auto& grid) {
-        using Grid = std::decay_t<decltype(grid)>;
-        const auto found = methods<Grid>().find(method);
-        if (found == methods<Grid>().end())
-            throw std::invalid_argument("method \"" + method +
-                                        "\" is none for this field; see signed_distance");
-        if constexpr (std::is_same_v<Grid, FullLevelSet2D>)
-            if ((method == "segments" || method == "brute") && !fields::hasEqualSpacings(grid))
-                throw std::invalid_argument("method \"" + method +
-                                            "\" needs equal spacings; take projection or fmm");
-        watched(tell, [&](const Progress& progress) { found->second(grid, progress); });
+    const auto [flat, deep] = methodFor(latticeOf(values, spacing), method);
+    requireField(values, spacing, nanIsOutside);
+    changeGrid(values, result, spacing, [&, flat = flat, deep = deep](auto& grid) {
+        watched(tell, [&](const Progress& progress) {
+            if constexpr (std::is_same_v<std::decay_t<decltype(grid)>, FullLevelSet2D>)
+                flat(grid, progress);
+            else
+                deep(grid, progress);
+        });
     });
 }
 
 void reinitializeValues(const Values& values, const Result& result, const Spacing& spacing, bool nanIsOutside,
                         nb::handle tell) {
-    checkNumbers(values, nanIsOutside);
+    requireField(values, spacing, nanIsOutside);
     changeGrid(values, result, spacing, [&](auto& grid) {
         watched(tell, [&](const Progress& progress) { reinitialize(grid, {0, progress}); });
     });

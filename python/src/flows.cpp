@@ -13,7 +13,7 @@ namespace {
 nb::tuple curvatureFlowOf(const Values& values, const Result& result, const Spacing& spacing,
                           bool nanIsOutside, double time, int steps, double rate, bool keepsSize,
                           int noiseRadius, nb::handle tell) {
-    checkNumbers(values, nanIsOutside);
+    requireField(values, spacing, nanIsOutside);
     Watch watch(tell);
     CurvatureFlowOptions options;
     options.steps = static_cast<CurvatureFlowOptions::Steps>(steps);
@@ -30,7 +30,7 @@ nb::tuple curvatureFlowOf(const Values& values, const Result& result, const Spac
 
 void smoothMaskOf(const Values& values, const Result& result, const Spacing& spacing, bool nanIsOutside,
                   bool keepsSides, nb::handle tell) {
-    checkNumbers(values, nanIsOutside);
+    requireField(values, spacing, nanIsOutside);
     changeGrid(values, result, spacing, [&](auto& grid) {
         watched(tell, [&](const Progress& progress) { smoothMask(grid, {keepsSides, progress}); });
     });

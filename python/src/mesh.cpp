@@ -24,17 +24,25 @@ std::vector<double> flat(const std::vector<brin::Vec3<double>>& points) {
     return values;
 }
 
+/// In (z, y, x), which turns space inside out, faces run the other way round.
+std::vector<int> turned(const std::vector<gpoint3>& triangles) {
+    std::vector<int> faces;
+    faces.reserve(3 * triangles.size());
+    for (const gpoint3& triangle : triangles)
+        faces.insert(faces.end(), {triangle.first, triangle.third, triangle.second});
+    return faces;
+}
+
 nb::tuple meshOf(const Values& values, const Spacing& spacing, bool nanIsOutside, bool capped,
                  nb::handle tell) {
+    if (!latticeOf(values, spacing).isVolume)
+        throw std::invalid_argument("the field has 2 axes; meshes are those of 3, contours those of 2");
     checkNumbers(values, nanIsOutside);
     Mesh surface;
     readGrid(values, spacing, [&](const auto& grid) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(grid)>, FullLevelSet3D>) {
+        if constexpr (std::is_same_v<std::decay_t<decltype(grid)>, FullLevelSet3D>)
             surface =
                 watched(tell, [&](const Progress& progress) { return *mesh(grid, {capped}, progress); });
-        } else {
-            throw std::invalid_argument("the field has 2 axes; meshes are those of 3, contours those of 2");
-        }
     });
     return tupleOf(surface);
 }
@@ -42,14 +50,18 @@ nb::tuple meshOf(const Values& values, const Spacing& spacing, bool nanIsOutside
 }  // namespace
 
 nb::tuple tupleOf(const Mesh& surface) {
+    std::vector<double> vertices, normals;
     std::vector<int> faces;
-    faces.reserve(3 * surface.triangles.size());
-    for (const gpoint3& triangle : surface.triangles)
-        faces.insert(faces.end(), {triangle.first, triangle.third, triangle.second});
-    const std::size_t vertices = surface.vertices.size(), triangles = surface.triangles.size();
-    return nb::make_tuple(arrayOf(flat(surface.vertices), {vertices, 3}),
+    {
+        const nb::gil_scoped_release unlocked;
+        vertices = flat(surface.vertices);
+        faces = turned(surface.triangles);
+        normals = flat(surface.normals);
+    }
+    const std::size_t points = vertices.size() / 3, triangles = faces.size() / 3;
+    return nb::make_tuple(arrayOf(std::move(vertices), {points, 3}),
                           arrayOf(std::move(faces), {triangles, 3}),
-                          arrayOf(flat(surface.normals), {vertices, 3}));
+                          arrayOf(std::move(normals), {points, 3}));
 }
 
 void addMesh(nb::module_& module) {
