@@ -4,10 +4,11 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <mutex>
 
 namespace quorbin::io {
 
-/// Nothing reaches standard output, or another descriptor, while this lives.
+/// Nothing reaches standard output, or another descriptor, while this lives. One at a time: others wait.
 class QuietOutput {
  public:
     explicit QuietOutput(int descriptor = STDOUT_FILENO) : descriptor_(descriptor), saved_(dup(descriptor)) {
@@ -27,6 +28,8 @@ class QuietOutput {
     void operator=(const QuietOutput&) = delete;
 
  private:
+    static inline std::mutex one;
+    const std::lock_guard<std::mutex> alone_{one};
     int descriptor_, saved_;
 };
 

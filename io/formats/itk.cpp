@@ -98,7 +98,7 @@ Format itkFormat(const char* endings, Holds holds, bool (*matches)(InputFile&)) 
     };
     format.read = [](InputFile& file, const ReadOptions& options) { return read(file, options, kName); };
 #ifndef QUORBIN_HAS_ITK
-    format.isMissing = true;
+    format.lacks = "ITK";
 #endif
     return format;
 }

@@ -23,20 +23,34 @@ you give is never written to, unless it is ``out=``.
 from ._contours import Region, contours, polygons
 from ._core import NoInterface, __version__
 from ._distance import reinitialize, signed_distance
+from ._files import Image, read, read_field
 from ._flows import CurvatureFlow, curvature_flow, smooth_mask
+from ._itk import PlacedImage, from_sitk, to_sitk
 from ._mesh import Mesh, mesh
+from ._output import write
+from ._segmentation import Segmentation, otsu, segment
 
 __all__ = [
     "CurvatureFlow",
+    "Image",
     "Mesh",
     "NoInterface",
+    "PlacedImage",
     "Region",
+    "Segmentation",
     "__version__",
     "contours",
     "curvature_flow",
+    "from_sitk",
     "mesh",
+    "otsu",
     "polygons",
+    "read",
+    "read_field",
     "reinitialize",
+    "segment",
     "signed_distance",
     "smooth_mask",
+    "to_sitk",
+    "write",
 ]

@@ -10,5 +10,7 @@ void addDistance(nanobind::module_& module);
 void addFlows(nanobind::module_& module);
 void addContours(nanobind::module_& module);
 void addMesh(nanobind::module_& module);
+void addFiles(nanobind::module_& module);
+void addSegment(nanobind::module_& module);
 
 }  // namespace quorbin::python

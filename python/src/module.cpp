@@ -13,4 +13,6 @@ NB_MODULE(_core, module) {
     addFlows(module);
     addContours(module);
     addMesh(module);
+    addFiles(module);
+    addSegment(module);
 }
