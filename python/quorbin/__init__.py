@@ -20,37 +20,70 @@ one for each axis in their order; points, times and sizes are in its units, poin
 you give is never written to, unless it is ``out=``.
 """
 
+from ._bands import Band2D, Band3D
 from ._contours import Region, contours, polygons
 from ._core import NoInterface, __version__
 from ._distance import reinitialize, signed_distance
 from ._files import Image, read, read_field
 from ._flows import CurvatureFlow, curvature_flow, smooth_mask
 from ._itk import PlacedImage, from_sitk, to_sitk
+from ._level_sets import LevelSet2D, LevelSet3D
+from ._measure import Comparison, Figures2D, Figures3D, InterfaceDistance, compare, measure
 from ._mesh import Mesh, mesh
+from ._offset import closed, offset, opened
 from ._output import write
+from ._pieces import Piece2D, Piece3D, largest_pieces, pieces, without_holes_below
+from ._sample import Samples, sample
 from ._segmentation import Segmentation, otsu, segment
+from ._sets import complement, difference, intersection, union
+from ._stepping import FlowResult
 
 __all__ = [
+    "Band2D",
+    "Band3D",
+    "Comparison",
     "CurvatureFlow",
+    "Figures2D",
+    "Figures3D",
+    "FlowResult",
     "Image",
+    "InterfaceDistance",
+    "LevelSet2D",
+    "LevelSet3D",
     "Mesh",
     "NoInterface",
+    "Piece2D",
+    "Piece3D",
     "PlacedImage",
     "Region",
+    "Samples",
     "Segmentation",
     "__version__",
+    "closed",
+    "compare",
+    "complement",
     "contours",
     "curvature_flow",
+    "difference",
     "from_sitk",
+    "intersection",
+    "largest_pieces",
+    "measure",
     "mesh",
+    "offset",
+    "opened",
     "otsu",
+    "pieces",
     "polygons",
     "read",
     "read_field",
     "reinitialize",
+    "sample",
     "segment",
     "signed_distance",
     "smooth_mask",
     "to_sitk",
+    "union",
+    "without_holes_below",
     "write",
 ]

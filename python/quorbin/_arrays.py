@@ -48,6 +48,13 @@ def _in_main_memory(field: FieldLike) -> npt.NDArray[Any]:
     return np.asarray(field)
 
 
+def same_shape(a: Floats, b: Floats) -> tuple[Floats, Floats]:
+    """Return two fields, which must have the same shape."""
+    if a.shape != b.shape:
+        raise ValueError(f"the fields have the shapes {a.shape} and {b.shape}; they must be the same")
+    return a, b
+
+
 def as_spacing(spacing: Spacing) -> list[float]:
     """Return one number, or one for each axis in their order."""
     if isinstance(spacing, (int, float)):

@@ -97,12 +97,19 @@ def contours(
     values = as_field(field)
     if level:
         values = values - level
-    points, starts, is_outline, rings = _core.contours(
-        values, as_spacing(spacing), nan_is_outside(nan), closed, simplify
-    )
+    found = _core.contours(values, as_spacing(spacing), nan_is_outside(nan), closed, simplify, None)
+    return as_regions(*found) if holes else as_lines(*found)
+
+
+def as_lines(points: Floats, starts: list[int], is_outline: list[int], rings: int) -> list[Floats]:
+    """Return the rings and open lines that the compiled module has found."""
     lines = [points[start:stop] for start, stop in zip(starts, starts[1:])]
-    if not holes:
-        return [line for line in lines if len(line)]
+    return [line for line in lines if len(line)]
+
+
+def as_regions(points: Floats, starts: list[int], is_outline: list[int], rings: int) -> list[Region]:
+    """Return the rings as regions with their holes."""
+    lines = [points[start:stop] for start, stop in zip(starts, starts[1:])]
     regions: list[Region] = []
     for line, outline in zip(lines[:rings], is_outline):
         if outline:

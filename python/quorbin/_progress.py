@@ -7,11 +7,11 @@ from collections.abc import Iterator
 from typing import Any, Callable, Union
 
 Progress = Union[bool, Callable[[int, int], Any], None]
-_Tell = Union[Callable[[int, int], Any], None]
+Tell = Union[Callable[[int, int], Any], None]
 
 
 @contextlib.contextmanager
-def telling(progress: Progress, what: str) -> Iterator[_Tell]:
+def telling(progress: Progress, what: str) -> Iterator[Tell]:
     """Give what the compiled module calls with (done, total): progress itself, or a bar for True."""
     if progress is None or progress is False:
         yield None
@@ -25,7 +25,7 @@ def telling(progress: Progress, what: str) -> Iterator[_Tell]:
 
 
 @contextlib.contextmanager
-def _bar(what: str) -> Iterator[_Tell]:
+def _bar(what: str) -> Iterator[Tell]:
     try:
         from tqdm.auto import tqdm
     except ImportError:

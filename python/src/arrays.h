@@ -22,8 +22,8 @@ using Spacing = std::vector<double>;
 /// What is thrown for a field that has no value ≤ 0, or none above.
 using quorbin::NoInterface;
 
-/// How many samples there are along x, y and z; 1 along the z of a picture. Throws std::invalid_argument for other
-/// than two or three axes.
+/// How many samples there are along x, y and z; 1 along the z of a picture. Throws std::invalid_argument for
+/// other than two or three axes.
 struct Lattice {
     std::array<int, 3> size = {1, 1, 1};
     std::array<double, 3> spacing = {1, 1, 1};
@@ -50,6 +50,20 @@ decltype(auto) readGrid(const Values& values, const Spacing& spacing, Body body)
     return body(grid);
 }
 
+/// Calls body(a, b) with grids over two arrays of the same shape, which it may read.
+template <class Body>
+decltype(auto) readGrids(const Values& a, const Values& b, const Spacing& spacing, Body body) {
+    const auto [n, h, isVolume, points] = latticeOf(a, spacing);
+    if (isVolume) {
+        const FullLevelSet3D first = gridOver(a.data(), n[0], n[1], n[2], h[0], h[1], h[2]);
+        const FullLevelSet3D second = gridOver(b.data(), n[0], n[1], n[2], h[0], h[1], h[2]);
+        return body(first, second);
+    }
+    const FullLevelSet2D first = gridOver(a.data(), n[0], n[1], h[0], h[1]);
+    const FullLevelSet2D second = gridOver(b.data(), n[0], n[1], h[0], h[1]);
+    return body(first, second);
+}
+
 /// Copies values into result, unless they are the same, and calls body(grid) with a grid over the result.
 template <class Body>
 decltype(auto) changeGrid(const Values& values, const Result& result, const Spacing& spacing, Body body) {
@@ -63,12 +77,33 @@ decltype(auto) changeGrid(const Values& values, const Result& result, const Spac
     return body(grid);
 }
 
-/// A NumPy array that takes over a vector.
-template <class Value>
-nb::ndarray<nb::numpy, Value> arrayOf(std::vector<Value>&& values, std::vector<std::size_t> shape) {
-    auto* const kept = new std::vector<Value>(std::move(values));
-    const nb::capsule owner(kept, [](void* p) noexcept { delete static_cast<std::vector<Value>*>(p); });
+/// A NumPy array over the memory of what it takes over: a vector, or a grid.
+template <class Value, class Owner>
+nb::ndarray<nb::numpy, Value> arrayOver(Owner&& values, const std::vector<std::size_t>& shape) {
+    auto* const kept = new Owner(std::move(values));
+    const nb::capsule owner(kept, [](void* p) noexcept { delete static_cast<Owner*>(p); });
     return nb::ndarray<nb::numpy, Value>(kept->data(), shape.size(), shape.data(), owner);
 }
+template <class Value>
+nb::ndarray<nb::numpy, Value> arrayOf(std::vector<Value>&& values, const std::vector<std::size_t>& shape) {
+    return arrayOver<Value>(std::move(values), shape);
+}
+inline nb::ndarray<nb::numpy, double> arrayOf(FullLevelSet2D&& grid) {
+    const auto height = static_cast<std::size_t>(grid.getHeight());
+    const auto width = static_cast<std::size_t>(grid.getWidth());
+    return arrayOver<double>(std::move(grid), {height, width});
+}
+inline nb::ndarray<nb::numpy, double> arrayOf(FullLevelSet3D&& grid) {
+    const auto depth = static_cast<std::size_t>(grid.getDepth());
+    const auto height = static_cast<std::size_t>(grid.getHeight());
+    const auto width = static_cast<std::size_t>(grid.getWidth());
+    return arrayOver<double>(std::move(grid), {depth, height, width});
+}
+
+/// Points in the order of the axes.
+inline nb::tuple inAxisOrder(const brin::Vec2<double>& p) { return nb::make_tuple(p.y, p.x); }
+inline nb::tuple inAxisOrder(const brin::Vec3<double>& p) { return nb::make_tuple(p.z, p.y, p.x); }
+inline nb::tuple inAxisOrder(const brin::Vec2<int>& p) { return nb::make_tuple(p.y, p.x); }
+inline nb::tuple inAxisOrder(const brin::Vec3<int>& p) { return nb::make_tuple(p.z, p.y, p.x); }
 
 }  // namespace quorbin::python

@@ -3,6 +3,7 @@
 #include <nanobind/stl/vector.h>
 
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 
@@ -41,9 +42,11 @@ void signedDistance(const Values& values, const Result& result, const Spacing& s
         if (found == methods<Grid>().end())
             throw std::invalid_argument("method \"" + method +
                                         "\" is none for this field; see signed_distance");
-        Watch watch(tell);
-        const nb::gil_scoped_release unlocked;
-        found->second(grid, watch.progress());
+        if constexpr (std::is_same_v<Grid, FullLevelSet2D>)
+            if ((method == "segments" || method == "brute") && !fields::hasEqualSpacings(grid))
+                throw std::invalid_argument("method \"" + method +
+                                            "\" needs equal spacings; take projection or fmm");
+        watched(tell, [&](const Progress& progress) { found->second(grid, progress); });
     });
 }
 
@@ -51,9 +54,7 @@ void reinitializeValues(const Values& values, const Result& result, const Spacin
                         nb::handle tell) {
     checkNumbers(values, nanIsOutside);
     changeGrid(values, result, spacing, [&](auto& grid) {
-        Watch watch(tell);
-        const nb::gil_scoped_release unlocked;
-        reinitialize(grid, {0, watch.progress()});
+        watched(tell, [&](const Progress& progress) { reinitialize(grid, {0, progress}); });
     });
 }
 

@@ -32,9 +32,7 @@ void smoothMaskOf(const Values& values, const Result& result, const Spacing& spa
                   bool keepsSides, nb::handle tell) {
     checkNumbers(values, nanIsOutside);
     changeGrid(values, result, spacing, [&](auto& grid) {
-        Watch watch(tell);
-        const nb::gil_scoped_release unlocked;
-        smoothMask(grid, {keepsSides, watch.progress()});
+        watched(tell, [&](const Progress& progress) { smoothMask(grid, {keepsSides, progress}); });
     });
 }
 

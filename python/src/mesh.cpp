@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "arrays.h"
+#include "extracted.h"
 #include "families.h"
 #include "watch.h"
 
@@ -23,20 +24,24 @@ std::vector<double> flat(const std::vector<brin::Vec3<double>>& points) {
     return values;
 }
 
-/// Returns (vertices, faces, normals). In (z, y, x), which turns space inside out, faces run the other way round.
 nb::tuple meshOf(const Values& values, const Spacing& spacing, bool nanIsOutside, bool capped,
                  nb::handle tell) {
     checkNumbers(values, nanIsOutside);
     Mesh surface;
     readGrid(values, spacing, [&](const auto& grid) {
         if constexpr (std::is_same_v<std::decay_t<decltype(grid)>, FullLevelSet3D>) {
-            Watch watch(tell);
-            const nb::gil_scoped_release unlocked;
-            surface = *mesh(grid, {capped}, watch.progress());
+            surface =
+                watched(tell, [&](const Progress& progress) { return *mesh(grid, {capped}, progress); });
         } else {
             throw std::invalid_argument("the field has 2 axes; meshes are those of 3, contours those of 2");
         }
     });
+    return tupleOf(surface);
+}
+
+}  // namespace
+
+nb::tuple tupleOf(const Mesh& surface) {
     std::vector<int> faces;
     faces.reserve(3 * surface.triangles.size());
     for (const gpoint3& triangle : surface.triangles)
@@ -46,8 +51,6 @@ nb::tuple meshOf(const Values& values, const Spacing& spacing, bool nanIsOutside
                           arrayOf(std::move(faces), {triangles, 3}),
                           arrayOf(flat(surface.normals), {vertices, 3}));
 }
-
-}  // namespace
 
 void addMesh(nb::module_& module) {
     module.def("mesh", meshOf, nb::arg("values"), nb::arg("spacing"), nb::arg("nan_is_outside"),

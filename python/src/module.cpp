@@ -15,4 +15,9 @@ NB_MODULE(_core, module) {
     addMesh(module);
     addFiles(module);
     addSegment(module);
+    addSets(module);
+    addMeasure(module);
+    addSample(module);
+    addSteps(module);
+    addBands(module);
 }

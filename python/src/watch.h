@@ -9,8 +9,9 @@ namespace quorbin::python {
 
 namespace nb = nanobind;
 
-/// Lets Python in while an operation is under way: Ctrl-C ends it with KeyboardInterrupt, and a callable is told
-/// (done, total). The operation runs without the interpreter's lock, which is taken twenty times a second.
+/// Lets Python in while an operation is under way: Ctrl-C ends it with KeyboardInterrupt, and a callable is
+/// told (done, total). The operation runs without the interpreter's lock, which is taken twenty times a
+/// second.
 class Watch {
  public:
     /// tell is a callable or None, and must outlive this object.
@@ -30,5 +31,13 @@ class Watch {
     Clock::time_point next_ = Clock::now() + kPause;
     static constexpr std::chrono::milliseconds kPause{50};
 };
+
+/// What work(progress) gives, which is done without the interpreter's lock.
+template <class Work>
+auto watched(nb::handle tell, const Work& work) {
+    Watch watch(tell);
+    const nb::gil_scoped_release unlocked;
+    return work(watch.progress());
+}
 
 }  // namespace quorbin::python

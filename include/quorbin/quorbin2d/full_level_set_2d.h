@@ -12,6 +12,10 @@
 #include "../progress.h"
 #include "level_set_2d.h"
 
+namespace lset::detail {
+class Stretch;
+}
+
 class FullLevelSet2D;
 class FullLevelSet3D;
 
@@ -216,7 +220,7 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     friend FullLevelSet2D quorbin::gridOver(double*, int, int, double, double);
 
     template <class Watch>
-    void march(Watch watch);
+    void march(const lset::detail::Stretch& stretch);
     bool measureBySweeps(const quorbin::Progress& progress);
     bool measureByBruteForce(const quorbin::Progress& progress);
 

@@ -9,6 +9,10 @@
 #include "../progress.h"
 #include "level_set_3d.h"
 
+namespace lset::detail {
+class Stretch;
+}
+
 class FullLevelSet3D;
 class FullLevelSet2D;
 
@@ -165,7 +169,7 @@ class QUORBIN_EXPORT FullLevelSet3D : public LevelSet3D {
     friend FullLevelSet3D quorbin::gridOver(double*, int, int, int, double, double, double);
 
     template <class Watch>
-    void march(Watch watch);
+    void march(const lset::detail::Stretch& stretch);
 
     static Array allocate(int width, int height, int depth);
     bool adopt(int width, int height, int depth, double xSpace, double ySpace, double zSpace);

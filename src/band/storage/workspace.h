@@ -9,6 +9,7 @@
 
 #include "band/storage/feet_space.h"
 #include "band/storage/tiled_points.h"
+#include "common/watch.h"
 #include "hash.h"
 #include "heap/march_queue.h"
 
@@ -36,29 +37,37 @@ struct BandStorage<3> {
 
 /// Puts the points of a hash into a list, in their order.
 template <class Entry>
-void copyInOrder(const BucketTable<Entry>& points, std::vector<Entry>& inOrder) {
+void copyInOrder(const BucketTable<Entry>& points, std::vector<Entry>& inOrder, Stretch stretch = {}) {
     inOrder.clear();
-    for (const auto& bucket : points.buckets) inOrder.insert(inOrder.end(), bucket.begin(), bucket.end());
+    stretch.expect(static_cast<std::size_t>(points.buckets.count));
+    for (const auto& bucket : points.buckets) {
+        inOrder.insert(inOrder.end(), bucket.begin(), bucket.end());
+        stretch.step();
+    }
 }
 
 template <std::size_t dimensions>
 void setPoints(typename BandStorage<dimensions>::Hash& points,
-               const std::vector<typename BandStorage<dimensions>::Entry>& inOrder) {
+               const std::vector<typename BandStorage<dimensions>::Entry>& inOrder, Stretch stretch = {}) {
+    stretch.expect(inOrder.size());
     points.clear();
-    for (const auto& entry : inOrder)
+    for (const auto& entry : inOrder) {
         std::apply([&](auto... c) -> double& { return points.add(c...); },
                    BandStorage<dimensions>::pointOf(entry)) = entry.value;
+        stretch.step();
+    }
 }
 
 /// Replaces the points of a hash, which are before, by others, none of which may occur twice. Where there is
-/// not enough memory the hash has its points again, for which its buckets have room.
+/// not enough memory, or progress ends it, the hash has its points again, for which its buckets have room.
 template <std::size_t dimensions>
 void replacePoints(typename BandStorage<dimensions>::Hash& points,
                    const std::vector<typename BandStorage<dimensions>::Entry>& inOrder,
-                   const std::vector<typename BandStorage<dimensions>::Entry>& before) {
+                   const std::vector<typename BandStorage<dimensions>::Entry>& before,
+                   const Stretch& stretch = {}) {
     try {
-        setPoints<dimensions>(points, inOrder);
-    } catch (const std::bad_alloc&) {
+        setPoints<dimensions>(points, inOrder, stretch);
+    } catch (...) {
         setPoints<dimensions>(points, before);
         throw;
     }
@@ -84,11 +93,16 @@ struct BandWorkspace {
     MarchQueue queue;
     FeetSpace<dimensions> feet;
 
-    void copy(const typename Storage::Hash& points) {
-        copyInOrder(points, inOrder);
+    void copy(const typename Storage::Hash& points, const Stretch& stretch = {}) {
+        copyInOrder(points, inOrder, stretch.part(0, 0.5));
         tiles.clear();
         numbers.clear();
-        for (const Entry& entry : inOrder) numbers.push_back(tiles.number(Storage::pointOf(entry)));
+        Stretch rest = stretch.part(0.5, 1);
+        rest.expect(inOrder.size());
+        for (const Entry& entry : inOrder) {
+            numbers.push_back(tiles.number(Storage::pointOf(entry)));
+            rest.step();
+        }
         values.assign(tiles.size(), 0.0);
         stored.assign(tiles.tileCount(), 0);
         for (std::size_t i = 0; i < numbers.size(); ++i) {

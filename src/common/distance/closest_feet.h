@@ -37,8 +37,8 @@ class ClosestFeet {
         pending_.push_back(site);
     }
 
-    /// Up to the points whose foot is at most so far away; they have neighbours with feet. watch.step(count)
-    /// is called with the number of points that are done after each round.
+    /// Up to the points whose foot is at most so far away; they have neighbours with feet. watch.step() is
+    /// called for each point that passes its foot on.
     template <class Watch>
     void spread(double farthest, Watch& watch) {
         const double layer = *std::max_element(h_.begin(), h_.end());
@@ -52,13 +52,13 @@ class ClosestFeet {
                     constexpr std::size_t kAhead = 8;
                     if (i + kAhead < round_.size()) lattice_.prefetchBeside(round_[i + kAhead].site);
                     passOn(round_[i]);
+                    watch.step();
                 }
                 // What lies beyond the limit waits for the others.
                 pending_.clear();
                 for (const Site& site : changed_)
                     (squaredTo(site, lattice_.nearest(site).foot()) <= within ? pending_ : later)
                         .push_back(site);
-                watch.step(round_.size());
             }
             if (isLast) return;
             pending_.swap(later);
