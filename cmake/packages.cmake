@@ -3,7 +3,8 @@
 function(quorbin_require package what)
     foreach(found ${ARGN})
         if(NOT ${found})
-            message(FATAL_ERROR "${what} is not found: apt-get install ${package} (scripts/bootstrap installs all of them)")
+            # With a blank before it, CMake leaves the line whole.
+            message(FATAL_ERROR " ${what} is not found: apt-get install ${package} (scripts/bootstrap installs all of them)")
         endif()
     endforeach()
 endfunction()

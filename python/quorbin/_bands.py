@@ -205,7 +205,7 @@ class _Band(Stepping):
         return time
 
     def move_with_speed(self, speed: Speed, *, limit: float = math.inf) -> float:
-        """Take an explicit step of φt + F |∇φ| = 0: every point of the interface moves at the speed F outwards.
+        """Take an explicit step of ``φt + F |∇φ| = 0``: the interface moves at the speed F outwards.
 
         By upwind differences of first order (Rouy and Tourin 1992). Points of which a neighbour is not stored stay
         as they are; `reinitialize` the band after each step or every second one.
@@ -221,8 +221,8 @@ class _Band(Stepping):
         Returns
         -------
         float
-            The time of the step: the longest that is stable, 1 / (max |F| √Σ (1 / h²)), or the limit; 0 if nothing
-            moves and no limit is given.
+            The time of the step: the longest that is stable, ``1 / (max |F| √Σ (1 / h²))``, or the limit; 0 if
+            nothing moves and no limit is given.
         """
         told = speed(self.values) if callable(speed) else speed
         speeds, time = speeds_and_time(told, (len(self),), self.spacing, limit)

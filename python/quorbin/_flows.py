@@ -48,7 +48,7 @@ def curvature_flow(
     nan: NanPolicy = "raise",
     progress: Progress = None,
 ) -> CurvatureFlow:
-    """Move the interface by its curvature for a time: φt = rate · κ |∇φ|, κ = div(∇φ/|∇φ|).
+    """Move the interface by its curvature for a time: ``φt = rate · κ |∇φ|, κ = div(∇φ/|∇φ|)``.
 
     A disc of radius r is gone after r²/2, a ball after r²/4; any closed curve loses an area of 2π in unit time.
     The field goes on beyond the border as its mirror image.

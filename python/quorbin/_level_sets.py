@@ -118,7 +118,7 @@ class _LevelSet(Stepping):
             _core.move_along_curvature_implicit(self._values, self._values, list(self._spacing))
 
     def move_with_speed(self, speed: Speed, *, limit: float = math.inf) -> float:
-        """Take an explicit step of φt + F |∇φ| = 0: every point of the interface moves at the speed F outwards.
+        """Take an explicit step of ``φt + F |∇φ| = 0``: the interface moves at the speed F outwards.
 
         By upwind differences of first order (Rouy and Tourin 1992).
 
@@ -133,8 +133,8 @@ class _LevelSet(Stepping):
         Returns
         -------
         float
-            The time of the step: the longest that is stable, 1 / (max |F| √Σ (1 / h²)), or the limit; 0 if nothing
-            moves and no limit is given.
+            The time of the step: the longest that is stable, ``1 / (max |F| √Σ (1 / h²))``, or the limit; 0 if
+            nothing moves and no limit is given.
         """
         told = speed(self.values) if callable(speed) else speed
         speeds, time = speeds_and_time(told, self.shape, self._spacing, limit)

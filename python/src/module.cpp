@@ -13,11 +13,11 @@ NB_MODULE(_core, module) {
     addFlows(module);
     addContours(module);
     addMesh(module);
+    addFiles(module);
+    addSegment(module);
     addSets(module);
     addMeasure(module);
     addSample(module);
     addSteps(module);
     addBands(module);
-    addFiles(module);
-    addSegment(module);
 }
