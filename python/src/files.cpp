@@ -64,7 +64,7 @@ io::Image readFrom(const std::string& path, const std::optional<RawSamples>& raw
 using Rule = std::tuple<std::optional<double>, std::optional<bool>, std::optional<std::pair<double, double>>,
                         std::optional<double>>;
 
-/// Returns (values, spacing, affine, is_field, format, notes); values are samples, or with a rule the field of them.
+/// Returns (values, spacing, affine, is_field, format, notes); values are samples, or the field of them.
 nb::tuple readFile(const nb::bytes& pathBytes, const std::string& channel, std::optional<long long> frame,
                    std::optional<long long> series, std::optional<double> nan,
                    const std::optional<RawSamples>& raw, const std::optional<Rule>& rule, nb::handle tell) {
@@ -162,8 +162,8 @@ using Faces = nb::ndarray<const int, nb::ndim<2>, nb::c_contig, nb::device::cpu>
 brin::Vec2<double> planePoint(const double* p) { return {p[1], p[0]}; }
 brin::Vec3<double> spacePoint(const double* p) { return {p[2], p[1], p[0]}; }
 
-/// Points (y, x) of rings, which do not repeat their first one, and of open lines. roles says of each in turn whether
-/// it is an outline (0), a hole in the last outline (1), or an open line (2).
+/// Points (y, x) of rings, which do not repeat their first one, and of open lines. roles says of each in turn
+/// whether it is an outline (0), a hole in the last outline (1), or an open line (2).
 void writeOutlines(const nb::bytes& pathBytes, const std::vector<Points>& lines,
                    const std::vector<int>& roles, int width, int height, const Spacing& spacing) {
     const std::string path = pathOf(pathBytes);

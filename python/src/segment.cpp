@@ -37,8 +37,8 @@ io::Image imageOf(const Values& values, const Spacing& spacing) {
     return image;
 }
 
-/// field holds the start, and the result at the end. Returns (mean inside, mean outside, steps, whether it is still).
-/// Means are of intensities from 0 to 1.
+/// field holds the start, and the result at the end. Returns (mean inside, mean outside, steps, whether it is
+/// still). Means are of intensities from 0 to 1.
 nb::tuple segmentOf(const Values& intensities, const Result& field, const Spacing& spacing, double weight,
                     int maxSteps, bool implicit, bool onBand, nb::handle tell) {
     Watch watch(tell);
