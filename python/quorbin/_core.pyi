@@ -114,3 +114,40 @@ class Band3D(_Band):
     def of_points(indices: _Indices, values: _Floats, spacing: _Spacing) -> Band3D: ...
     def copy(self) -> Band3D: ...
     def mesh(self, tell: _Tell) -> tuple[_Floats, _Indices, _Floats]: ...
+
+# Pictures and files.
+_Rule = tuple[float | None, bool | None, tuple[float, float] | None, float | None]
+
+def otsu(values: _Floats) -> float: ...
+def segment(
+    intensities: _Floats,
+    field: _Floats,
+    spacing: _Spacing,
+    weight: float,
+    max_steps: int,
+    implicit: bool,
+    band: bool,
+    tell: _Tell,
+) -> tuple[float, float, int, bool]: ...
+def read(
+    path: bytes,
+    channel: str,
+    frame: int | None,
+    series: int | None,
+    nan: float | None,
+    raw: tuple[tuple[int, ...], str] | None,
+    rule: _Rule | None,
+    tell: _Tell,
+) -> tuple[_Floats, list[float], list[list[float]] | None, bool, str, list[str]]: ...
+def write_field(
+    path: bytes,
+    values: _Floats,
+    spacing: _Spacing,
+    affine: list[list[float]] | None,
+    kind: int,
+    is_float: bool,
+) -> None: ...
+def write_outlines(
+    path: bytes, lines: list[_Floats], roles: list[int], width: int, height: int, spacing: _Spacing
+) -> None: ...
+def write_mesh(path: bytes, vertices: _Floats, faces: _Indices, normals: _Floats) -> None: ...
