@@ -120,8 +120,8 @@ FullLevelSet3D gridOver(double* values, int width, int height, int depth, double
     FullLevelSet3D grid;
     FullLevelSet3D::Array scratch = FullLevelSet3D::allocate(width, height, depth);
     if (!scratch) throw std::bad_alloc();
-    grid.take(FullLevelSet3D::Array(values, {true}), std::move(scratch), width, height, depth, xSpace,
-              ySpace, zSpace);
+    grid.take(FullLevelSet3D::Array(values, {true}), std::move(scratch), width, height, depth, xSpace, ySpace,
+              zSpace);
     return grid;
 }
 
