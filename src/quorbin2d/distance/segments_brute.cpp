@@ -38,7 +38,9 @@ bool FullLevelSet2D::measureByBruteForce(const quorbin::Progress& progress) {
             for (int x = 0; x < width_; ++x, ++distance) {
                 const double unsignedDistance =
                     std::sqrt(tree.smallest({double(x), double(y)}, bound, nearest));
-                *distance = values_[distance - scratch_.get()] > 0 ? unsignedDistance : -unsignedDistance;
+                *distance = values_[static_cast<std::size_t>(distance - scratch_.get())] > 0
+                                ? unsignedDistance
+                                : -unsignedDistance;
                 rest.step(kStepsOfAPoint);
             }
         std::copy_n(scratch_.get(), size(), values_.get());

@@ -106,7 +106,7 @@ bool FullLevelSet2D::measureBySweeps(const quorbin::Progress& progress) {
         });
         constexpr int kSweeps = 2;
         Stretch sweeping = whole.part(0.1, 0.9);
-        sweeping.expect(std::size_t{2 * kSweeps} * static_cast<std::size_t>(height_));
+        sweeping.expect(std::size_t{2} * kSweeps * static_cast<std::size_t>(height_));
         for (int sweep = 0; sweep < kSweeps; ++sweep) found.sweep([&] { sweeping.tellStep(); });
         // What was squared becomes the new value, and only then all values are replaced.
         std::vector<double>& result = found.squared();

@@ -146,7 +146,7 @@ void trace(const quorbin::FieldRows& rows, Border border, Meetings meetings, Rin
         meetings.readNext(y);
     };
     readInto(lower, firstY);
-    stretch.expect(static_cast<std::size_t>(lastY - firstY + 1));
+    stretch.expect(static_cast<std::size_t>(lastY - firstY) + 1);
     SharedPoints shared(size.width + 2);
     for (int y = firstY; y <= lastY; ++y) {
         readInto(upper, y + 1);
