@@ -107,8 +107,8 @@ class QUORBIN_EXPORT Flow3D {
     std::unique_ptr<Engine> engine_;
 };
 
-/// The level set carried by a velocity from the time 0 on for a time ≥ 0, as a signed distance: a Flow's field
-/// at its end. If progress ends it the grid is empty. Throws as Flow2D does.
+/// The level set carried by a velocity from the time 0 on for a time ≥ 0, as a signed distance: a Flow's
+/// field at its end. If progress ends it the grid is empty. Throws as Flow2D does.
 QUORBIN_EXPORT FullLevelSet2D advect(const FullLevelSet2D& field, const Velocity2D& velocity, double time,
                                      const FlowOptions& options = {});
 QUORBIN_EXPORT FullLevelSet3D advect(const FullLevelSet3D& field, const Velocity3D& velocity, double time,

@@ -30,7 +30,8 @@ class FlowBand {
     /// Indices of its points, rising.
     const std::vector<std::size_t>& points() const { return points_; }
 
-    /// Whether the side of a point of the band may be asked for: where a block of cubics around it is not whole.
+    /// Whether the side of a point of the band may be asked for: where a block of cubics around it is not
+    /// whole.
     std::vector<std::size_t> rim() const {
         std::vector<std::uint8_t> isWithin(states_.size());
         for (const std::size_t i : points_) isWithin[i] = 1;
@@ -42,11 +43,12 @@ class FlowBand {
     }
     void setSide(std::size_t index, bool isInside) { states_[index] = isInside ? kInside : kOutside; }
 
-    /// Sides spread to all points that are none of the band; calls set(index, isInside) for all that have one.
+    /// Sides spread to all points that are none of the band; calls set(index, isInside) for all that have
+    /// one.
     template <class Set>
     void spread(const Set& set) {
-        // A line with a point of the band in it is whole after the sweeps along it, and the lines beside it after
-        // those along the next axis.
+        // A line with a point of the band in it is whole after the sweeps along it, and the lines beside it
+        // after those along the next axis.
         for (std::size_t axis = 0; axis < dimensions; ++axis) sweep(axis);
         for (std::size_t i = 0; i < states_.size(); ++i)
             if (states_[i] == kInside || states_[i] == kOutside) set(i, states_[i] == kInside);

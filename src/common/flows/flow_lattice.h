@@ -66,8 +66,8 @@ struct FlowLattice {
         return place;
     }
 
-    /// The block of four points an axis around a place in the grid, moved into the grid, and the weights of its
-    /// points along each axis.
+    /// The block of four points an axis around a place in the grid, moved into the grid, and the weights of
+    /// its points along each axis.
     struct Block {
         Site first;
         std::array<std::array<double, 4>, dimensions> weights;
