@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <vector>
 
 #include "common/vector.h"
 
@@ -88,5 +89,37 @@ struct FlowLattice {
  private:
     static constexpr double kBeyond = 1e-6;  // what rounding may bring a point on the border to
 };
+
+/// Samples on a lattice at a place, linear along each axis; beyond the lattice those of its nearest point.
+template <class Value, class Point, std::size_t dimensions>
+Value interpolated(const FlowLattice<Point, dimensions>& lattice, const std::vector<Value>& samples,
+                   const Point& place) {
+    std::array<std::size_t, dimensions> step;
+    std::array<double, dimensions> part;
+    typename FlowLattice<Point, dimensions>::Site low;
+    std::size_t stride = 1;
+    for (std::size_t axis = 0; axis < dimensions; ++axis) {
+        const int last = lattice.sizes[axis] - 1;
+        const double c =
+            std::clamp(place[static_cast<int>(axis)] / lattice.h[axis], 0.0, static_cast<double>(last));
+        low[axis] = std::min(static_cast<int>(c), std::max(last - 1, 0));
+        part[axis] = c - low[axis];
+        step[axis] = last > 0 ? stride : 0;
+        stride *= static_cast<std::size_t>(lattice.sizes[axis]);
+    }
+    const std::size_t first = lattice.indexOf(low);
+    Value sum{};
+    for (unsigned corner = 0; corner < 1U << dimensions; ++corner) {
+        double weight = 1;
+        std::size_t at = first;
+        for (std::size_t axis = 0; axis < dimensions; ++axis) {
+            const bool isHigh = (corner >> axis & 1) != 0;
+            weight *= isHigh ? part[axis] : 1 - part[axis];
+            if (isHigh) at += step[axis];
+        }
+        sum += weight * samples[at];
+    }
+    return sum;
+}
 
 }  // namespace lset::detail

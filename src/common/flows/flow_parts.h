@@ -78,34 +78,8 @@ auto interpolatedVelocity(std::vector<Point> samples, const FlowLattice<Point, d
             throw std::invalid_argument("a velocity on a grid must be finite everywhere");
     return [samples = std::move(samples), lattice](double, const Point* points, std::size_t count,
                                                    Point* velocities) {
-        for (std::size_t i = 0; i < count; ++i) {
-            std::array<std::size_t, dimensions> step;
-            std::array<double, dimensions> part;
-            typename FlowLattice<Point, dimensions>::Site low;
-            std::size_t stride = 1;
-            for (std::size_t axis = 0; axis < dimensions; ++axis) {
-                const int last = lattice.sizes[axis] - 1;
-                const double c =
-                    std::clamp(points[i][static_cast<int>(axis)] / lattice.h[axis], 0.0, double(last));
-                low[axis] = std::min(static_cast<int>(c), std::max(last - 1, 0));
-                part[axis] = c - low[axis];
-                step[axis] = last > 0 ? stride : 0;
-                stride *= static_cast<std::size_t>(lattice.sizes[axis]);
-            }
-            const std::size_t first = lattice.indexOf(low);
-            Point sum;
-            for (unsigned corner = 0; corner < 1U << dimensions; ++corner) {
-                double weight = 1;
-                std::size_t at = first;
-                for (std::size_t axis = 0; axis < dimensions; ++axis) {
-                    const bool isHigh = (corner >> axis & 1) != 0;
-                    weight *= isHigh ? part[axis] : 1 - part[axis];
-                    if (isHigh) at += step[axis];
-                }
-                sum += weight * samples[at];
-            }
-            velocities[i] = sum;
-        }
+        for (std::size_t i = 0; i < count; ++i)
+            velocities[i] = interpolated<Point>(lattice, samples, points[i]);
     };
 }
 
