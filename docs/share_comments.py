@@ -2,19 +2,26 @@
 """Filters a header for Doxygen: a comment goes for all declarations up to the next blank line or comment."""
 
 import sys
+from pathlib import Path
 
 
-def is_many(lines: list[str]) -> bool:
-    """Whether there is more than one declaration: all but bodies and what lies within brackets."""
-    depth = ends = 0
+def with_comment(comment: list[str], lines: list[str]) -> list[str]:
+    """Put the comment before each declaration; one ends with a line that has a ; or } outside of brackets."""
+    result: list[str] = []
+    depth, ended = 0, True
     for line in lines:
+        if ended:
+            result += comment
+        result.append(line)
+        ended = False
         for c in line.split("//")[0]:
             depth += (c in "({") - (c in ")}")
-            ends += depth == 0 and c in ";}"
-    return ends > 1
+            ended = ended or (depth == 0 and c in ";}")
+    return result
 
 
 def share_comments(lines: list[str]) -> list[str]:
+    """Return the lines of a header with its comments where they belong."""
     result: list[str] = []
     i = 0
     while i < len(lines):
@@ -33,13 +40,8 @@ def share_comments(lines: list[str]) -> list[str]:
                 break  # the end of the class
             covered.append(lines[i])
             i += 1
-        if is_many(covered):
-            space = " " * indent
-            result += [*comment, f"{space}///@{{", *covered, f"{space}///@}}"]
-        else:
-            result += comment + covered
+        result += with_comment(comment, covered) or comment
     return result
 
 
-with open(sys.argv[1], encoding="utf-8") as header:
-    print("\n".join(share_comments(header.read().split("\n"))))
+print("\n".join(share_comments(Path(sys.argv[1]).read_text(encoding="utf-8").split("\n"))))

@@ -51,7 +51,30 @@ void fillGaps(double* values, std::ptrdiff_t width, std::ptrdiff_t rows, std::pt
     }
 }
 
+template <class Points, class Grid>
+void write(const Points& band, double reach, Grid& field) {
+    const auto size = sizeOf(field);
+    constexpr std::size_t dimensions = std::tuple_size_v<std::decay_t<decltype(size)>>;
+    std::ptrdiff_t rows = 1;
+    for (std::size_t axis = 1; axis < dimensions; ++axis) rows *= size[axis];
+    const std::ptrdiff_t width = size[0];
+    std::fill_n(field.data(), width * rows, std::numeric_limits<double>::quiet_NaN());
+    for (const auto& bucket : band.points().buckets)
+        for (const auto& entry : bucket) {
+            const auto p = pointOf(entry);
+            bool isInGrid = true;
+            for (std::size_t axis = 0; axis < dimensions; ++axis)
+                if (!isInside(p[axis], size[axis])) isInGrid = false;
+            if (isInGrid) valueAt(field, p) = std::clamp(entry.value, -reach, reach);
+        }
+    // The band is closed, so that the sides are those of its edge.
+    fillGaps(field.data(), width, rows, dimensions == 2 ? rows : size[1], reach);
+}
+
 }  // namespace
+
+void writeBand(const FastLevelSet2D& band, double reach, FullLevelSet2D& field) { write(band, reach, field); }
+void writeBand(const FastLevelSet3D& band, double reach, FullLevelSet3D& field) { write(band, reach, field); }
 
 bool suitsABand(std::initializer_list<double> spacings) {
     constexpr double kMostUnequal = 20;
@@ -105,24 +128,6 @@ void Band<dimensions>::mirror(std::size_t axis) {
             if (isBeside && p[axis] != c) beyond.emplace_back(p, entry.value);
         }
     for (const auto& [p, value] : beyond) valueAt(band_, p) = value;
-}
-
-template <std::size_t dimensions>
-void Band<dimensions>::copyTo(Grid& field) const {
-    std::ptrdiff_t rows = 1;
-    for (std::size_t axis = 1; axis < dimensions; ++axis) rows *= size_[axis];
-    const std::ptrdiff_t width = size_[0];
-    std::fill_n(field.data(), width * rows, std::numeric_limits<double>::quiet_NaN());
-    for (const auto& bucket : band_.points().buckets)
-        for (const auto& entry : bucket) {
-            const auto p = pointOf(entry);
-            bool isInGrid = true;
-            for (std::size_t axis = 0; axis < dimensions; ++axis)
-                if (!isInside(p[axis], size_[axis])) isInGrid = false;
-            if (isInGrid) valueAt(field, p) = std::clamp(entry.value, -reach_, reach_);
-        }
-    // The band is closed, so that the sides are those of its edge.
-    fillGaps(field.data(), width, rows, dimensions == 2 ? rows : size_[1], reach_);
 }
 
 template class Band<2>;

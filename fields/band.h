@@ -9,6 +9,11 @@
 
 namespace quorbin::fields {
 
+/// Writes the values of a closed band that lie in a field, clamped to the reach; all others are the reach,
+/// with the sign of the side that they are on.
+void writeBand(const FastLevelSet2D& band, double reach, FullLevelSet2D& field);
+void writeBand(const FastLevelSet3D& band, double reach, FullLevelSet3D& field);
+
 /// The signed distance of a picture (2) or volume (3) on a narrow band. A band has no border where an outline
 /// could end, so a few points beyond it are stored too, mirrored as the dense grid mirrors.
 template <std::size_t dimensions>
@@ -27,7 +32,7 @@ class Band {
     bool reinitialise();
 
     /// Writes the values back, to the reach; beyond it they end there, on the side they are on.
-    void copyTo(Grid& field) const;
+    void copyTo(Grid& field) const { writeBand(band_, reach_, field); }
 
     Points& points() { return band_; }
 

@@ -14,6 +14,36 @@ using io::pointsOf;
 
 namespace {
 
+template <class Grid>
+bool isAllFinite(const Grid& field) {
+    bool found = false;
+    for (std::size_t i = 0; i < pointsOf(field); ++i) found |= !std::isfinite(field.data()[i]);
+    return !found;
+}
+
+/// What is not finite has a side, but nothing by which a crossing could be placed: it takes the largest
+/// magnitude of the others. Not-a-number is outside.
+template <class Grid>
+void makeFinite(Grid& field) {
+    double* const value = field.data();
+    double largest = 0;
+    for (std::size_t i = 0; i < pointsOf(field); ++i)
+        if (std::isfinite(value[i])) largest = std::max(largest, std::abs(value[i]));
+    if (!(largest > 0)) largest = 1;
+    for (std::size_t i = 0; i < pointsOf(field); ++i)
+        if (!std::isfinite(value[i])) value[i] = value[i] <= 0 ? -largest : largest;
+}
+
+template <class Grid>
+bool march(Grid& field, const Progress& progress) {
+    if (isAllFinite(field)) return quorbin::ensureSignedDistanceFMM(field, progress);
+    UnchangedUnlessDone<Grid> guard(field, true);
+    makeFinite(field);
+    if (!quorbin::ensureSignedDistanceFMM(field, progress)) return false;
+    guard.done();
+    return true;
+}
+
 /// Replaces the values that no crossing lies beside.
 void setFarFromCrossings(FullLevelSet2D& field, double magnitude) {
     const auto width = static_cast<std::size_t>(field.getWidth());
@@ -37,6 +67,7 @@ bool distanceToSegments(FullLevelSet2D& field, DistanceMethod<FullLevelSet2D> me
     UnchangedUnlessDone<FullLevelSet2D> guard(field, static_cast<bool>(progress));
     // No distance that is measured reaches this one: it shows what has been left out.
     const double unreached = std::sqrt(2.0 * static_cast<double>(count));
+    makeFinite(field);
     setFarFromCrossings(field, unreached);
     if (!measure(field, progress)) return false;
     const auto isUnreached = [=](double distance) { return std::abs(distance) >= unreached; };
@@ -73,13 +104,9 @@ bool distanceByProjection(FullLevelSet3D& field, const Progress& progress) {
     return project(field, progress);
 }
 
-bool distanceByMarching(FullLevelSet2D& field, const Progress& progress) {
-    return quorbin::ensureSignedDistanceFMM(field, progress);
-}
+bool distanceByMarching(FullLevelSet2D& field, const Progress& progress) { return march(field, progress); }
 
-bool distanceByMarching(FullLevelSet3D& field, const Progress& progress) {
-    return quorbin::ensureSignedDistanceFMM(field, progress);
-}
+bool distanceByMarching(FullLevelSet3D& field, const Progress& progress) { return march(field, progress); }
 
 bool distanceBySegments(FullLevelSet2D& field, const Progress& progress) {
     return distanceToSegments(field, quorbin::ensureSignedDistance, progress);

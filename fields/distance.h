@@ -5,7 +5,7 @@
 namespace quorbin::fields {
 
 /// Makes a field a signed distance in units of its spacing; the sign stays. Progress may end it: then false,
-/// and the field is as it was.
+/// and the field is as it was. Infinite values and not-a-number, which is outside, count by their sides.
 template <class Grid>
 using DistanceMethod = bool (*)(Grid& field, const Progress& progress);
 

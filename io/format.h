@@ -49,7 +49,8 @@ struct Format {
     bool takesChannel = false, takesFrame = false;  ///< among what is asked for when it is read
 
     bool readsFolders = false;  ///< with a series of files
-    bool isMissing = false;     ///< in this build, which tells it by its name alone
+    /// What this build was made without, "ITK" or "cairo", where it knows the format by its name alone.
+    const char* lacks = nullptr;
 
     bool writesMasks = false;   ///< too, of what it writes: pictures, volumes
     bool writesFloats = false;  ///< where that is asked for, instead of doubles
@@ -95,6 +96,9 @@ Image readRaw(InputFile& file, const RawLayout& layout, const ReadOptions& optio
 std::optional<Plane> readPlane(InputFile& file, const PlaneChoice& choice, const ReadOptions& options = {});
 std::optional<Plane> readRawPlane(InputFile& file, const RawLayout& layout, const PlaneChoice& choice,
                                   const ReadOptions& options = {});
+
+/// Refuses a path where this build cannot draw outlines over pictures and fields in colours.
+void requireDrawing(const std::string& path);
 
 /// The format of an output: the one named, else by the ending of the path, else (where that has none, or on
 /// standard output) the usual one. Refuses what is not written so.

@@ -45,7 +45,9 @@ InputFile::InputFile(std::string path)
       isStream_(isStreamAt(path_)),
       isFolder_(isFolderAt(path_)),
       file_(path_ == "-" ? stdin : std::fopen(path_.c_str(), "rb")) {
-    if (!file_) refuse("{}: cannot be opened ({}); {}", path_, std::strerror(errno), wayOut(errno));
+    if (file_) return;
+    const int error = errno;
+    refuseFor(error, "{}: cannot be opened ({}); {}", path_, std::strerror(error), wayOut(error));
 }
 
 InputFile::~InputFile() = default;
@@ -67,7 +69,8 @@ const Bytes& InputFile::upTo(std::size_t count) {
         bytes_.insert(bytes_.end(), block, block + some);
         isAtEnd_ = some < sizeof block;
     }
-    if (std::ferror(file_.get())) refuse("{}: cannot be read ({}); give a file", path_, std::strerror(errno));
+    if (std::ferror(file_.get()))
+        refuseFor(errno, "{}: cannot be read ({}); give a file", path_, std::strerror(errno));
     if (bytes_.empty()) refuse("{}: is empty; give the whole file", path_);
     return bytes_;
 }

@@ -16,6 +16,12 @@ void visitContours(const FieldRows& rows, bool open, const Progress& progress, c
         contours(rows, takeRegion, progress);
 }
 
+/// The first (0) or the second (1) half of a progress.
+Progress halfOf(const Progress& progress, int half) {
+    if (!progress) return {};
+    return [&progress, half](int done, int all) { return progress(half * all + done, 2 * all); };
+}
+
 /// Hands on rows of an array.
 auto rowsIn(const double* values, std::ptrdiff_t width) {
     return [values, width](int y, double* row) { std::copy_n(values + y * width, width, row); };
@@ -31,9 +37,11 @@ OutlineDocument outlineOf(FieldRows rows, bool open, double tolerance, Progress 
         std::vector<Polygon> regions;
         std::vector<Ring> lines;
         visitContours(
-            rows, open, progress, [&](Polygon&& region) { regions.push_back(std::move(region)); },
+            rows, open, halfOf(progress, 0), [&](Polygon&& region) { regions.push_back(std::move(region)); },
             [&](Ring&& line) { lines.push_back(std::move(line)); });
-        for (Polygon& region : simplified(std::move(regions), tolerance)) takeRegion(std::move(region));
+        auto simpler = simplified(std::move(regions), tolerance, halfOf(progress, 1));
+        if (!simpler) return;
+        for (Polygon& region : *simpler) takeRegion(std::move(region));
         for (Ring& line : lines) takeLine(std::move(line));
     };
     return document;

@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <csignal>
 #include <cstring>
@@ -23,6 +25,7 @@ struct HalfWritten {
     volatile std::sig_atomic_t isThere;
 };
 HalfWritten halfWritten[OutputFile::kMostAtOnce];
+bool isCleanedUp = false;  // by the handler, which a program that has others does not set
 
 extern "C" void removeAndExit(int signal) {
     for (const HalfWritten& file : halfWritten)
@@ -30,15 +33,26 @@ extern "C" void removeAndExit(int signal) {
     _exit(128 + signal);
 }
 
-mode_t usualMode() {
-    const mode_t mask = umask(0);
-    umask(mask);
-    return 0666 & ~mask;
+/// Makes a file under a name that nobody has, with the permissions that new files get; the Xs at the end of
+/// the path become that name's. Unlike mkstemp and umask together, it may be called in several threads.
+int openNew(std::string& path) {
+    static std::atomic<unsigned> last{0};
+    constexpr int kMostTries = 1000;
+    const std::size_t stem = path.find_last_not_of('X') + 1, digits = path.size() - stem;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        const auto now = static_cast<unsigned>(std::chrono::steady_clock::now().time_since_epoch().count());
+        const unsigned number = (now * 2654435761U) ^ (static_cast<unsigned>(getpid()) << 12) ^ ++last;
+        path.replace(stem, digits, fmt::format("{:0{}x}", number & 0xffffffU, digits));
+        const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (descriptor >= 0 || errno != EEXIST) return descriptor;
+    }
+    return -1;
 }
 
 }  // namespace
 
 void cleanUpWhenInterrupted() {
+    isCleanedUp = true;
     for (const int signal : kInterruptions) {
         struct sigaction action = {};
         sigaction(signal, nullptr, &action);
@@ -63,22 +77,23 @@ OutputFile::OutputFile(std::string path, bool force) : path_(std::move(path)), f
     if (path_.empty()) refuse("-o: has an empty name; name a file, or - for standard output");
     const bool exists = stat(path_.c_str(), &status) == 0;
     const bool isLinkToNothing = !exists && lstat(path_.c_str(), &status) == 0;
-    if (exists && S_ISDIR(status.st_mode)) refuse("{}: is a folder; name a file", path_);
+    if (exists && S_ISDIR(status.st_mode)) refuseFor(EISDIR, "{}: is a folder; name a file", path_);
     if ((isLinkToNothing || (exists && S_ISREG(status.st_mode))) && !force)
-        refuse("{}: exists; choose another name or add --force", path_);
+        refuseFor(EEXIST, "{}: exists; choose another name or add --force", path_);
     // The superuser may write to every file, but one that nobody may write to is meant to stay.
     constexpr mode_t kAnyoneMayWrite = 0222;
     if (exists && (access(path_.c_str(), W_OK) != 0 || (status.st_mode & kAnyoneMayWrite) == 0))
-        refuse("{}: is read-only; choose another name or make it writable", path_);
+        refuseFor(EACCES, "{}: is read-only; choose another name or make it writable", path_);
     if (!exists || S_ISREG(status.st_mode)) {
-        openBeside(exists ? status.st_mode & 07777 : usualMode());
+        openBeside();
+        if (exists) fchmod(fileno(file_), status.st_mode & 07777);
         return;
     }
     file_ = std::fopen(path_.c_str(), "wb");  // a device or a pipe
     if (file_ == nullptr) fail(errno);
 }
 
-void OutputFile::openBeside(unsigned mode) {
+void OutputFile::openBeside() {
     // Where the path is a link, what it points to is replaced and the link stays.
     char resolved[PATH_MAX];
     if (realpath(path_.c_str(), resolved) != nullptr) path_ = resolved;
@@ -88,21 +103,20 @@ void OutputFile::openBeside(unsigned mode) {
     sigset_t interruptions, before;
     sigemptyset(&interruptions);
     for (const int signal : kInterruptions) sigaddset(&interruptions, signal);
-    sigprocmask(SIG_BLOCK, &interruptions, &before);
-    const int descriptor = mkstemp(temporaryPath_.data());
+    pthread_sigmask(SIG_BLOCK, &interruptions, &before);
+    const int descriptor = openNew(temporaryPath_);
     const int error = errno;
-    if (descriptor >= 0) {
+    if (descriptor >= 0 && isCleanedUp) {
         while (slot_ + 1 < kMostAtOnce && halfWritten[slot_].isThere != 0) ++slot_;
         std::strcpy(halfWritten[slot_].path, temporaryPath_.c_str());
         halfWritten[slot_].isThere = 1;
     }
-    sigprocmask(SIG_SETMASK, &before, nullptr);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
     if (descriptor < 0) {
         temporaryPath_.clear();
-        refuse("{}: cannot be written ({}); choose a folder that exists and that you may write to", path_,
-               std::strerror(error));
+        refuseFor(error, "{}: cannot be written ({}); choose a folder that exists and that you may write to",
+                  path_, std::strerror(error));
     }
-    fchmod(descriptor, mode);
     file_ = fdopen(descriptor, "wb");
     if (file_ == nullptr) fail(errno);
 }
@@ -115,12 +129,12 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::forget() {
-    halfWritten[slot_].isThere = 0;
+    if (isCleanedUp) halfWritten[slot_].isThere = 0;
     temporaryPath_.clear();
 }
 
 void OutputFile::fail(int error) const {
-    throw Failure(kFailed, fmt::format("{}: could not be written ({})", path_, std::strerror(error)));
+    throw Failure(kFailed, fmt::format("{}: could not be written ({})", path_, std::strerror(error)), error);
 }
 
 void OutputFile::write(const void* bytes, std::size_t count) {

@@ -8,7 +8,7 @@ namespace quorbin::io {
 /// A result on its way to a file. It is written beside the file and takes its name at commit, once it is
 /// known to be whole; until then, and whenever the tool is interrupted, nothing is left behind. "-" is
 /// standard output, which from then on is for the result alone: whatever else is printed goes to standard
-/// error. A few at a time.
+/// error. Where cleanUpWhenInterrupted has been called, a few at a time; else any number, in any threads.
 class OutputFile {
  public:
     static constexpr int kMostAtOnce = 4;
@@ -27,7 +27,7 @@ class OutputFile {
 
  private:
     [[noreturn]] void fail(int error) const;
-    void openBeside(unsigned mode);
+    void openBeside();
     void forget();
 
     std::string path_;

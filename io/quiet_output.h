@@ -4,10 +4,12 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <mutex>
 
 namespace quorbin::io {
 
-/// Nothing reaches standard output, or another descriptor, while this lives.
+/// Nothing reaches standard output, or another descriptor, while this lives. In one thread at a
+/// time, which may have several: others wait.
 class QuietOutput {
  public:
     explicit QuietOutput(int descriptor = STDOUT_FILENO) : descriptor_(descriptor), saved_(dup(descriptor)) {
@@ -23,10 +25,16 @@ class QuietOutput {
         dup2(saved_, descriptor_);
         close(saved_);
     }
+    /// Keeps other threads waiting, for what quiets output elsewhere or minds the signals of the process.
+    static std::unique_lock<std::recursive_mutex> alone() { return std::unique_lock(one); }
+
     QuietOutput(const QuietOutput&) = delete;
     void operator=(const QuietOutput&) = delete;
 
  private:
+    static inline std::recursive_mutex one;
+
+    const std::unique_lock<std::recursive_mutex> alone_ = alone();
     int descriptor_, saved_;
 };
 

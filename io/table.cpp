@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <iterator>
+#include <map>
 #include <sstream>
 
 #include "failure.h"
@@ -62,14 +64,23 @@ std::string listed(const std::vector<std::string>& words) {
 /// "a, b or c", of those in this build, and what it lacks.
 template <class Is, class NameOf>
 std::string listed(Is is, NameOf nameOf) {
-    std::vector<std::string> there, missing;
+    std::vector<std::string> there;
+    std::map<std::string, std::vector<std::string>> missing;
     for (const Format& format : formats())
-        if (is(format)) (format.isMissing ? missing : there).push_back(nameOf(format));
-    return listed(there) + (missing.empty() ? "" : "; without ITK, no " + listed(missing));
+        if (is(format)) (format.lacks != nullptr ? missing[format.lacks] : there).push_back(nameOf(format));
+    std::string text = listed(there);
+    for (const auto& [library, names] : missing)
+        text += fmt::format("; without {}, no {}", library, listed(names));
+    return text;
 }
 
-const char* const kMissing =
-    "which this build has not, as it was made without ITK; build it with -DQUORBIN_ITK=ON";
+std::string whyMissing(const Format& format) {
+    std::string option = format.lacks;
+    std::transform(option.begin(), option.end(), option.begin(),
+                   [](unsigned char c) { return std::toupper(c); });
+    return fmt::format("which this build has not, as it was made without {}; build it with -DQUORBIN_{}=ON",
+                       format.lacks, option);
+}
 
 const Format& formatOf(InputFile& file) {
     const auto found = std::find_if(formats().begin(), formats().end(), [&](const Format& f) {
@@ -80,8 +91,9 @@ const Format& formatOf(InputFile& file) {
         refuse("is of no known format; give a picture ({}) or a volume ({})", namesOfReadable(Kind::kPicture),
                namesOfReadable(Kind::kVolume));
     }
-    if (found->isMissing)
-        refuse("{} {}, {}", file.isFolder() ? "is a folder, and read as" : "is", found->name, kMissing);
+    if (found->lacks != nullptr)
+        refuse("{} {}, {}", file.isFolder() ? "is a folder, and read as" : "is", found->name,
+               whyMissing(*found));
     return *found;
 }
 
@@ -298,8 +310,9 @@ const Format& outputFormat(Kind kind, const std::string& path, const std::string
         const std::vector<std::string> endings = endingsOf(format);
         if (!isWritten(format, kind) || std::find(endings.begin(), endings.end(), name) == endings.end())
             continue;
-        if (format.isMissing)
-            refuse("{}: would be {}, {}", named.empty() ? path : "--format " + named, format.name, kMissing);
+        if (format.lacks != nullptr)
+            refuse("{}: would be {}, {}", named.empty() ? path : "--format " + named, format.name,
+                   whyMissing(format));
         return format;
     }
     if (!named.empty())

@@ -109,7 +109,7 @@ def document():
     rods = [(f"{direction}, {kind}", {"direction": direction, "input": kind},
              ("sign_changes", "first_percent", "later_percent"))
             for direction in ("axis", "diagonal") for kind in ("distance", "mask")]
-    constant = [(shape, {"shape": shape}, "change_percent")
+    constant = [(shape, {"shape": shape}, ("change_percent",))
                 for shape in ("disc", "star", "square", "ball", "cube")]
     steps = [(shape, {"shape": shape, "n": n, "stretch": 1}, ("steps", "mean_step_limits"))
              for shape, n in (("disc", 128), ("star", 128), ("square", 128), ("ball", 64))]

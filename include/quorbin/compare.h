@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+
+#include "progress.h"
 #include "quorbin_export.h"
 
 class FastLevelSet2D;
@@ -37,5 +40,15 @@ QUORBIN_EXPORT Comparison compare(const FullLevelSet2D& a, const FullLevelSet2D&
 QUORBIN_EXPORT Comparison compare(const FullLevelSet3D& a, const FullLevelSet3D& b);
 QUORBIN_EXPORT Comparison compare(const FastLevelSet2D& a, const FastLevelSet2D& b);
 QUORBIN_EXPORT Comparison compare(const FastLevelSet3D& a, const FastLevelSet3D& b);
+
+/// The same, which progress may end: then there is no result.
+QUORBIN_EXPORT std::optional<Comparison> compare(const FullLevelSet2D& a, const FullLevelSet2D& b,
+                                                 const Progress& progress);
+QUORBIN_EXPORT std::optional<Comparison> compare(const FullLevelSet3D& a, const FullLevelSet3D& b,
+                                                 const Progress& progress);
+QUORBIN_EXPORT std::optional<Comparison> compare(const FastLevelSet2D& a, const FastLevelSet2D& b,
+                                                 const Progress& progress);
+QUORBIN_EXPORT std::optional<Comparison> compare(const FastLevelSet3D& a, const FastLevelSet3D& b,
+                                                 const Progress& progress);
 
 }  // namespace quorbin

@@ -36,7 +36,7 @@ struct CurvatureFlowOptions {
     /// error of the flow is about a tenth of it.
     double tolerance = 0.018;
 
-    /// Told of thousandths of the time.
+    /// Told of the time that is done.
     Progress progress;
 };
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
+
 #include "brin/vec.h"
+#include "progress.h"
 #include "quorbin_export.h"
 
 class FastLevelSet2D;
@@ -43,5 +46,11 @@ QUORBIN_EXPORT Figures2D measure(const FullLevelSet2D& field);
 QUORBIN_EXPORT Figures2D measure(const FastLevelSet2D& band);
 QUORBIN_EXPORT Figures3D measure(const FullLevelSet3D& field);
 QUORBIN_EXPORT Figures3D measure(const FastLevelSet3D& band);
+
+/// The same, which progress may end: then there is no result.
+QUORBIN_EXPORT std::optional<Figures2D> measure(const FullLevelSet2D& field, const Progress& progress);
+QUORBIN_EXPORT std::optional<Figures2D> measure(const FastLevelSet2D& band, const Progress& progress);
+QUORBIN_EXPORT std::optional<Figures3D> measure(const FullLevelSet3D& field, const Progress& progress);
+QUORBIN_EXPORT std::optional<Figures3D> measure(const FastLevelSet3D& band, const Progress& progress);
 
 }  // namespace quorbin

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+
+#include "progress.h"
 #include "quorbin_export.h"
 
 class FastLevelSet2D;
@@ -38,5 +41,31 @@ QUORBIN_EXPORT FullLevelSet2D closed(const FullLevelSet2D& field, double radius)
 QUORBIN_EXPORT FullLevelSet3D closed(const FullLevelSet3D& field, double radius);
 QUORBIN_EXPORT FastLevelSet2D closed(const FastLevelSet2D& band, double radius);
 QUORBIN_EXPORT FastLevelSet3D closed(const FastLevelSet3D& band, double radius);
+
+/// All of these, which progress may end: then there is no result.
+QUORBIN_EXPORT std::optional<FullLevelSet2D> offset(const FullLevelSet2D& field, double distance,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet3D> offset(const FullLevelSet3D& field, double distance,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet2D> offset(const FastLevelSet2D& band, double distance,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet3D> offset(const FastLevelSet3D& band, double distance,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet2D> opened(const FullLevelSet2D& field, double radius,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet3D> opened(const FullLevelSet3D& field, double radius,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet2D> opened(const FastLevelSet2D& band, double radius,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet3D> opened(const FastLevelSet3D& band, double radius,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet2D> closed(const FullLevelSet2D& field, double radius,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet3D> closed(const FullLevelSet3D& field, double radius,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet2D> closed(const FastLevelSet2D& band, double radius,
+                                                    const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet3D> closed(const FastLevelSet3D& band, double radius,
+                                                    const Progress& progress);
 
 }  // namespace quorbin

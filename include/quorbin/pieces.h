@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "brin/vec.h"
 #include "measure.h"
+#include "progress.h"
 #include "quorbin_export.h"
 
 class FullLevelSet2D;
@@ -45,5 +47,19 @@ QUORBIN_EXPORT FullLevelSet3D largestPieces(const FullLevelSet3D& field, std::si
 /// if the size is not-a-number.
 QUORBIN_EXPORT FullLevelSet2D withoutHolesBelow(const FullLevelSet2D& field, double size);
 QUORBIN_EXPORT FullLevelSet3D withoutHolesBelow(const FullLevelSet3D& field, double size);
+
+/// All of these, which progress may end: then there is no result.
+QUORBIN_EXPORT std::optional<std::vector<Piece2D>> pieces(const FullLevelSet2D& field,
+                                                          const Progress& progress);
+QUORBIN_EXPORT std::optional<std::vector<Piece3D>> pieces(const FullLevelSet3D& field,
+                                                          const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet2D> largestPieces(const FullLevelSet2D& field, std::size_t count,
+                                                           const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet3D> largestPieces(const FullLevelSet3D& field, std::size_t count,
+                                                           const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet2D> withoutHolesBelow(const FullLevelSet2D& field, double size,
+                                                               const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet3D> withoutHolesBelow(const FullLevelSet3D& field, double size,
+                                                               const Progress& progress);
 
 }  // namespace quorbin

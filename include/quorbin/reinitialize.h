@@ -36,11 +36,11 @@ struct ReinitializeOptions {
 /// value stays if it can be a distance, and is brought between the bounds that the crossings on the grid
 /// lines give if not. All other points take the distance to the quadric at the nearest foot of those.
 ///
-/// Returns false if progress ended it. Throws NoInterface, std::invalid_argument if a spacing or the width is
-/// not a positive finite number, std::length_error above 268 million points beside the interface, and
-/// std::bad_alloc. In all these cases the level set is as it was. Values are read and written as they are
-/// stored, past what a subclass overrides. About 50 ns a point in 2D and 100 ns in 3D, and 4 bytes a point
-/// beside the grid; in bands about 150 and 300 ns.
+/// Returns false if progress ended it. Throws NoInterface, std::invalid_argument if a spacing is not positive
+/// or above 1e100 or the width not a positive finite number, std::length_error above 268 million points
+/// beside the interface, and std::bad_alloc. In all these cases the level set is as it was. Values are read
+/// and written as they are stored, past what a subclass overrides. About 50 ns a point in 2D and 100 ns in
+/// 3D, and 4 bytes a point beside the grid; in bands about 150 and 300 ns.
 QUORBIN_EXPORT bool reinitialize(FullLevelSet2D& field, const ReinitializeOptions& options = {});
 QUORBIN_EXPORT bool reinitialize(FullLevelSet3D& field, const ReinitializeOptions& options = {});
 QUORBIN_EXPORT bool reinitialize(FastLevelSet2D& band, const ReinitializeOptions& options = {});

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "brin/vec.h"
+#include "progress.h"
 #include "quorbin_export.h"
 
 class FastLevelSet2D;
@@ -44,5 +46,19 @@ QUORBIN_EXPORT std::vector<Sample3D> sample(const FullLevelSet3D& field,
                                             const std::vector<brin::Vec3<double>>& points);
 QUORBIN_EXPORT std::vector<Sample3D> sample(const FastLevelSet3D& band,
                                             const std::vector<brin::Vec3<double>>& points);
+
+/// The same, which progress may end: then there is no result.
+QUORBIN_EXPORT std::optional<std::vector<Sample2D>> sample(const FullLevelSet2D& field,
+                                                           const std::vector<brin::Vec2<double>>& points,
+                                                           const Progress& progress);
+QUORBIN_EXPORT std::optional<std::vector<Sample2D>> sample(const FastLevelSet2D& band,
+                                                           const std::vector<brin::Vec2<double>>& points,
+                                                           const Progress& progress);
+QUORBIN_EXPORT std::optional<std::vector<Sample3D>> sample(const FullLevelSet3D& field,
+                                                           const std::vector<brin::Vec3<double>>& points,
+                                                           const Progress& progress);
+QUORBIN_EXPORT std::optional<std::vector<Sample3D>> sample(const FastLevelSet3D& band,
+                                                           const std::vector<brin::Vec3<double>>& points,
+                                                           const Progress& progress);
 
 }  // namespace quorbin

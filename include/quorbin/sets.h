@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+
+#include "progress.h"
 #include "quorbin_export.h"
 
 class FastLevelSet2D;
@@ -40,5 +43,39 @@ QUORBIN_EXPORT FastLevelSet3D subtract(const FastLevelSet3D& a, const FastLevelS
 /// What is not inside of a band has no bound, and cannot be combined with another one.
 QUORBIN_EXPORT FastLevelSet2D complement(const FastLevelSet2D& band, double width = 0);
 QUORBIN_EXPORT FastLevelSet3D complement(const FastLevelSet3D& band, double width = 0);
+
+/// All of these, which progress may end: then there is no result.
+QUORBIN_EXPORT std::optional<FullLevelSet2D> unite(const FullLevelSet2D& a, const FullLevelSet2D& b,
+                                                   const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet3D> unite(const FullLevelSet3D& a, const FullLevelSet3D& b,
+                                                   const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet2D> intersect(const FullLevelSet2D& a, const FullLevelSet2D& b,
+                                                       const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet3D> intersect(const FullLevelSet3D& a, const FullLevelSet3D& b,
+                                                       const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet2D> subtract(const FullLevelSet2D& a, const FullLevelSet2D& b,
+                                                      const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet3D> subtract(const FullLevelSet3D& a, const FullLevelSet3D& b,
+                                                      const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet2D> complement(const FullLevelSet2D& field,
+                                                        const Progress& progress);
+QUORBIN_EXPORT std::optional<FullLevelSet3D> complement(const FullLevelSet3D& field,
+                                                        const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet2D> unite(const FastLevelSet2D& a, const FastLevelSet2D& b,
+                                                   double width, const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet3D> unite(const FastLevelSet3D& a, const FastLevelSet3D& b,
+                                                   double width, const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet2D> intersect(const FastLevelSet2D& a, const FastLevelSet2D& b,
+                                                       double width, const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet3D> intersect(const FastLevelSet3D& a, const FastLevelSet3D& b,
+                                                       double width, const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet2D> subtract(const FastLevelSet2D& a, const FastLevelSet2D& b,
+                                                      double width, const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet3D> subtract(const FastLevelSet3D& a, const FastLevelSet3D& b,
+                                                      double width, const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet2D> complement(const FastLevelSet2D& band, double width,
+                                                        const Progress& progress);
+QUORBIN_EXPORT std::optional<FastLevelSet3D> complement(const FastLevelSet3D& band, double width,
+                                                        const Progress& progress);
 
 }  // namespace quorbin

@@ -8,9 +8,9 @@
 #include <memory>
 
 #include "../failure.h"
+#include "../format.h"
 #include "../outline.h"
 #include "drawing.h"
-#include "formats.h"
 
 namespace quorbin::io {
 
@@ -122,7 +122,9 @@ void draw(cairo_t* to, const PictureDocument& document, int scale) {
         [&](Ring&& line) { stroke(line, false); });
 }
 
-void writePdf(const PictureDocument& document, OutputFile& out) {
+}  // namespace
+
+void drawPdf(const PictureDocument& document, OutputFile& out) {
     const int scale = enlargement(document.field);
     Stream stream{out, nullptr};
     const Surface page(cairo_pdf_surface_create_for_stream(
@@ -136,8 +138,6 @@ void writePdf(const PictureDocument& document, OutputFile& out) {
     check(cairo_surface_status(page.get()), stream);
 }
 
-}  // namespace
-
 void drawPng(const PictureDocument& document, OutputFile& out) {
     const int scale = enlargement(document.field);
     const Surface picture(cairo_image_surface_create(CAIRO_FORMAT_RGB24, document.field.getWidth() * scale,
@@ -149,11 +149,6 @@ void drawPng(const PictureDocument& document, OutputFile& out) {
     check(cairo_surface_write_to_png_stream(picture.get(), sendBytes, &stream), stream);
 }
 
-Format pdfFormat() {
-    Format format{"PDF", "pdf"};
-    format.drawsPixels = true;
-    format.writePicture = writePdf;
-    return format;
-}
+void requireDrawing(const std::string&) {}
 
 }  // namespace quorbin::io

@@ -6,6 +6,7 @@
 #include "../failure.h"
 #include "../itk/module.h"
 #include "../memory_file.h"
+#include "../quiet_output.h"
 #include "../sample_output.h"
 #include "bmp_checks.h"
 #include "formats.h"
@@ -23,6 +24,7 @@ std::string pathOf(InputFile& file) {
 itk::Header headerOf(InputFile& file, const ReadOptions& options, const char* format) {
     itk::Header header;
     std::string fault;
+    const auto alone = QuietOutput::alone();
     if (!itk::module().readHeader(format, pathOf(file).c_str(), options.series.value_or(itk::kAnySeries),
                                   header, fault))
         refuse("{}", fault);
@@ -36,6 +38,7 @@ Image read(InputFile& file, const ReadOptions& options, const char* format) {
     if (isVolume) checkVolumeSize(width, height, depth);
     std::vector<double> samples;
     std::string fault;
+    const auto alone = QuietOutput::alone();
     if (!itk::module().readSamples(format, header, samples, fault)) refuse("{}", fault);
     const auto components = static_cast<std::size_t>(header.components);
     Image image;
@@ -75,6 +78,7 @@ void write(const VolumeDocument& document, OutputFile& out, const char* format) 
                              document.isMask ? nullptr : kFieldMark};
     const MemoryFile file;
     std::string fault;
+    const auto alone = QuietOutput::alone();
     if (!itk::module().write(format, file.path().c_str(), volume, fault))
         throw Failure(kFailed, fmt::format("the volume cannot be written as {}", format));
     file.forEachBlock([&](const char* bytes, std::size_t count) { out.write(bytes, count); });
@@ -98,7 +102,7 @@ Format itkFormat(const char* endings, Holds holds, bool (*matches)(InputFile&)) 
     };
     format.read = [](InputFile& file, const ReadOptions& options) { return read(file, options, kName); };
 #ifndef QUORBIN_HAS_ITK
-    format.isMissing = true;
+    format.lacks = "ITK";
 #endif
     return format;
 }

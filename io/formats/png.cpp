@@ -144,25 +144,4 @@ Format pngFormat() {
     return format;
 }
 
-/// A mask is a picture: the format is what others are told by its name, where the ending is another.
-Format maskFormat() {
-    Format format{"mask", "mask"};
-    format.drawsPixels = true;
-    format.writesMasks = true;
-    format.writePicture = [](const PictureDocument& document, OutputFile& out) {
-        writePng(document.field.getBinaryImage(), out);
-    };
-    return format;
-}
-
-/// A field in colours with its zero line, where a PNG would hold a mask.
-Format heatFormat() {
-    Format format{"heat", "heat"};
-    format.drawsPixels = true;
-    format.writePicture = [](const PictureDocument& document, OutputFile& out) {
-        drawPng({document.field}, out);
-    };
-    return format;
-}
-
 }  // namespace quorbin::io

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "../brin/vec.h"
@@ -77,6 +78,22 @@ QUORBIN_EXPORT bool openContours(const FieldRows& rows, const std::function<void
 /// four of a ring are left. Throws std::invalid_argument unless the tolerance is a finite number ≥ 0. O(n log
 /// n).
 QUORBIN_EXPORT std::vector<Polygon> simplified(std::vector<Polygon> polygons, double tolerance);
+
+/// Those of the above that return by value, which progress may end: then there is no result.
+QUORBIN_EXPORT std::optional<std::vector<Polygon>> contours(const FullLevelSet2D& field,
+                                                            const Progress& progress);
+QUORBIN_EXPORT std::optional<std::vector<Polygon>> contours(const FastLevelSet2D& band,
+                                                            const Progress& progress);
+QUORBIN_EXPORT std::optional<std::vector<Polygon>> contours(const FullLevelSet2D& field,
+                                                            const std::vector<double>& labels,
+                                                            const Progress& progress);
+QUORBIN_EXPORT std::optional<OpenContours> openContours(const FullLevelSet2D& field,
+                                                        const Progress& progress);
+QUORBIN_EXPORT std::optional<OpenContours> openContours(const FullLevelSet2D& field,
+                                                        const std::vector<double>& labels,
+                                                        const Progress& progress);
+QUORBIN_EXPORT std::optional<std::vector<Polygon>> simplified(std::vector<Polygon> polygons, double tolerance,
+                                                              const Progress& progress);
 
 /// Area that a ring encloses, positive if it runs counterclockwise and negative if clockwise; or the area of
 /// a polygon, that of its outline less that of its holes.

@@ -20,6 +20,11 @@ namespace quorbin {
 /// distance by FastLevelSet2D::ensureSignedDistanceFMM.
 QUORBIN_EXPORT FastLevelSet2D bandOf(const FullLevelSet2D& grid, bool reinitialized = true);
 
+/// The band with these points and values. Throws std::invalid_argument if a point is there twice, and
+/// std::bad_alloc. Spacings are not checked.
+QUORBIN_EXPORT FastLevelSet2D bandOf(const std::vector<PointAnd<double>>& points, double xSpace,
+                                     double ySpace);
+
 }  // namespace quorbin
 
 namespace lset::detail {
@@ -157,9 +162,12 @@ class QUORBIN_EXPORT FastLevelSet2D : public LevelSet2D {
 
  private:
     friend QUORBIN_EXPORT FastLevelSet2D quorbin::bandOf(const FullLevelSet2D& grid, bool reinitialized);
+    friend QUORBIN_EXPORT FastLevelSet2D quorbin::bandOf(const std::vector<PointAnd<double>>& points,
+                                                         double xSpace, double ySpace);
     friend lset::detail::BandAccess;
 
     void makeOf(FullLevelSet2D& grid, bool reinitialized);
+    void makeOf(const std::vector<PointAnd<double>>& points, double xSpace, double ySpace);
     lset::detail::BandWorkspace<2>& work() const;
 
     PointHash<double> values_;

@@ -12,6 +12,10 @@
 #include "../progress.h"
 #include "level_set_2d.h"
 
+namespace lset::detail {
+class Stretch;
+}
+
 class FullLevelSet2D;
 class FullLevelSet3D;
 
@@ -25,6 +29,13 @@ QUORBIN_EXPORT bool ensureSignedDistanceFMM(FullLevelSet2D& field, const Progres
 /// they have gone over.
 QUORBIN_EXPORT bool ensureSignedDistance(FullLevelSet2D& field, const Progress& progress);
 QUORBIN_EXPORT bool ensureSignedDistanceBrute(FullLevelSet2D& field, const Progress& progress);
+
+/// A grid over values that somebody else owns, row by row as data() has them, which must outlive it. It
+/// frees memory of its own only; operations write to those values, init and release let go of them, and a
+/// copy of it has its own. Throws std::invalid_argument for a negative size, and std::bad_alloc.
+QUORBIN_EXPORT FullLevelSet2D gridOver(double* values, int width, int height, double xSpace, double ySpace);
+QUORBIN_EXPORT const FullLevelSet2D gridOver(const double* values, int width, int height, double xSpace,
+                                             double ySpace);
 
 }  // namespace quorbin
 
@@ -199,17 +210,23 @@ class QUORBIN_EXPORT FullLevelSet2D : public LevelSet2D {
     // Memory from calloc costs nothing until it is touched, so a file whose header tells too large a size
     // does no harm.
     struct Free {
-        void operator()(double* array) const { std::free(array); }
+        bool isBorrowed;  // false where nobody says so
+        void operator()(double* array) const {
+            if (!isBorrowed) std::free(array);
+        }
     };
     using Array = std::unique_ptr<double[], Free>;
 
+    friend FullLevelSet2D quorbin::gridOver(double*, int, int, double, double);
+
     template <class Watch>
-    void march(Watch watch);
+    void march(const lset::detail::Stretch& stretch);
     bool measureBySweeps(const quorbin::Progress& progress);
     bool measureByBruteForce(const quorbin::Progress& progress);
 
     static Array allocate(int width, int height);
     bool adopt(int width, int height, double xSpace, double ySpace);
+    void take(Array values, Array scratch, int width, int height, double xSpace, double ySpace);
     std::size_t size() const { return static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_); }
 
     int width_ = 0;

@@ -19,6 +19,11 @@ namespace quorbin {
 /// distance by FastLevelSet3D::ensureSignedDistanceFMM.
 QUORBIN_EXPORT FastLevelSet3D bandOf(const FullLevelSet3D& grid, bool reinitialized = true);
 
+/// The band with these points and values. Throws std::invalid_argument if a point is there twice, and
+/// std::bad_alloc. Spacings are not checked.
+QUORBIN_EXPORT FastLevelSet3D bandOf(const std::vector<Point3And<double>>& points, double xSpace,
+                                     double ySpace, double zSpace);
+
 /// See mesh.h.
 QUORBIN_EXPORT void getTrianglesUnique(const FastLevelSet3D& band, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,
@@ -161,6 +166,8 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
 
  private:
     friend QUORBIN_EXPORT FastLevelSet3D quorbin::bandOf(const FullLevelSet3D& grid, bool reinitialized);
+    friend QUORBIN_EXPORT FastLevelSet3D quorbin::bandOf(const std::vector<Point3And<double>>& points,
+                                                         double xSpace, double ySpace, double zSpace);
     friend QUORBIN_EXPORT void quorbin::getTrianglesUnique(const FastLevelSet3D& band,
                                                            std::vector<brin::Vec3<double>>& vertices,
                                                            std::vector<brin::Vec3<double>>& normals,
@@ -168,6 +175,7 @@ class QUORBIN_EXPORT FastLevelSet3D : public LevelSet3D {
     friend lset::detail::BandAccess;
 
     void makeOf(const FullLevelSet3D& grid, bool reinitialized);
+    void makeOf(const std::vector<Point3And<double>>& points, double xSpace, double ySpace, double zSpace);
     lset::detail::BandWorkspace<3>& work() const;
 
     Point3Hash<double> values_;

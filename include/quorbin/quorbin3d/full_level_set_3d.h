@@ -9,6 +9,10 @@
 #include "../progress.h"
 #include "level_set_3d.h"
 
+namespace lset::detail {
+class Stretch;
+}
+
 class FullLevelSet3D;
 class FullLevelSet2D;
 
@@ -17,6 +21,14 @@ namespace quorbin {
 /// FullLevelSet3D::ensureSignedDistanceFMM, which progress may end: then false, and the values stay. It is
 /// told of the points that have their distance, at every 32768th.
 QUORBIN_EXPORT bool ensureSignedDistanceFMM(FullLevelSet3D& field, const Progress& progress);
+
+/// A grid over values that somebody else owns, layer by layer as data() has them, which must outlive it. It
+/// frees memory of its own only; operations write to those values, init and release let go of them, and a
+/// copy of it has its own. Throws std::invalid_argument for a negative size, and std::bad_alloc.
+QUORBIN_EXPORT FullLevelSet3D gridOver(double* values, int width, int height, int depth, double xSpace,
+                                       double ySpace, double zSpace);
+QUORBIN_EXPORT const FullLevelSet3D gridOver(const double* values, int width, int height, int depth,
+                                             double xSpace, double ySpace, double zSpace);
 
 }  // namespace quorbin
 
@@ -147,15 +159,22 @@ class QUORBIN_EXPORT FullLevelSet3D : public LevelSet3D {
  private:
     friend bool quorbin::ensureSignedDistanceFMM(FullLevelSet3D&, const quorbin::Progress&);
     struct Free {
-        void operator()(double* array) const { std::free(array); }
+        bool isBorrowed;  // false where nobody says so
+        void operator()(double* array) const {
+            if (!isBorrowed) std::free(array);
+        }
     };
     using Array = std::unique_ptr<double[], Free>;
 
+    friend FullLevelSet3D quorbin::gridOver(double*, int, int, int, double, double, double);
+
     template <class Watch>
-    void march(Watch watch);
+    void march(const lset::detail::Stretch& stretch);
 
     static Array allocate(int width, int height, int depth);
     bool adopt(int width, int height, int depth, double xSpace, double ySpace, double zSpace);
+    void take(Array values, Array scratch, int width, int height, int depth, double xSpace, double ySpace,
+              double zSpace);
     std::size_t size() const {
         return static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_) *
                static_cast<std::size_t>(depth_);

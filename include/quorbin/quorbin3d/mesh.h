@@ -34,12 +34,13 @@ struct MeshOptions {
 /// one (there is an overload for it), and std::bad_alloc. About 1 ns a cell and 0.1 µs a triangle.
 QUORBIN_EXPORT Mesh mesh(const LevelSet3D& field, const MeshOptions& options = {});
 
-/// The same, which progress may end: then there is none. It is told of the layers of cells that are done.
+/// The same, which progress may end: then there is none.
 QUORBIN_EXPORT std::optional<Mesh> mesh(const LevelSet3D& field, const MeshOptions& options,
                                         const Progress& progress);
 
 /// The same for a band, from the cells whose eight corners are stored.
 QUORBIN_EXPORT Mesh mesh(const FastLevelSet3D& band);
+QUORBIN_EXPORT std::optional<Mesh> mesh(const FastLevelSet3D& band, const Progress& progress);
 /// Deleted: a band has no faces at which a mesh could be closed.
 Mesh mesh(const FastLevelSet3D& band, const MeshOptions& options) = delete;
 std::optional<Mesh> mesh(const FastLevelSet3D& band, const MeshOptions& options,
@@ -72,8 +73,7 @@ QUORBIN_EXPORT void getTrianglesCapped(const LevelSet3D& field, std::vector<brin
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles);
 
-/// Both, which progress may end: then false, and the vectors stay. It is told of the layers of cells that
-/// are done.
+/// Both, which progress may end: then false, and the vectors stay.
 QUORBIN_EXPORT bool getTrianglesUnique(const LevelSet3D& field, std::vector<brin::Vec3<double>>& vertices,
                                        std::vector<brin::Vec3<double>>& normals,
                                        std::vector<gpoint3>& triangles, const Progress& progress);

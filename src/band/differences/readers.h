@@ -24,6 +24,7 @@ namespace lset::detail {
 
 /// What the readers of a kind of band must know of it:
 ///
+///     Base                              the class that keeps the spacings
 ///     dimensions
 ///     spacings(band)                    along each axis
 template <class Band>
@@ -83,9 +84,9 @@ class TiledBandReader {
     using Place = int;
     using Spacings = std::array<double, dimensions>;
 
-    TiledBandReader(const Band& band, BandWorkspace<dimensions>& work)
+    TiledBandReader(const Band& band, BandWorkspace<dimensions>& work, const Stretch& stretch)
         : work_(work), points_(band.points()), h_(BandTraits<Band>::spacings(band)) {
-        work.copy(band.points());
+        work.copy(band.points(), stretch);
     }
 
     template <class Visit>
@@ -145,9 +146,10 @@ bool isInterior(const Reader& band, const typename Reader::Place& p) {
 /// band where nothing but the library runs, its own where an override may come back to the same band. Meant
 /// once a call, outside the loops.
 template <class Band, class Body>
-decltype(auto) withBandReader(Band& band, BandWorkspace<BandTraits<Band>::dimensions>& work, Body&& body) {
+decltype(auto) withBandReader(Band& band, BandWorkspace<BandTraits<Band>::dimensions>& work, Body&& body,
+                              const Stretch& stretch = {}) {
     if (&typeid(band) == &typeid(Band)) {
-        TiledBandReader<Band> reader(band, work);
+        TiledBandReader<Band> reader(band, work, stretch);
         return body(reader, work);
     }
     BandWorkspace<BandTraits<Band>::dimensions> own;

@@ -46,21 +46,24 @@ class BandReinitialization {
 
     /// Finds the feet of all points within this distance of the interface and of their neighbours; whether
     /// there are any.
-    template <class Watch>
-    bool run(double farthest, Watch& watch) {
+    bool run(double farthest, const Stretch& stretch) {
         space_.feet.clear();
         space_.distances.clear();
         setInside();
-        findFront();
+        findFront(stretch.part(0, 0.5));
         if (space_.feet.empty()) return false;
-        closest_.spread(farthest, watch);
+        Stretch spreading = stretch.part(0.5, 1);
+        spreading.expect(4 * space_.nearest.size());
+        closest_.spread(farthest, spreading);
         return true;
     }
 
     /// visit(number, coordinates, signed distance) for each of the points.
     template <class Visit>
-    void forEachDistance(const Visit& visit, OldValues old = OldValues::kTrusted) const {
+    void forEachDistance(const Visit& visit, Stretch stretch, OldValues old = OldValues::kTrusted) const {
+        stretch.expect(space_.nearest.size());
         for (std::size_t number = 0; number < space_.nearest.size(); ++number) {
+            stretch.step();
             const Nearest nearest = space_.nearest[number];
             const std::uint32_t foot = nearest.foot();
             if (foot == Nearest::kNone) continue;
@@ -102,8 +105,9 @@ class BandReinitialization {
         closest_.expect(count);
     }
 
-    void findFront() {
+    void findFront(Stretch stretch) {
         setFront();
+        stretch.expect(stored_.size() * Tiles::kTileSize);
         FootFinder<Lattice> finder(lattice_, h_);
         for (std::size_t tile = 0; tile < stored_.size(); ++tile) {
             const Bits inside = space_.inside[tile];
@@ -115,6 +119,9 @@ class BandReinitialization {
             if (space_.front[tile] != 0) lattice_.enter(tile);
             for (Bits front = space_.front[tile]; front != 0; front &= front - 1)
                 addToFront(finder, static_cast<int>(tile) * Tiles::kTileSize + __builtin_ctzll(front));
+            constexpr std::size_t kStepsOfAFoot = 32;
+            const auto feet = static_cast<std::size_t>(__builtin_popcountll(space_.front[tile]));
+            stretch.step(Tiles::kTileSize + kStepsOfAFoot * feet);
         }
     }
 
@@ -183,26 +190,30 @@ double marchedWidth(const Vector<dimensions>& h) {
     return 2.1 * *std::max_element(h.begin(), h.end());
 }
 
+/// See quorbin::reinitialize; width is that of its options. Where it is ended, the band is as it was.
 template <class Band>
-bool reinitializeBand(Band& band, const quorbin::ReinitializeOptions& options,
-                      OldValues old = OldValues::kTrusted) {
+void reinitializeBand(Band& band, double width, const Stretch& stretch, OldValues old = OldValues::kTrusted) {
     constexpr std::size_t dimensions = BandTraits<Band>::dimensions;
     const auto h = BandTraits<Band>::spacings(band);
     checkSpacings<dimensions>(h);
-    if (!(options.width >= 0) || std::isinf(options.width))
+    if (!(width >= 0) || std::isinf(width))
         throw std::invalid_argument("the width of a band must be a finite number, and at least 0");
-    const double width = options.width > 0 ? options.width : marchedWidth<dimensions>(h);
+    if (width == 0) width = marchedWidth<dimensions>(h);
     auto& work = BandAccess::work(band);
-    work.copy(band.points());
-    return isDoneToTheEnd([&] {
-        BandReinitialization<dimensions> made(work.tiles, work.values, work.stored, work.feet, h);
-        BatchWatch watch(options.progress, work.numbers.size());
-        if (!made.run(width, watch)) throwNoInterface();
-        const auto forEachPoint = [&](const auto& add) {
-            made.forEachDistance([&](int, const auto& p, double distance) { add(p, distance); }, old);
-        };
-        replacePointsBy<dimensions>(BandAccess::values(band), forEachPoint, work.inOrder);
-    });
+    work.copy(band.points(), stretch.part(0, 0.2));
+    BandReinitialization<dimensions> made(work.tiles, work.values, work.stored, work.feet, h);
+    if (!made.run(width, stretch.part(0.2, 0.6))) throwNoInterface();
+    const auto forEachPoint = [&](const auto& add) {
+        made.forEachDistance([&](int, const auto& p, double distance) { add(p, distance); },
+                             stretch.part(0.6, 1), old);
+    };
+    replacePointsBy<dimensions>(BandAccess::values(band), forEachPoint, work.inOrder);
+}
+
+template <class Band>
+bool reinitializeBandUnlessEnded(Band& band, const quorbin::ReinitializeOptions& options) {
+    return isDoneToTheEnd(options.progress,
+                          [&](const Stretch& whole) { reinitializeBand(band, options.width, whole); });
 }
 
 }  // namespace lset::detail

@@ -23,9 +23,9 @@ class SidesByRow {
     using Entry = typename Storage::Entry;
     using Point = std::array<int, dims>;
 
-    explicit SidesByRow(const typename Storage::Hash& points) {
-        copyInOrder(points, entries_);
-        std::sort(entries_.begin(), entries_.end(), before);
+    SidesByRow(const typename Storage::Hash& points, const Stretch& stretch) {
+        copyInOrder(points, entries_, stretch.part(0, 0.3));
+        sortWatched(entries_, before, stretch.part(0.3, 1));
     }
 
     const std::vector<Entry>& entries() const { return entries_; }
@@ -59,32 +59,52 @@ class SidesByRow {
     std::vector<Entry> entries_;
 };
 
+/// A copy; of a subclass, what the library knows of it.
+template <class Band>
+Band copyOfBand(const Band& band, Stretch stretch) {
+    Band copy;
+    using Base = typename BandTraits<Band>::Base;
+    static_cast<Base&>(copy) = band;
+    const auto& buckets = band.points().buckets;
+    auto& points = BandAccess::values(copy);
+    points = std::decay_t<decltype(points)>(band.points().bucketCount);
+    stretch.expect(static_cast<std::size_t>(buckets.count));
+    for (int i = 0; i < buckets.count; ++i) {
+        points.buckets[i] = buckets[i];
+        stretch.step();
+    }
+    return copy;
+}
+
 /// A set operation on two bands, not yet reinitialised: at all points that one of them stores.
 template <class Band>
-Band combinedBands(const Band& a, const Band& b, SetOperation operation) {
+Band combinedBands(const Band& a, const Band& b, SetOperation operation, const Stretch& stretch) {
     constexpr std::size_t dimensions = BandTraits<Band>::dimensions;
     using Sides = SidesByRow<dimensions>;
     checkSameSpacings(BandTraits<Band>::spacings(a), BandTraits<Band>::spacings(b));
-    const Sides inA(a.points()), inB(b.points());
+    const Sides inA(a.points(), stretch.part(0, 0.25)), inB(b.points(), stretch.part(0.25, 0.5));
     std::vector<typename Sides::Entry> entries;
     std::set_union(inA.entries().begin(), inA.entries().end(), inB.entries().begin(), inB.entries().end(),
                    std::back_inserter(entries), Sides::before);
+    Stretch rest = stretch.part(0.5, 0.7);
+    rest.expect(2 * entries.size());
     for (auto& entry : entries) {
         const auto p = Sides::Storage::pointOf(entry);
         entry.value = combinedValue(operation, inA.value(p), inB.value(p));
+        rest.step(2);
     }
-    Band result(a);
-    setPoints<dimensions>(BandAccess::values(result), eachOf<dimensions>(entries));
+    Band result = copyOfBand(a, stretch.part(0.7, 0.8));
+    setPoints<dimensions>(BandAccess::values(result), eachOf<dimensions>(entries, stretch.part(0.8, 1)));
     return result;
 }
 
 /// Reinitialises a band, which becomes empty if it has no interface; whether it has.
 template <class Band>
-bool reinitializedOrEmptied(Band& band, double width, OldValues old = OldValues::kTrusted) {
-    quorbin::ReinitializeOptions options;
-    options.width = width;
+bool reinitializedOrEmptied(Band& band, double width, const Stretch& stretch,
+                            OldValues old = OldValues::kTrusted) {
     try {
-        return reinitializeBand(band, options, old);
+        reinitializeBand(band, width, stretch, old);
+        return true;
     } catch (const quorbin::NoInterface&) {
         BandAccess::values(band).clear();
         return false;
@@ -92,24 +112,28 @@ bool reinitializedOrEmptied(Band& band, double width, OldValues old = OldValues:
 }
 
 template <class Band>
-Band reinitializedCombination(const Band& a, const Band& b, SetOperation operation, double width) {
-    Band result = combinedBands(a, b, operation);
-    reinitializedOrEmptied(result, width);
+Band reinitializedCombination(const Band& a, const Band& b, SetOperation operation, double width,
+                              const Stretch& stretch) {
+    Band result = combinedBands(a, b, operation, stretch.part(0, 0.5));
+    reinitializedOrEmptied(result, width, stretch.part(0.5, 1));
     return result;
 }
 
 /// change(value) gives the new value of each point.
 template <class Band, class Change>
-void changeValues(Band& band, Change change) {
-    for (auto& bucket : BandAccess::values(band).buckets)
-        for (auto& entry : bucket) entry.value = change(entry.value);
+void changeValues(Band& band, const Stretch& stretch, Change change) {
+    auto& buckets = BandAccess::values(band).buckets;
+    inBlocks(static_cast<std::size_t>(buckets.count), stretch, [&](std::size_t first, std::size_t last) {
+        for (std::size_t i = first; i < last; ++i)
+            for (auto& entry : buckets[static_cast<int>(i)]) entry.value = change(entry.value);
+    });
 }
 
 template <class Band>
-Band complementOfBand(const Band& band, double width) {
-    Band result(band);
-    changeValues(result, complementOf);
-    reinitializedOrEmptied(result, width);
+Band complementOfBand(const Band& band, double width, const Stretch& stretch) {
+    Band result = copyOfBand(band, stretch.part(0, 0.1));
+    changeValues(result, stretch.part(0.1, 0.15), complementOf);
+    reinitializedOrEmptied(result, width, stretch.part(0.15, 1));
     return result;
 }
 

@@ -36,7 +36,8 @@ class BandCurvatureFlow {
         }
     }
 
-    Result run(double time) {
+    Result run(double time, const Stretch& whole) {
+        now_ = whole.part(0, 0);
         // A band that is too thin for the first steps gets its width before them.
         if (!restoreDistance()) throwNoInterface();
         const double steps = explicitSteps(time, h_, options_.rate);
@@ -51,10 +52,8 @@ class BandCurvatureFlow {
                 result.hasVanished = true;
                 return result;
             }
-            if (!options_.progress) continue;
-            constexpr int kParts = 1000;
-            result.isEnded = !options_.progress(static_cast<int>(kParts * (done / steps)), kParts);
-            if (result.isEnded) return result;
+            now_ = whole.part(done / steps, done / steps);
+            now_.tell(0);
         }
         return result;
     }
@@ -74,6 +73,7 @@ class BandCurvatureFlow {
     using Bits = std::uint64_t;
 
     static constexpr double kBetweenDistances = 8;
+    static constexpr std::size_t kStepsOfAPoint = 2;
     // In samples to each side: cubics need two, and what steps do at the edge must not come so far.
     static constexpr double kWidth = 4;
     static constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
@@ -84,6 +84,7 @@ class BandCurvatureFlow {
         TileHalo<dimensions> halo;
         for (std::size_t tile = 0; tile < work_.stored.size(); ++tile) {
             if (work_.stored[tile] == 0) continue;
+            now_.step(kStepsOfAPoint * Tiles::kTileSize);
             halo.read(work_.tiles, work_.values, static_cast<int>(tile));
             double* const values = next_.data() + tile * Tiles::kTileSize;
             for (int place = 0; place < Tiles::kTileSize; ++place) {
@@ -136,17 +137,17 @@ class BandCurvatureFlow {
 
     /// Makes the values a signed distance again; false if there is no interface left.
     bool restoreDistance() {
-        const quorbin::Progress none;
-        BatchWatch watch(none, 0);
         BandReinitialization<dimensions> made(work_.tiles, work_.values, work_.stored, work_.feet, h_);
-        if (!made.run(width_, watch)) return false;
+        if (!made.run(width_, now_)) return false;
         next_.assign(work_.tiles.size(), kNothing);
         stored_.assign(work_.tiles.tileCount(), 0);
-        made.forEachDistance([&](int number, const auto&, double distance) {
-            const auto n = static_cast<std::size_t>(number);
-            next_[n] = distance;
-            stored_[n / Tiles::kTileSize] |= Bits{1} << n % Tiles::kTileSize;
-        });
+        made.forEachDistance(
+            [&](int number, const auto&, double distance) {
+                const auto n = static_cast<std::size_t>(number);
+                next_[n] = distance;
+                stored_[n / Tiles::kTileSize] |= Bits{1} << n % Tiles::kTileSize;
+            },
+            now_);
         work_.values.swap(next_);
         work_.stored.swap(stored_);
         return true;
@@ -156,6 +157,7 @@ class BandCurvatureFlow {
     Vector<dimensions> h_, first_, second_;
     const Options& options_;
     double width_;
+    Stretch now_;  // what is done so far, without extent
     std::vector<double> next_;
     std::vector<Bits> stored_;
 };
@@ -169,14 +171,17 @@ quorbin::CurvatureFlowResult flowOnBand(Band& band, double time,
     const auto h = BandTraits<Band>::spacings(band);
     checkSpacings<dimensions>(h);
     auto& work = BandAccess::work(band);
-    work.copy(band.points());
     auto& values = BandAccess::values(band);
-    BandCurvatureFlow<dimensions> flow(work, h, options);
-    const auto result = flow.run(time);
-    if (result.hasVanished)
-        values.clear();
-    else if (!result.isEnded)
-        replacePoints<dimensions>(values, flow.entries(), work.inOrder);
+    quorbin::CurvatureFlowResult result;
+    result.isEnded = !isDoneToTheEnd(options.progress, [&](const Stretch& whole) {
+        work.copy(band.points(), whole.part(0, 0));
+        BandCurvatureFlow<dimensions> flow(work, h, options);
+        result = flow.run(time, whole);
+        if (result.hasVanished)
+            values.clear();
+        else
+            replacePoints<dimensions>(values, flow.entries(), work.inOrder, whole.part(1, 1));
+    });
     return result;
 }
 

@@ -9,6 +9,7 @@
 
 #include "band/storage/feet_space.h"
 #include "band/storage/tiled_points.h"
+#include "common/watch.h"
 #include "hash.h"
 #include "heap/march_queue.h"
 
@@ -36,9 +37,13 @@ struct BandStorage<3> {
 
 /// Puts the points of a hash into a list, in their order.
 template <class Entry>
-void copyInOrder(const BucketTable<Entry>& points, std::vector<Entry>& inOrder) {
+void copyInOrder(const BucketTable<Entry>& points, std::vector<Entry>& inOrder, Stretch stretch = {}) {
     inOrder.clear();
-    for (const auto& bucket : points.buckets) inOrder.insert(inOrder.end(), bucket.begin(), bucket.end());
+    stretch.expect(static_cast<std::size_t>(points.buckets.count));
+    for (const auto& bucket : points.buckets) {
+        inOrder.insert(inOrder.end(), bucket.begin(), bucket.end());
+        stretch.step();
+    }
 }
 
 template <std::size_t dimensions>
@@ -55,21 +60,26 @@ void setPoints(typename BandStorage<dimensions>::Hash& points, const VisitEach& 
 
 /// Visits the points of a list.
 template <std::size_t dimensions>
-auto eachOf(const BandEntries<dimensions>& inOrder) {
-    return [&inOrder](const auto& visit) {
-        for (const auto& entry : inOrder) visit(BandStorage<dimensions>::pointOf(entry), entry.value);
+auto eachOf(const BandEntries<dimensions>& inOrder, const Stretch& stretch = {}) {
+    return [&inOrder, stretch](const auto& visit) {
+        Stretch steps = stretch;
+        steps.expect(inOrder.size());
+        for (const auto& entry : inOrder) {
+            visit(BandStorage<dimensions>::pointOf(entry), entry.value);
+            steps.step();
+        }
     };
 }
 
 /// Replaces the points of a hash, which are before, by others, none of which may occur twice (see
-/// setPoints). Where there is not enough memory the hash has its points again, for which its buckets have
-/// room.
+/// setPoints). Where there is not enough memory, or progress ends it, the hash has its points again, for
+/// which its buckets have room.
 template <std::size_t dimensions, class VisitEach>
 void replacePointsBy(typename BandStorage<dimensions>::Hash& points, const VisitEach& visitEach,
                      const BandEntries<dimensions>& before) {
     try {
         setPoints<dimensions>(points, visitEach);
-    } catch (const std::bad_alloc&) {
+    } catch (...) {
         setPoints<dimensions>(points, eachOf<dimensions>(before));
         throw;
     }
@@ -78,8 +88,8 @@ void replacePointsBy(typename BandStorage<dimensions>::Hash& points, const Visit
 /// The same with the others in a list.
 template <std::size_t dimensions>
 void replacePoints(typename BandStorage<dimensions>::Hash& points, const BandEntries<dimensions>& inOrder,
-                   const BandEntries<dimensions>& before) {
-    replacePointsBy<dimensions>(points, eachOf<dimensions>(inOrder), before);
+                   const BandEntries<dimensions>& before, const Stretch& stretch = {}) {
+    replacePointsBy<dimensions>(points, eachOf<dimensions>(inOrder, stretch), before);
 }
 
 /// What operations on a band work with: a copy of the band laid out by tiles, and lists. It is kept from one
@@ -102,12 +112,17 @@ struct BandWorkspace {
     MarchQueue queue;
     FeetSpace<dimensions> feet;
 
-    void copy(const typename Storage::Hash& points) {
-        copyInOrder(points, inOrder);
+    void copy(const typename Storage::Hash& points, const Stretch& stretch = {}) {
+        copyInOrder(points, inOrder, stretch.part(0, 0.5));
         tiles.clear();
         numbers.clear();
         numbers.reserve(inOrder.size());
-        for (const Entry& entry : inOrder) numbers.push_back(tiles.number(Storage::pointOf(entry)));
+        Stretch rest = stretch.part(0.5, 1);
+        rest.expect(inOrder.size());
+        for (const Entry& entry : inOrder) {
+            numbers.push_back(tiles.number(Storage::pointOf(entry)));
+            rest.step();
+        }
         values.assign(tiles.size(), 0.0);
         stored.assign(tiles.tileCount(), 0);
         for (std::size_t i = 0; i < numbers.size(); ++i) {

@@ -50,8 +50,8 @@ class ClosestFeet {
         lists_.pending.push_back(Lattice::placeOf(site));
     }
 
-    /// Up to the points whose foot is at most so far away; they have neighbours with feet. watch.step(count)
-    /// is called with the number of points that are done after each round.
+    /// Up to the points whose foot is at most so far away; they have neighbours with feet. watch.step() is
+    /// called twice for each point that passes its foot on.
     template <class Watch>
     void spread(double farthest, Watch& watch) {
         const double layer = *std::max_element(h_.begin(), h_.end());
@@ -65,6 +65,7 @@ class ClosestFeet {
                     constexpr std::size_t kAhead = 8;
                     if (i + kAhead < round.size()) lattice_.prefetchBeside(round[i + kAhead].place);
                     passOn(lattice_.siteAt(round[i].place), round[i].nearest);
+                    watch.step();
                 }
                 // What lies beyond the limit waits for the others.
                 pending.clear();
@@ -74,8 +75,8 @@ class ClosestFeet {
                         pending.push_back(place);
                     else if (!isLast)
                         later.push_back(place);
+                    watch.step();
                 }
-                watch.step(round.size());
             }
             if (isLast) return;
             pending.swap(later);

@@ -27,13 +27,14 @@ struct From {};
 ///     accept(p, side, distance)
 ///     spreads(distance)              whether the neighbours of a point at this distance are looked at
 ///
-/// The watch steps with every point that is accepted.
+/// The watch steps with every point of the front and every one that is accepted.
 ///
 /// A grid takes visit by reference: a copy would be read back at once in one piece, for which the processor
 /// waits until all that has been written before is in the cache. That took a quarter of the time.
 template <class Grid, class Ids, class Watch = const Unwatched>
 void march(Grid& grid, const Ids& front, State side, MarchQueue& queue, Watch&& watch = Unwatched()) {
     for (const int id : front) {
+        watch.step();
         grid.forEachNeighbour(grid.point(id), [&](auto q, auto) {
             if (!grid.isFar(q)) return;
             const double distance = grid.reach(q, side);

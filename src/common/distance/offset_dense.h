@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <stdexcept>
 
-#include "common/distance/reinitialize_dense.h"
 #include "common/distance/set_operations.h"
 
 namespace lset::detail {
@@ -27,20 +26,14 @@ inline double checkedRadius(double radius) {
 }
 
 template <class Grid>
-Grid offsetGrid(const Grid& grid, double distance) {
+Grid offsetGrid(const Grid& grid, double distance, const Stretch& stretch) {
     constexpr std::size_t dimensions = DenseTraits<Grid>::dimensions;
     const auto h = DenseTraits<Grid>::spacings(grid);
     largestOfOffset<dimensions>(h, distance);
-    Grid result = copyOf(grid);
-    try {
-        reinitializeDense<dimensions>(result.data(), DenseTraits<Grid>::sizes(result), h, {},
-                                      OldValues::kForgotten);
-    } catch (const quorbin::NoInterface&) {
-        return result;
-    }
-    const std::size_t count = pointCount(result);
-    for (double* value = result.data(); value != result.data() + count; ++value) *value -= distance;
-    reinitializedIfCrossed(result);
+    Grid result = copyOf(grid, stretch.part(0, 0.05));
+    if (!reinitializedIfCrossed(result, stretch.part(0.05, 0.5), OldValues::kForgotten)) return result;
+    changeAll(result, stretch.part(0.5, 0.55), [=](double value) { return value - distance; });
+    reinitializedIfCrossed(result, stretch.part(0.55, 1));
     return result;
 }
 

@@ -13,6 +13,7 @@
 #include "common/distance/newton_step.h"
 #include "common/distance/reinitialize_checks.h"
 #include "common/vector.h"
+#include "common/watch.h"
 
 namespace lset::detail {
 
@@ -167,13 +168,18 @@ class DenseSource {
     Point sizes_;
 };
 
+constexpr std::size_t kStepsOfASample = 32;
+
 /// What the library tells of points; Sample is Sample2D or Sample3D.
 template <class Sample, std::size_t dimensions, class Source, class Points>
-std::vector<Sample> samplesAt(const Source& source, const Vector<dimensions>& h, const Points& points) {
+std::vector<Sample> samplesAt(const Source& source, const Vector<dimensions>& h, const Points& points,
+                              Stretch stretch) {
     PointSampler<dimensions, Source> sampler(source, h);
     std::vector<Sample> samples;
     samples.reserve(points.size());
+    stretch.expect(kStepsOfASample * points.size());
     for (const auto& point : points) {
+        stretch.step(kStepsOfASample);
         Vector<dimensions> p;
         for (std::size_t axis = 0; axis < dimensions; ++axis) p[axis] = point[static_cast<int>(axis)];
         constexpr double kNone = std::numeric_limits<double>::quiet_NaN();

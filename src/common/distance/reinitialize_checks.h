@@ -10,11 +10,14 @@
 
 namespace lset::detail {
 
+/// Above, squares of distances are infinite, and no foot is the nearest.
+constexpr double kLargestSpacing = 1e100;
+
 template <std::size_t dimensions>
 void checkSpacings(const Vector<dimensions>& h) {
     for (const double spacing : h)
-        if (!(spacing > 0) || std::isinf(spacing))
-            throw std::invalid_argument("spacings must be positive finite numbers");
+        if (!(spacing > 0) || spacing > kLargestSpacing)
+            throw std::invalid_argument("spacings must be positive numbers, at most 1e100");
 }
 
 inline void checkFootCount(std::size_t count) {

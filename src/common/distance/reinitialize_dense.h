@@ -12,6 +12,8 @@
 #include "common/distance/foot_finder.h"
 #include "common/distance/front_rows.h"
 #include "common/distance/reinitialize_checks.h"
+#include "common/storage/dense_traits.h"
+#include "common/storage/unchanged.h"
 #include "common/watch.h"
 
 namespace lset::detail {
@@ -24,20 +26,25 @@ class DenseReinitialization {
     using Site = typename Lattice::Site;
     using Sizes = std::array<int, dimensions>;
 
-    DenseReinitialization(double* values, const Sizes& sizes, const Vector<dimensions>& h)
+    DenseReinitialization(double* values, const Sizes& sizes, const Vector<dimensions>& h,
+                          const Stretch& stretch)
         : values_(values),
           sizes_(sizes),
           h_(h),
-          nearest_(count()),
+          stretch_(stretch),
+          nearest_(filled(count(), Nearest(), stretch.part(0, 0.05))),
           lattice_(values, nearest_.data(), sizes),
           closest_(lattice_, lists_, h) {}
 
-    void run(const quorbin::Progress& progress, OldValues old = OldValues::kTrusted) {
+    /// Overwrites the values at the end, each row after before.keep(its first value, how many).
+    template <class Before>
+    void run(OldValues old, Before& before) {
         findFront();
         if (feet_.empty()) throwNoInterface();
-        BatchWatch watch(progress, nearest_.size());
-        closest_.spread(std::numeric_limits<double>::infinity(), watch);
-        setDistances(old);
+        Stretch spreading = stretch_.part(0.2, 0.7);
+        spreading.expect(2 * nearest_.size());
+        closest_.spread(std::numeric_limits<double>::infinity(), spreading);
+        setDistances(old, before);
     }
 
  private:
@@ -63,7 +70,10 @@ class DenseReinitialization {
     void findFront() {
         FootFinder<Lattice> finder(lattice_, h_);
         FrontRows<dimensions> rows(values_, sizes_);
+        Stretch rest = stretch_.part(0.05, 0.2);
+        rest.expect(nearest_.size());
         forEachRow([&](const Site& row) {
+            const std::size_t feetBefore = feet_.size();
             rows.mark(row.at, row.i);
             Site site = row;
             for (; site.at[0] < sizes_[0]; ++site.at[0], ++site.i) {
@@ -80,11 +90,17 @@ class DenseReinitialization {
                 ownDistances_.push_back(finder.find(site.at, value, crossings, feet_.back()));
                 closest_.start(site, isOutside, feet_.back().at);
             }
+            constexpr std::size_t kStepsOfAFoot = 32;
+            rest.step(static_cast<std::size_t>(sizes_[0]) + kStepsOfAFoot * (feet_.size() - feetBefore));
         });
     }
 
-    void setDistances(OldValues old) {
+    template <class Before>
+    void setDistances(OldValues old, Before& before) {
+        Stretch rest = stretch_.part(0.7, 1);
+        rest.expect(nearest_.size());
         forEachRow([&](const Site& row) {
+            before.keep(values_ + row.i, static_cast<std::size_t>(sizes_[0]));
             Vector<dimensions> world;
             for (std::size_t axis = 1; axis < dimensions; ++axis) world[axis] = h_[axis] * row.at[axis];
             for (int x = 0; x < sizes_[0]; ++x) {
@@ -98,12 +114,14 @@ class DenseReinitialization {
                     nearest.isFixed() ? ownDistances_[foot] : distanceFrom(feet_[foot], world, known);
                 value = Nearest::signedDistance(nearest.isOutside(), distance);
             }
+            rest.step(static_cast<std::size_t>(sizes_[0]));
         });
     }
 
     double* values_;
     Sizes sizes_;
     Vector<dimensions> h_;
+    Stretch stretch_;
     std::vector<Nearest> nearest_;
     Lattice lattice_;
     SpreadingLists<typename Lattice::Place, dimensions> lists_;
@@ -112,13 +130,24 @@ class DenseReinitialization {
     std::vector<double> ownDistances_;  // of the points beside the interface, by foot
 };
 
-template <std::size_t dimensions>
-bool reinitializeDense(double* values, const std::array<int, dimensions>& sizes, const Vector<dimensions>& h,
-                       const quorbin::ReinitializeOptions& options, OldValues old = OldValues::kTrusted) {
-    checkSpacings(h);
+template <class Grid, class Before>
+void reinitializeDense(Grid& grid, OldValues old, const Stretch& stretch, Before& before) {
+    using Traits = DenseTraits<Grid>;
+    const auto sizes = Traits::sizes(grid);
+    const auto h = Traits::spacings(grid);
+    checkSpacings<Traits::dimensions>(h);
     if (std::find(sizes.begin(), sizes.end(), 0) != sizes.end()) throwNoInterface();
-    return isDoneToTheEnd(
-        [&] { DenseReinitialization<dimensions>(values, sizes, h).run(options.progress, old); });
+    DenseReinitialization<Traits::dimensions>(grid.data(), sizes, h, stretch).run(old, before);
+}
+
+/// See quorbin::reinitialize.
+template <class Grid>
+bool reinitializeUnlessEnded(Grid& grid, const quorbin::Progress& progress) {
+    ValuesBefore before(grid.data(), progress ? pointCount(grid) : 0);
+    const bool isDone = isDoneToTheEnd(
+        progress, [&](const Stretch& whole) { reinitializeDense(grid, OldValues::kTrusted, whole, before); });
+    if (isDone) before.forget();
+    return isDone;
 }
 
 }  // namespace lset::detail

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "common/distance/reinitialize_checks.h"
+#include "common/distance/reinitialize_part.h"
 #include "common/storage/dense_traits.h"
 #include "common/storage/same_grid.h"
 
@@ -37,10 +38,10 @@ inline double combinedValue(SetOperation operation, double a, double b) {
 
 /// Reinitialises a grid if it has an interface; whether it has.
 template <class Grid>
-bool reinitializedIfCrossed(Grid& grid) {
-    checkSpacings<DenseTraits<Grid>::dimensions>(DenseTraits<Grid>::spacings(grid));
+bool reinitializedIfCrossed(Grid& grid, const Stretch& stretch, OldValues old = OldValues::kTrusted) {
     try {
-        return quorbin::reinitialize(grid);
+        reinitializePart(grid, stretch, old);
+        return true;
     } catch (const quorbin::NoInterface&) {
         return false;
     }
@@ -48,30 +49,37 @@ bool reinitializedIfCrossed(Grid& grid) {
 
 /// A set operation on two grids, not yet reinitialised.
 template <class Grid>
-Grid combinedGrids(const Grid& a, const Grid& b, SetOperation operation) {
+Grid combinedGrids(const Grid& a, const Grid& b, SetOperation operation, const Stretch& stretch) {
     using Traits = DenseTraits<Grid>;
     checkSameGrid(Traits::sizes(a), Traits::spacings(a), Traits::sizes(b), Traits::spacings(b));
     Grid result = gridOf<Grid>(Traits::sizes(a), Traits::spacings(a));
-    const std::size_t count = pointCount(result);
-    for (std::size_t i = 0; i < count; ++i)
-        result.data()[i] = combinedValue(operation, a.data()[i], b.data()[i]);
+    inBlocks(pointCount(result), stretch, [&](std::size_t first, std::size_t last) {
+        for (std::size_t i = first; i < last; ++i)
+            result.data()[i] = combinedValue(operation, a.data()[i], b.data()[i]);
+    });
     return result;
 }
 
 template <class Grid>
-Grid reinitializedCombination(const Grid& a, const Grid& b, SetOperation operation) {
-    Grid result = combinedGrids(a, b, operation);
-    reinitializedIfCrossed(result);
+Grid reinitializedCombination(const Grid& a, const Grid& b, SetOperation operation, const Stretch& stretch) {
+    Grid result = combinedGrids(a, b, operation, stretch.part(0, 0.1));
+    reinitializedIfCrossed(result, stretch.part(0.1, 1));
     return result;
 }
 
+/// change(value) gives the new value of each point.
+template <class Grid, class Change>
+void changeAll(Grid& grid, const Stretch& stretch, const Change& change) {
+    inBlocks(pointCount(grid), stretch, [&](std::size_t first, std::size_t last) {
+        std::transform(grid.data() + first, grid.data() + last, grid.data() + first, change);
+    });
+}
+
 template <class Grid>
-Grid complementOfGrid(const Grid& grid) {
-    Grid result = copyOf(grid);
-    const std::size_t count = pointCount(result);
-    for (double* value = result.data(); value != result.data() + count; ++value)
-        *value = complementOf(*value);
-    reinitializedIfCrossed(result);
+Grid complementOfGrid(const Grid& grid, const Stretch& stretch) {
+    Grid result = copyOf(grid, stretch.part(0, 0.05));
+    changeAll(result, stretch.part(0.05, 0.1), complementOf);
+    reinitializedIfCrossed(result, stretch.part(0.1, 1));
     return result;
 }
 

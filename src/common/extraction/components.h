@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "common/watch.h"
+
 namespace lset::detail {
 
 enum class Adjacency { kFaces, kCorners };  // whether what touches by a diagonal is connected
@@ -25,13 +27,18 @@ class Components {
 
     /// contains(i) tells whether the point of an index is one of them.
     template <class Contains>
-    Components(const Point& sizes, Adjacency adjacency, const Contains& contains) : sizes_(sizes) {
+    Components(const Point& sizes, Adjacency adjacency, const Contains& contains, const Stretch& stretch)
+        : sizes_(sizes) {
         std::size_t count = 1;
         for (const int size : sizes) count *= static_cast<std::size_t>(size);
-        numbers_.assign(count, kNone);
+        numbers_ = filled(count, kNone, stretch.part(0, 0.1));
         findNeighbours(adjacency);
-        for (std::size_t i = 0; i < count; ++i)
-            if (numbers_[i] == kNone && contains(i)) fill(i, contains);
+        Stretch rest = stretch.part(0.1, 1);
+        rest.expect(2 * count);
+        for (std::size_t i = 0; i < count; ++i) {
+            if (numbers_[i] == kNone && contains(i)) fill(i, contains, rest);
+            rest.step();
+        }
     }
 
     const std::vector<Component>& list() const { return list_; }
@@ -55,7 +62,7 @@ class Components {
     }
 
     template <class Contains>
-    void fill(std::size_t start, const Contains& contains) {
+    void fill(std::size_t start, const Contains& contains, Stretch& stretch) {
         if (list_.size() == kNone) throw std::length_error("more than four billion connected parts");
         const auto number = static_cast<std::uint32_t>(list_.size());
         const Point first = pointOf(start);
@@ -65,6 +72,7 @@ class Components {
         while (!waiting.empty()) {
             const Point p = pointOf(waiting.back());
             waiting.pop_back();
+            stretch.step();
             ++component.points;
             for (std::size_t axis = 0; axis < dimensions; ++axis) {
                 component.lowest[axis] = std::min(component.lowest[axis], p[axis]);

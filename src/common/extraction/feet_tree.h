@@ -8,6 +8,7 @@
 #include "common/distance/foot_distance.h"
 #include "common/storage/foot.h"
 #include "common/vector.h"
+#include "common/watch.h"
 
 namespace lset::detail {
 
@@ -16,9 +17,12 @@ namespace lset::detail {
 template <std::size_t dimensions>
 class FeetTree {
  public:
-    explicit FeetTree(const std::vector<Foot<dimensions>>& feet) : feet_(feet), order_(feet.size()) {
+    FeetTree(const std::vector<Foot<dimensions>>& feet, Stretch stretch) : feet_(feet), order_(feet.size()) {
         for (std::size_t i = 0; i < order_.size(); ++i) order_[i] = i;
-        halve(0, order_.size(), 0);
+        std::size_t levels = 1;
+        while (order_.size() >> levels != 0) ++levels;
+        stretch.expect(order_.size() * levels);
+        halve(0, order_.size(), 0, stretch);
     }
 
     /// Distance of a point from the interface around its nearest foot; there must be one.
@@ -37,16 +41,17 @@ class FeetTree {
 
     static std::size_t middleOf(std::size_t first, std::size_t last) { return first + (last - first) / 2; }
 
-    void halve(std::size_t first, std::size_t last, std::size_t axis) {
+    void halve(std::size_t first, std::size_t last, std::size_t axis, Stretch& stretch) {
         if (last - first < 2) return;
+        stretch.step(last - first);
         const std::size_t middle = middleOf(first, last);
         const auto at = [&](std::size_t i) { return order_.begin() + static_cast<std::ptrdiff_t>(i); };
         std::nth_element(at(first), at(middle), at(last), [&](std::size_t a, std::size_t b) {
             const double here = feet_[a].at[axis], there = feet_[b].at[axis];
             return here < there || (here == there && a < b);
         });
-        halve(first, middle, (axis + 1) % dimensions);
-        halve(middle + 1, last, (axis + 1) % dimensions);
+        halve(first, middle, (axis + 1) % dimensions, stretch);
+        halve(middle + 1, last, (axis + 1) % dimensions, stretch);
     }
 
     void search(std::size_t first, std::size_t last, std::size_t axis, const Vector<dimensions>& p,

@@ -25,10 +25,12 @@ constexpr quorbin::InterfaceDistance kNoInterfaceDistance = {std::numeric_limits
 /// Moves the points of a contour on to the interface of the local cubics of its level set.
 template <std::size_t dimensions, class Source>
 void moveOnto(const Source& source, const Vector<dimensions>& h,
-              std::vector<WeightedPoint<dimensions>>& points) {
+              std::vector<WeightedPoint<dimensions>>& points, Stretch stretch) {
+    stretch.expect(kStepsOfASample * points.size());
     PointSampler<dimensions, Source> sampler(source, h);
     const double largest = *std::max_element(h.begin(), h.end());
     for (auto& point : points) {
+        stretch.step(kStepsOfASample);
         typename LocalInterpolant<dimensions>::Values found;
         if (!sampler.template read<true>(point.at, found)) continue;
         const Vector<dimensions> closest = sampler.closest(point.at, found);
@@ -39,10 +41,12 @@ void moveOnto(const Source& source, const Vector<dimensions>& h,
 /// The mean and the largest of the distances of points, each written by distanceOf(place, distance). None if
 /// there are no points, or if it returns false for one of them.
 template <std::size_t dimensions, class DistanceOf>
-quorbin::InterfaceDistance meanDistance(const std::vector<WeightedPoint<dimensions>>& points,
+quorbin::InterfaceDistance meanDistance(const std::vector<WeightedPoint<dimensions>>& points, Stretch stretch,
                                         DistanceOf distanceOf) {
+    stretch.expect(kStepsOfASample * points.size());
     double weights = 0, sum = 0, largest = 0;
     for (const auto& point : points) {
+        stretch.step(kStepsOfASample);
         double here;
         if (!distanceOf(point.at, here)) return kNoInterfaceDistance;
         weights += point.weight;
@@ -55,9 +59,10 @@ quorbin::InterfaceDistance meanDistance(const std::vector<WeightedPoint<dimensio
 /// The same by the values of a signed distance; one of the points may lie where there is none.
 template <std::size_t dimensions, class Source>
 quorbin::InterfaceDistance measuredDistance(const Source& source, const Vector<dimensions>& h,
-                                            const std::vector<WeightedPoint<dimensions>>& points) {
+                                            const std::vector<WeightedPoint<dimensions>>& points,
+                                            const Stretch& stretch) {
     PointSampler<dimensions, Source> sampler(source, h);
-    return meanDistance(points, [&](const Vector<dimensions>& p, double& distance) {
+    return meanDistance(points, stretch, [&](const Vector<dimensions>& p, double& distance) {
         typename LocalInterpolant<dimensions>::Values found;
         if (!sampler.template read<false>(p, found)) return false;
         distance = std::abs(found.value);

@@ -6,6 +6,7 @@
 #include "common/flows/curvature_term.h"
 #include "common/motion/reflected.h"
 #include "common/vector.h"
+#include "common/watch.h"
 
 namespace lset::detail {
 
@@ -23,13 +24,14 @@ class CurvatureRows {
         }
     }
 
-    void write(const double* values, double* rates) const {
+    void write(const double* values, double* rates, Stretch stretch) const {
         const std::ptrdiff_t width = sizes_[0], height = sizes_[1];
         if constexpr (dimensions == 2) {
             for (int y = 0; y < sizes_[1]; ++y) {
                 const Reflected rows(y, sizes_[1]);
                 writeRow(values + rows.before * width, values + y * width, values + rows.after * width,
                          rates + y * width);
+                stretch.step(static_cast<std::size_t>(width));
             }
         } else {
             const std::ptrdiff_t layer = width * height;
@@ -45,6 +47,7 @@ class CurvatureRows {
                     for (std::size_t i = 0; i < 3; ++i)
                         for (std::size_t j = 0; j < 3; ++j) around[i][j] = values + zs[i] + ys[j];
                     writeRow(around, rates + zs[1] + ys[1]);
+                    stretch.step(static_cast<std::size_t>(width));
                 }
             }
         }

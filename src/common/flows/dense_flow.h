@@ -7,14 +7,18 @@
 #include <limits>
 #include <vector>
 
+#include "common/distance/reinitialize_part.h"
 #include "common/flows/curvature_rows.h"
 #include "common/flows/factored_diffusion.h"
 #include "common/flows/flow_checks.h"
 #include "common/flows/noise_mask.h"
 #include "common/storage/dense_traits.h"
-#include "reinitialize.h"
+#include "common/storage/unchanged.h"
 
 namespace lset::detail {
+
+template <class Grid>
+using SizeInside = double (*)(const Grid&, const Stretch&);
 
 /// Motion of a dense grid by its curvature (see quorbin::curvatureFlow).
 template <class Grid>
@@ -23,8 +27,8 @@ class DenseCurvatureFlow {
     using Options = quorbin::CurvatureFlowOptions;
     using Result = quorbin::CurvatureFlowResult;
 
-    /// sizeInside(grid) is the area or volume that the interface encloses.
-    DenseCurvatureFlow(Grid& grid, const Options& options, double (*sizeInside)(const Grid&))
+    /// sizeInside(grid, stretch) is the area or volume that the interface encloses.
+    DenseCurvatureFlow(Grid& grid, const Options& options, SizeInside<Grid> sizeInside)
         : grid_(grid),
           options_(options),
           sizeInside_(sizeInside),
@@ -36,26 +40,33 @@ class DenseCurvatureFlow {
           count_(pointCount(grid)) {}
 
     Result run(double time) {
-        std::vector<double> before;
-        if (options_.progress) before.assign(grid_.data(), grid_.data() + count_);
-        if (options_.keepsSize) size_ = sizeInside_(grid_);
-        quorbin::reinitialize(grid_);
-        if (options_.keepsSides) rememberSides();
-        try {
-            isLarge(time) ? inLargeSteps(time) : inExplicitSteps(time);
-        } catch (const quorbin::NoInterface&) {
-            result_.hasVanished = true;
-        } catch (...) {
-            std::copy(before.begin(), before.end(), grid_.data());
-            throw;
-        }
-        if (result_.isEnded) std::copy(before.begin(), before.end(), grid_.data());
+        ValuesBefore before(grid_.data(), options_.progress ? count_ : 0);
+        result_.isEnded = !isDoneToTheEnd(options_.progress, [&](const Stretch& whole) {
+            now_ = whole.part(0, 0);
+            if (options_.progress)
+                inBlocks(count_, now_, [&](std::size_t first, std::size_t last) {
+                    before.keep(grid_.data() + first, last - first);
+                });
+            flow(time, whole);
+        });
+        if (!result_.isEnded) before.forget();
         return result_;
     }
 
  private:
     using Traits = DenseTraits<Grid>;
     static constexpr std::size_t dimensions = Traits::dimensions;
+
+    void flow(double time, const Stretch& whole) {
+        if (options_.keepsSize) size_ = sizeInside_(grid_, now_);
+        reinitializePart(grid_, now_);
+        if (options_.keepsSides) rememberSides();
+        try {
+            isLarge(time) ? inLargeSteps(time, whole) : inExplicitSteps(time, whole);
+        } catch (const quorbin::NoInterface&) {
+            result_.hasVanished = true;
+        }
+    }
 
     bool isLarge(double time) const {
         if (options_.steps != Options::Steps::kFastest) return options_.steps == Options::Steps::kLarge;
@@ -64,60 +75,59 @@ class DenseCurvatureFlow {
                time > kFew * longestExplicitStep(h_, options_.rate);
     }
 
-    void inExplicitSteps(double time) {
-        std::vector<double> rates(count_);
-        goExplicitly(time, time, rates);
+    void inExplicitSteps(double time, const Stretch& whole) {
+        std::vector<double> rates = filled(count_, 0.0, now_);
+        goExplicitly(time, time, rates, whole);
     }
 
     /// Goes on for a part of the time that there is in all.
-    void goExplicitly(double part, double time, std::vector<double>& rates) {
+    void goExplicitly(double part, double time, std::vector<double>& rates, const Stretch& whole) {
         constexpr double kBetweenDistances = 20;
         const double steps = explicitSteps(part, h_, options_.rate), start = result_.time;
         const double dt = part / steps;
         for (double done = 1; done <= steps && part > 0; ++done) {
             writeRates(grid_.data(), rates.data());
             double* const values = grid_.data();
-            for (std::size_t i = 0; i < count_; ++i) values[i] += dt * rates[i];
+            forEachPoint([&](std::size_t i) { values[i] += dt * rates[i]; });
             restoreSides();
             ++result_.steps;
             if (std::fmod(done, kBetweenDistances) == 0 || done == steps) restoreDistance();
             result_.time = start + done * dt;
-            if (!goesOn(time)) return;
+            goOn(time, whole);
         }
     }
 
-    void inLargeSteps(double time) {
+    void inLargeSteps(double time, const Stretch& whole) {
         // A large step costs as much as about so many explicit ones. Where the outline is rough, large ones
         // would be shorter than that; explicit ones smooth it, and large ones are tried again ever later.
         constexpr double kWorth = 12;
         const bool mayBeExplicit = options_.steps == Options::Steps::kFastest;
         const double shortest = longestExplicitStep(h_, options_.rate);
-        std::vector<double> halves(count_), whole(count_);
+        std::vector<double> halves = filled(count_, 0.0, now_), once = filled(count_, 0.0, now_);
         double dt = 20 * shortest, explicitly = 20 * shortest;
         while (result_.time < time) {
             const double left = time - result_.time;
             if (mayBeExplicit && dt < kWorth * shortest) {
-                goExplicitly(std::min(explicitly, left), time, halves);
-                if (result_.isEnded) return;
+                goExplicitly(std::min(explicitly, left), time, halves, whole);
                 if (explicitly >= left) result_.time = time;
                 dt = 1.5 * kWorth * shortest;
                 explicitly *= 2;
                 continue;
             }
             const double step = dt >= left ? left : std::min(dt, 0.5 * left);
-            tryStep(step, halves, whole);
-            const double part = differencePart(halves, whole);
-            const bool isGone = !hasInterface(halves, whole);
+            tryStep(step, halves, once);
+            const double part = differencePart(halves, once);
+            const bool isGone = !hasInterface(halves, once);
             if ((part > 2 * options_.tolerance || isGone) && step > shortest) {
                 dt = step * std::clamp(0.9 * options_.tolerance / part, 0.2, 0.7);
                 continue;
             }
             double* const values = grid_.data();
-            for (std::size_t i = 0; i < count_; ++i) values[i] = 2 * halves[i] - whole[i];
+            forEachPoint([&](std::size_t i) { values[i] = 2 * halves[i] - once[i]; });
             ++result_.steps;
             restoreDistance();
             result_.time = step == left ? time : result_.time + step;
-            if (!goesOn(time)) return;
+            goOn(time, whole);
             dt = step * std::clamp(0.9 * options_.tolerance / part, 0.5, 2.0);
         }
     }
@@ -135,15 +145,15 @@ class DenseCurvatureFlow {
         const auto change = [&](const double* from, double step, const auto& diffusion,
                                 std::vector<double>& changes) {
             writeRates(from, changes.data());
-            for (double& value : changes) value *= step;
-            diffusion.solve(changes.data());
+            forEachPoint([&](std::size_t i) { changes[i] *= step; });
+            diffusion.solve(changes.data(), now_);
         };
         change(values, 0.5 * dt, half, halves);
-        for (std::size_t i = 0; i < count_; ++i) halves[i] += values[i];
+        forEachPoint([&](std::size_t i) { halves[i] += values[i]; });
         change(halves.data(), 0.5 * dt, half, whole);
-        for (std::size_t i = 0; i < count_; ++i) halves[i] += whole[i];
+        forEachPoint([&](std::size_t i) { halves[i] += whole[i]; });
         change(values, dt, all, whole);
-        for (std::size_t i = 0; i < count_; ++i) whole[i] += values[i];
+        forEachPoint([&](std::size_t i) { whole[i] += values[i]; });
     }
 
     /// Difference of the whole step from its halves beside the interface, as a part of the way; the way
@@ -152,11 +162,11 @@ class DenseCurvatureFlow {
         const double* const values = grid_.data();
         const double near = 2 * largest_;
         double differences = 0, way = 0;
-        for (std::size_t i = 0; i < count_; ++i) {
-            if (std::abs(values[i]) > near && std::abs(halves[i]) > near) continue;
+        forEachPoint([&](std::size_t i) {
+            if (std::abs(values[i]) > near && std::abs(halves[i]) > near) return;
             differences += std::abs(halves[i] - whole[i]);
             way += std::abs(halves[i] - values[i]) + 0.05 * largest_;
-        }
+        });
         return way > 0 ? differences / way : 0;
     }
 
@@ -168,11 +178,11 @@ class DenseCurvatureFlow {
     }
 
     void writeRates(const double* values, double* rates) {
-        rows_.write(values, rates);
+        rows_.write(values, rates, now_);
         smoothBorder(values, rates);
-        if (options_.noiseRadius > 0) noise_.apply(values, rates);
+        if (options_.noiseRadius > 0) noise_.apply(values, rates, now_);
         const double mean = options_.keepsSize ? meanNearInterface(values, rates) : 0;
-        for (std::size_t i = 0; i < count_; ++i) rates[i] = options_.rate * (rates[i] - mean);
+        forEachPoint([&](std::size_t i) { rates[i] = options_.rate * (rates[i] - mean); });
     }
 
     /// Takes the rates on the border from beside it, but where the interface is near. There the mirror image
@@ -196,27 +206,27 @@ class DenseCurvatureFlow {
     double meanNearInterface(const double* values, const double* rates) const {
         const double near = 1.5 * largest_;
         double sum = 0, weights = 0;
-        for (std::size_t i = 0; i < count_; ++i) {
+        forEachPoint([&](std::size_t i) {
             const double weight = near - std::abs(values[i]);
-            if (!(weight > 0)) continue;
+            if (!(weight > 0)) return;
             sum += weight * rates[i];
             weights += weight;
-        }
+        });
         return weights > 0 ? sum / weights : 0;
     }
 
     void restoreDistance() {
-        quorbin::reinitialize(grid_);
+        reinitializePart(grid_, now_);
         if (!options_.keepsSize) return;
         // A distance shifts the size by about the interface's own one.
         constexpr int kShifts = 3;
         for (int i = 0; i < kShifts; ++i) {
-            const double missing = size_ - sizeInside_(grid_);
+            const double missing = size_ - sizeInside_(grid_, now_);
             const double interface = interfaceSize();
             if (!(interface > 0)) return;
             const double shift = std::clamp(missing / interface, -largest_, largest_);
             double* const values = grid_.data();
-            for (std::size_t k = 0; k < count_; ++k) values[k] -= shift;
+            forEachPoint([&](std::size_t k) { values[k] -= shift; });
             restoreSides();
         }
     }
@@ -224,15 +234,17 @@ class DenseCurvatureFlow {
     void rememberSides() {
         isInside_.resize(count_);
         const double* const values = grid_.data();
-        for (std::size_t i = 0; i < count_; ++i) isInside_[i] = values[i] <= 0;
+        forEachPoint([&](std::size_t i) { isInside_[i] = values[i] <= 0; });
     }
 
     /// Values that have changed their side go back to where it begins.
     void restoreSides() {
+        if (isInside_.empty()) return;
         double* const values = grid_.data();
-        for (std::size_t i = 0; i < isInside_.size(); ++i)
+        forEachPoint([&](std::size_t i) {
             values[i] = isInside_[i] ? std::min(values[i], 0.0)
                                      : std::max(values[i], std::numeric_limits<double>::min());
+        });
     }
 
     double interfaceSize() const {
@@ -245,16 +257,23 @@ class DenseCurvatureFlow {
         return cell * static_cast<double>(points) / (2 * near);
     }
 
-    bool goesOn(double time) {
-        constexpr int kParts = 1000;
-        if (!options_.progress) return true;
-        result_.isEnded = !options_.progress(static_cast<int>(kParts * (result_.time / time)), kParts);
-        return !result_.isEnded;
+    void goOn(double time, const Stretch& whole) {
+        const double share = std::min(result_.time / time, 1.0);
+        now_ = whole.part(share, share);
+        now_.tell(0);
+    }
+
+    template <class Visit>
+    void forEachPoint(const Visit& visit) const {
+        inBlocks(count_, now_, [&](std::size_t first, std::size_t last) {
+            for (std::size_t i = first; i < last; ++i) visit(i);
+        });
     }
 
     Grid& grid_;
     const Options& options_;
-    double (*sizeInside_)(const Grid&);
+    SizeInside<Grid> sizeInside_;
+    Stretch now_;  // what is done so far, without extent
     std::array<int, dimensions> sizes_;
     Vector<dimensions> h_;
     double largest_;
@@ -268,7 +287,7 @@ class DenseCurvatureFlow {
 
 template <class Grid>
 quorbin::CurvatureFlowResult flowOnGrid(Grid& grid, double time, const quorbin::CurvatureFlowOptions& options,
-                                        double (*sizeInside)(const Grid&)) {
+                                        SizeInside<Grid> sizeInside) {
     checkCurvatureFlow(time, options);
     return DenseCurvatureFlow<Grid>(grid, options, sizeInside).run(time);
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/vector.h"
+#include "common/watch.h"
 
 namespace lset::detail {
 
@@ -23,16 +24,19 @@ class FactoredDiffusion {
         }
     }
 
-    void solve(double* values) const {
+    void solve(double* values, Stretch stretch) const {
         std::size_t all = 1;
         for (const std::size_t size : sizes_) all *= size;
-        alongRows(values, all / sizes_[0]);
+        alongRows(values, all / sizes_[0], stretch);
         std::size_t stride = sizes_[0];
         for (std::size_t axis = 1; axis < dimensions; ++axis) {
             const std::size_t block = stride * sizes_[axis];
             for (std::size_t start = 0; start < all; start += block)
-                for (std::size_t i = 0; i < stride; i += kBeside)
-                    lines_[axis].solve(values + start + i, stride, std::min(kBeside, stride - i));
+                for (std::size_t i = 0; i < stride; i += kBeside) {
+                    const std::size_t count = std::min(kBeside, stride - i);
+                    lines_[axis].solve(values + start + i, stride, count);
+                    stretch.step(count * sizes_[axis]);
+                }
             stride = block;
         }
     }
@@ -77,7 +81,7 @@ class FactoredDiffusion {
     };
 
     /// Rows lie one after the other in memory: a few of them are brought beside each other.
-    void alongRows(double* values, std::size_t rows) const {
+    void alongRows(double* values, std::size_t rows, Stretch& stretch) const {
         const std::size_t width = sizes_[0];
         if (width < 2) return;
         std::vector<double> beside(width * kRows);
@@ -89,6 +93,7 @@ class FactoredDiffusion {
             lines_[0].solve(beside.data(), kRows, kRows);
             for (std::size_t r = 0; r < count; ++r)
                 for (std::size_t x = 0; x < width; ++x) first[r * width + x] = beside[x * kRows + r];
+            stretch.step(count * width);
         }
     }
 

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <new>
 
+#include "common/watch.h"
+
 namespace lset::detail {
 
 /// What one text for grids of both dimensions must know of them:
@@ -31,9 +33,11 @@ Grid gridOf(const Sizes& sizes, const Spacings& h) {
 
 /// A copy; throws std::bad_alloc.
 template <class Grid>
-Grid copyOf(const Grid& grid) {
+Grid copyOf(const Grid& grid, const Stretch& stretch) {
     Grid copy = gridOf<Grid>(DenseTraits<Grid>::sizes(grid), DenseTraits<Grid>::spacings(grid));
-    std::copy_n(grid.data(), pointCount(grid), copy.data());
+    inBlocks(pointCount(grid), stretch, [&](std::size_t first, std::size_t last) {
+        std::copy(grid.data() + first, grid.data() + last, copy.data() + first);
+    });
     return copy;
 }
 

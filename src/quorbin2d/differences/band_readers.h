@@ -10,6 +10,7 @@ namespace lset::detail {
 
 template <>
 struct BandTraits<FastLevelSet2D> {
+    using Base = LevelSet2D;  // which has the spacings
     static constexpr std::size_t dimensions = 2;
 
     static std::array<double, 2> spacings(const FastLevelSet2D& band) {

@@ -19,5 +19,5 @@ double FullLevelSet2D::estimateDistance(const double* distances, const char* sta
 
 void FullLevelSet2D::ensureSignedDistanceFMM() {
     if (size() > INT_MAX) return;
-    march(Unwatched());
+    march<Unwatched>(Stretch());
 }

@@ -6,7 +6,7 @@ using namespace lset::detail;
 
 bool quorbin::ensureSignedDistanceFMM(FullLevelSet2D& field, const Progress& progress) {
     if (field.size() > INT_MAX) return true;
-    if (progress) return isDoneToTheEnd([&] { field.march(Watch(progress, field.size())); });
+    if (progress) return isDoneToTheEnd(progress, [&](const Stretch& whole) { field.march<Watch>(whole); });
     field.ensureSignedDistanceFMM();
     return true;
 }

@@ -3,5 +3,5 @@
 #include "quorbin2d/differences/band_readers.h"
 
 bool quorbin::reinitialize(FastLevelSet2D& band, const ReinitializeOptions& options) {
-    return lset::detail::reinitializeBand(band, options);
+    return lset::detail::reinitializeBandUnlessEnded(band, options);
 }

@@ -1,9 +1,13 @@
 #include "common/distance/reinitialize_dense.h"
 
+#include "common/distance/reinitialize_part.h"
 #include "quorbin2d/storage/dense_traits.h"
 
 bool quorbin::reinitialize(FullLevelSet2D& field, const ReinitializeOptions& options) {
-    using Traits = lset::detail::DenseTraits<FullLevelSet2D>;
-    return lset::detail::reinitializeDense<2>(field.data(), Traits::sizes(field), Traits::spacings(field),
-                                              options);
+    return lset::detail::reinitializeUnlessEnded(field, options.progress);
+}
+
+void lset::detail::reinitializePart(FullLevelSet2D& grid, const Stretch& stretch, OldValues old) {
+    NothingKept before;
+    reinitializeDense(grid, old, stretch, before);
 }

@@ -9,15 +9,27 @@ using namespace lset::detail;
 
 namespace quorbin {
 
-std::vector<Sample2D> sample(const FullLevelSet2D& field, const std::vector<brin::Vec2<double>>& points) {
+using Points = std::vector<brin::Vec2<double>>;
+using Samples = std::vector<Sample2D>;
+
+std::optional<Samples> sample(const FullLevelSet2D& field, const Points& points, const Progress& progress) {
     using Traits = DenseTraits<FullLevelSet2D>;
     const DenseSource<2> source(field.data(), Traits::sizes(field));
-    return samplesAt<Sample2D, 2>(source, Traits::spacings(field), points);
+    return unlessEnded(progress, [&](const Stretch& whole) {
+        return samplesAt<Sample2D, 2>(source, Traits::spacings(field), points, whole);
+    });
 }
 
-std::vector<Sample2D> sample(const FastLevelSet2D& band, const std::vector<brin::Vec2<double>>& points) {
+std::optional<Samples> sample(const FastLevelSet2D& band, const Points& points, const Progress& progress) {
     const BandSource<2> source(band.points());
-    return samplesAt<Sample2D, 2>(source, BandTraits<FastLevelSet2D>::spacings(band), points);
+    return unlessEnded(progress, [&](const Stretch& whole) {
+        return samplesAt<Sample2D, 2>(source, BandTraits<FastLevelSet2D>::spacings(band), points, whole);
+    });
 }
+
+Samples sample(const FullLevelSet2D& field, const Points& points) {
+    return *sample(field, points, Progress());
+}
+Samples sample(const FastLevelSet2D& band, const Points& points) { return *sample(band, points, Progress()); }
 
 }  // namespace quorbin

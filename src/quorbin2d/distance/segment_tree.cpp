@@ -4,7 +4,11 @@
 
 namespace lset::detail {
 
-SegmentTree::SegmentTree(const std::vector<Point>& points, const std::vector<std::pair<int, int>>& segments) {
+SegmentTree::SegmentTree(const std::vector<Point>& points, const std::vector<std::pair<int, int>>& segments,
+                         Stretch stretch) {
+    std::size_t levels = 1;
+    while (segments.size() >> levels != 0) ++levels;
+    stretch.expect(segments.size() * levels);
     std::vector<Item> items;
     items.reserve(segments.size());
     for (const auto& [start, end] : segments) {
@@ -12,12 +16,13 @@ SegmentTree::SegmentTree(const std::vector<Point>& points, const std::vector<std
         items.push_back(
             {{std::min(a.x, b.x), std::min(a.y, b.y)}, {std::max(a.x, b.x), std::max(a.y, b.y)}, {a, b}});
     }
-    if (!items.empty()) build(items, 0, items.size());
+    if (!items.empty()) build(items, 0, items.size(), stretch);
     segments_.reserve(items.size());
     for (const Item& item : items) segments_.push_back(item.segment);
 }
 
-void SegmentTree::build(std::vector<Item>& items, std::size_t first, std::size_t last) {
+void SegmentTree::build(std::vector<Item>& items, std::size_t first, std::size_t last, Stretch& stretch) {
+    stretch.step(last - first);
     Box box{items[first].low, items[first].high, first, last, 0};
     for (std::size_t i = first; i < last; ++i) {
         box.low = {std::min(box.low.x, items[i].low.x), std::min(box.low.y, items[i].low.y)};
@@ -33,8 +38,8 @@ void SegmentTree::build(std::vector<Item>& items, std::size_t first, std::size_t
             begin + static_cast<std::ptrdiff_t>(first), begin + static_cast<std::ptrdiff_t>(middle),
             begin + static_cast<std::ptrdiff_t>(last),
             [byX](const Item& a, const Item& b) { return byX ? a.low.x < b.low.x : a.low.y < b.low.y; });
-        build(items, first, middle);
-        build(items, middle, last);
+        build(items, first, middle, stretch);
+        build(items, middle, last, stretch);
     }
     boxes_[node].next = boxes_.size();
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "brin/vec.h"
+#include "common/watch.h"
 #include "quorbin2d/extraction/segment_distance.h"
 
 namespace lset::detail {
@@ -16,7 +17,8 @@ class SegmentTree {
  public:
     using Point = brin::Vec2<double>;
 
-    SegmentTree(const std::vector<Point>& points, const std::vector<std::pair<int, int>>& segments);
+    SegmentTree(const std::vector<Point>& points, const std::vector<std::pair<int, int>>& segments,
+                Stretch stretch);
 
     /// The smallest of bound and the squared distances from p. nearest is tried first and then set to the
     /// segment found, so that a neighbouring point begins with a good guess; 0 to begin with.
@@ -35,7 +37,7 @@ class SegmentTree {
         MeasuredSegment segment;
     };
 
-    void build(std::vector<Item>& items, std::size_t first, std::size_t last);
+    void build(std::vector<Item>& items, std::size_t first, std::size_t last, Stretch& stretch);
 
     std::vector<MeasuredSegment> segments_;
     std::vector<Box> boxes_;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -13,11 +14,11 @@ namespace {
 /// For each grid point the nearest segment known so far and the squared distance to it.
 class NearestSegments {
  public:
-    NearestSegments(int width, int height)
+    NearestSegments(int width, int height, const Stretch& stretch)
         : width_(width),
           height_(height),
-          squared_(points(), 2.0 * static_cast<double>(points())),
-          nearest_(points(), kNone) {}
+          squared_(filled(points(), 2.0 * static_cast<double>(points()), stretch.part(0, 0.7))),
+          nearest_(filled(points(), int{kNone}, stretch.part(0.7, 1))) {}
 
     /// Adds the segments of a cell and measures its corners against each.
     template <class Reader>
@@ -51,7 +52,7 @@ class NearestSegments {
         }
     }
 
-    const std::vector<double>& squared() const { return squared_; }
+    std::vector<double>& squared() { return squared_; }
 
  private:
     static constexpr int kNone = -1;
@@ -81,40 +82,42 @@ class NearestSegments {
 };
 
 void addCells(FullLevelSet2D& grid, const VirtualReader2D& field, int width, int height,
-              NearestSegments& found) {
+              NearestSegments& found, const Stretch& stretch) {
     forEachCellRead(
         width, height, [&](int x, int y) { return grid(x, y); },
-        [&](int x, int y, int cell) { found.addCell(field, x, y, cell); }, [](int, int) {});
+        [&](int x, int y, int cell) { found.addCell(field, x, y, cell); },
+        [&](int done, int all) { stretch.tell(static_cast<double>(done) / all); });
 }
 
-void addCells(FullLevelSet2D&, const DenseReader2D& field, int width, int height, NearestSegments& found) {
+void addCells(FullLevelSet2D&, const DenseReader2D& field, int width, int height, NearestSegments& found,
+              const Stretch& stretch) {
     forEachCrossedCell(
         field, width, height, [&](int x, int y, int cell) { found.addCell(field, x, y, cell); },
-        [](int, int) {});
+        [&](int done, int all) { stretch.tell(static_cast<double>(done) / all); });
 }
 
 }  // namespace
 
 bool FullLevelSet2D::measureBySweeps(const quorbin::Progress& progress) {
-    NearestSegments found(width_, height_);
-    withReader(*this, [&](const auto& field) { addCells(*this, field, width_, height_, found); });
-    // Finding the segments takes a moment beside the sweeps, each of which goes over all rows twice.
-    constexpr double kSweeps = 2;
-    const Watch watch(progress, 0);
-    double rows = 0;
-    const auto endRow = [&] {
-        constexpr int kParts = 1 << 20;
-        watch.tell(static_cast<int>(++rows / (2 * kSweeps * height_) * kParts), kParts);
-    };
-    if (!isDoneToTheEnd([&] {
-            for (int sweep = 0; sweep < kSweeps; ++sweep) found.sweep(endRow);
-        }))
-        return false;
-    const double furthest = static_cast<double>(size());
-    for (std::size_t i = 0; i < size(); ++i)
-        if (found.squared()[i] <= furthest)
-            values_[i] = (values_[i] > 0 ? 1.0 : -1.0) * std::sqrt(found.squared()[i]);
-    return true;
+    return isDoneToTheEnd(progress, [&](const Stretch& whole) {
+        NearestSegments found(width_, height_, whole.part(0, 0.05));
+        withReader(*this, [&](const auto& field) {
+            addCells(*this, field, width_, height_, found, whole.part(0.05, 0.1));
+        });
+        constexpr int kSweeps = 2;
+        Stretch sweeping = whole.part(0.1, 0.9);
+        sweeping.expect(std::size_t{2 * kSweeps} * static_cast<std::size_t>(height_));
+        for (int sweep = 0; sweep < kSweeps; ++sweep) found.sweep([&] { sweeping.tellStep(); });
+        // What was squared becomes the new value, and only then all values are replaced.
+        std::vector<double>& result = found.squared();
+        const double furthest = static_cast<double>(size());
+        inBlocks(size(), whole.part(0.9, 1), [&](std::size_t first, std::size_t last) {
+            for (std::size_t i = first; i < last; ++i)
+                result[i] =
+                    result[i] <= furthest ? (values_[i] > 0 ? 1.0 : -1.0) * std::sqrt(result[i]) : values_[i];
+        });
+        std::copy(result.begin(), result.end(), values_.get());
+    });
 }
 
 void FullLevelSet2D::ensureSignedDistance() { measureBySweeps({}); }

@@ -21,22 +21,22 @@ class Outlines {
     using WeightedPoints = std::vector<WeightedPoint<2>>;
 
     template <class LevelSet>
-    static double contentOf(const LevelSet& levelSet) {
+    static double contentOf(const LevelSet& levelSet, const Stretch& stretch) {
         double sum = 0;
-        for (const Polygon& region : contours(levelSet)) sum += area(region);
+        for (const Polygon& region : toTheEnd(contours(levelSet, stretch.function()))) sum += area(region);
         return sum;
     }
 
-    static WeightedPoints pointsOf(const FullLevelSet2D& field) {
-        const OpenContours open = openContours(field);
+    static WeightedPoints pointsOf(const FullLevelSet2D& field, const Stretch& stretch) {
+        const OpenContours open = toTheEnd(openContours(field, stretch.function()));
         WeightedPoints points;
         addRegions(open.regions, points);
         for (const Ring& line : open.lines) add(line, false, points);
         return points;
     }
-    static WeightedPoints pointsOf(const FastLevelSet2D& band) {
+    static WeightedPoints pointsOf(const FastLevelSet2D& band, const Stretch& stretch) {
         WeightedPoints points;
-        addRegions(contours(band), points);
+        addRegions(toTheEnd(contours(band, stretch.function())), points);
         return points;
     }
 
@@ -63,7 +63,15 @@ class Outlines {
 
 }  // namespace
 
-Comparison compare(const FullLevelSet2D& a, const FullLevelSet2D& b) { return compareGrids<Outlines>(a, b); }
-Comparison compare(const FastLevelSet2D& a, const FastLevelSet2D& b) { return compareBands<Outlines>(a, b); }
+std::optional<Comparison> compare(const FullLevelSet2D& a, const FullLevelSet2D& b,
+                                  const Progress& progress) {
+    return unlessEnded(progress, [&](const Stretch& whole) { return compareGrids<Outlines>(a, b, whole); });
+}
+std::optional<Comparison> compare(const FastLevelSet2D& a, const FastLevelSet2D& b,
+                                  const Progress& progress) {
+    return unlessEnded(progress, [&](const Stretch& whole) { return compareBands<Outlines>(a, b, whole); });
+}
+Comparison compare(const FullLevelSet2D& a, const FullLevelSet2D& b) { return *compare(a, b, Progress()); }
+Comparison compare(const FastLevelSet2D& a, const FastLevelSet2D& b) { return *compare(a, b, Progress()); }
 
 }  // namespace quorbin

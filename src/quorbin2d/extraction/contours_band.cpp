@@ -3,6 +3,7 @@
 #include <tuple>
 #include <vector>
 
+#include "common/watch.h"
 #include "quorbin2d/contours.h"
 #include "quorbin2d/extraction/band_cells.h"
 #include "quorbin2d/extraction/band_points.h"
@@ -23,12 +24,15 @@ struct PlacedCrossing {
 };
 
 template <class Reader>
-RingTrace trace(Reader& band) {
+RingTrace trace(Reader& band, const Stretch& stretch) {
     RingTrace trace;
+    Stretch rest = stretch.part(0, 0.8);
+    rest.expect(band.entries().size());
     PointsByEdge shared;
     std::vector<PlacedCrossing> placed;
     forEachWholeCell<CornerOrder::kRightAboveDiagonal>(
         band, [&](const PointAnd<double>& lowerLeft, const auto& corners, const double(&values)[4]) {
+            rest.step();
             bool isOutside[4];
             for (int k = 0; k < 4; ++k) isOutside[k] = !(values[k] <= 0);
             const auto corner = [&](int k) {
@@ -55,20 +59,30 @@ RingTrace trace(Reader& band) {
                                trace.segments.emplace_back(start, end);
                            });
         });
-    std::sort(placed.begin(), placed.end(), [](const PlacedCrossing& a, const PlacedCrossing& b) {
+    const auto before = [](const PlacedCrossing& a, const PlacedCrossing& b) {
         return std::tie(a.crossing.row, a.column) < std::tie(b.crossing.row, b.column);
-    });
+    };
+    sortWatched(placed, before, stretch.part(0.8, 1));
     for (const PlacedCrossing& p : placed) trace.rowCrossings.push_back(p.crossing);
     return trace;
 }
 
 }  // namespace
 
+std::optional<std::vector<quorbin::Polygon>> quorbin::contours(const FastLevelSet2D& band,
+                                                               const Progress& progress) {
+    return unlessEnded(progress, [&](const Stretch& whole) {
+        auto& notWritten = const_cast<FastLevelSet2D&>(band);  // readers can write, this does not
+        BandWorkspace<2> work;
+        RingTrace traced = withBandReader(
+            notWritten, work, [&](auto& reader, auto&) { return trace(reader, whole.part(0.2, 0.6)); },
+            whole.part(0, 0.2));
+        const double hx = band.getXSpace();
+        const double hy = band.getYSpace();
+        return nestedRings(traced, hx, hy, whole.part(0.6, 1));
+    });
+}
+
 std::vector<quorbin::Polygon> quorbin::contours(const FastLevelSet2D& band) {
-    auto& notWritten = const_cast<FastLevelSet2D&>(band);  // readers can write, this does not
-    BandWorkspace<2> work;
-    RingTrace traced = withBandReader(notWritten, work, [](auto& reader, auto&) { return trace(reader); });
-    const double hx = band.getXSpace();
-    const double hy = band.getYSpace();
-    return nestedRings(traced, hx, hy);
+    return *contours(band, Progress());
 }

@@ -135,7 +135,7 @@ class LabelRows {
 /// cells alone. Each row is asked for once, in order.
 template <class Meetings>
 void trace(const quorbin::FieldRows& rows, Border border, Meetings meetings, RingSweep& sweep,
-           const Watch& watch) {
+           Stretch stretch) {
     const Size size{rows.width, rows.height};
     const int around = border == Border::kClosed ? 1 : 0;
     const int firstX = -around, lastX = size.width - 2 + around;
@@ -146,6 +146,7 @@ void trace(const quorbin::FieldRows& rows, Border border, Meetings meetings, Rin
         meetings.readNext(y);
     };
     readInto(lower, firstY);
+    stretch.expect(static_cast<std::size_t>(lastY - firstY + 1));
     SharedPoints shared(size.width + 2);
     for (int y = firstY; y <= lastY; ++y) {
         readInto(upper, y + 1);
@@ -186,15 +187,15 @@ void trace(const quorbin::FieldRows& rows, Border border, Meetings meetings, Rin
         sweep.endRow();
         shared.nextRow();
         lower.swap(upper);
-        watch.tell(y - firstY + 1, lastY - firstY + 1);
+        stretch.tellStep();
     }
 }
 
-void traceAll(const quorbin::FieldRows& rows, Border border, RingSweep& sweep, const Watch& watch) {
+void traceAll(const quorbin::FieldRows& rows, Border border, RingSweep& sweep, const Stretch& stretch) {
     if (rows.readLabels)
-        trace(rows, border, LabelRows(rows), sweep, watch);
+        trace(rows, border, LabelRows(rows), sweep, stretch);
     else
-        trace(rows, border, NoLabels(), sweep, watch);
+        trace(rows, border, NoLabels(), sweep, stretch);
 }
 
 /// The rows of a grid, point by point: a subclass may have a say. Its size is read once, as it may change its
@@ -221,17 +222,20 @@ quorbin::FieldRows withLabels(quorbin::FieldRows rows, const std::vector<double>
     return rows;
 }
 
-std::vector<quorbin::Polygon> allContours(const quorbin::FieldRows& rows) {
+std::optional<std::vector<quorbin::Polygon>> allContours(const quorbin::FieldRows& rows,
+                                                         const quorbin::Progress& progress) {
     std::vector<quorbin::Polygon> found;
-    quorbin::contours(rows, [&](quorbin::Polygon&& region) { found.push_back(std::move(region)); });
+    const auto take = [&](quorbin::Polygon&& region) { found.push_back(std::move(region)); };
+    if (!quorbin::contours(rows, take, progress)) return std::nullopt;
     return found;
 }
 
-quorbin::OpenContours allOpenContours(const quorbin::FieldRows& rows) {
+std::optional<quorbin::OpenContours> allOpenContours(const quorbin::FieldRows& rows,
+                                                     const quorbin::Progress& progress) {
     quorbin::OpenContours found;
-    quorbin::openContours(
-        rows, [&](quorbin::Polygon&& region) { found.regions.push_back(std::move(region)); },
-        [&](quorbin::Ring&& line) { found.lines.push_back(std::move(line)); });
+    const auto takeRegion = [&](quorbin::Polygon&& region) { found.regions.push_back(std::move(region)); };
+    const auto takeLine = [&](quorbin::Ring&& line) { found.lines.push_back(std::move(line)); };
+    if (!quorbin::openContours(rows, takeRegion, takeLine, progress)) return std::nullopt;
     return found;
 }
 
@@ -239,39 +243,51 @@ quorbin::OpenContours allOpenContours(const quorbin::FieldRows& rows) {
 
 namespace quorbin {
 
-std::vector<Polygon> contours(const FullLevelSet2D& field) {
-    return withReader(field, [](const auto& reader) { return allContours(rowsOf(reader)); });
+std::optional<std::vector<Polygon>> contours(const FullLevelSet2D& field, const Progress& progress) {
+    return withReader(field, [&](const auto& reader) { return allContours(rowsOf(reader), progress); });
 }
 
-OpenContours openContours(const FullLevelSet2D& field) {
-    return withReader(field, [](const auto& reader) { return allOpenContours(rowsOf(reader)); });
+std::optional<OpenContours> openContours(const FullLevelSet2D& field, const Progress& progress) {
+    return withReader(field, [&](const auto& reader) { return allOpenContours(rowsOf(reader), progress); });
 }
 
-std::vector<Polygon> contours(const FullLevelSet2D& field, const std::vector<double>& labels) {
-    return withReader(field,
-                      [&](const auto& reader) { return allContours(withLabels(rowsOf(reader), labels)); });
-}
-
-OpenContours openContours(const FullLevelSet2D& field, const std::vector<double>& labels) {
+std::optional<std::vector<Polygon>> contours(const FullLevelSet2D& field, const std::vector<double>& labels,
+                                             const Progress& progress) {
     return withReader(
-        field, [&](const auto& reader) { return allOpenContours(withLabels(rowsOf(reader), labels)); });
+        field, [&](const auto& reader) { return allContours(withLabels(rowsOf(reader), labels), progress); });
+}
+
+std::optional<OpenContours> openContours(const FullLevelSet2D& field, const std::vector<double>& labels,
+                                         const Progress& progress) {
+    return withReader(field, [&](const auto& reader) {
+        return allOpenContours(withLabels(rowsOf(reader), labels), progress);
+    });
+}
+
+std::vector<Polygon> contours(const FullLevelSet2D& field) { return *contours(field, Progress()); }
+OpenContours openContours(const FullLevelSet2D& field) { return *openContours(field, Progress()); }
+std::vector<Polygon> contours(const FullLevelSet2D& field, const std::vector<double>& labels) {
+    return *contours(field, labels, Progress());
+}
+OpenContours openContours(const FullLevelSet2D& field, const std::vector<double>& labels) {
+    return *openContours(field, labels, Progress());
 }
 
 bool contours(const FieldRows& rows, const std::function<void(Polygon&&)>& take, const Progress& progress) {
     if (rows.width < 1 || rows.height < 1) return true;
-    return isDoneToTheEnd([&] {
+    return isDoneToTheEnd(progress, [&](const Stretch& whole) {
         RingSweep sweep(rows.xSpace, rows.ySpace, true, take);
-        traceAll(rows, Border::kClosed, sweep, Watch(progress, 0));
+        traceAll(rows, Border::kClosed, sweep, whole);
     });
 }
 
 bool openContours(const FieldRows& rows, const std::function<void(Polygon&&)>& takeRegion,
                   const std::function<void(Ring&&)>& takeLine, const Progress& progress) {
     if (rows.width < 2 || rows.height < 2) return true;
-    return isDoneToTheEnd([&] {
+    return isDoneToTheEnd(progress, [&](const Stretch& whole) {
         RingSweep sweep(rows.xSpace, rows.ySpace, false, takeRegion);
-        traceAll(rows, Border::kOpen, sweep, Watch(progress, 0));
-        sweep.finish(takeLine);
+        traceAll(rows, Border::kOpen, sweep, whole.part(0, 0.9));
+        sweep.finish(takeLine, whole.part(0.9, 1));
     });
 }
 

@@ -5,12 +5,14 @@
 #include <limits>
 #include <vector>
 
+#include "common/watch.h"
 #include "quorbin2d/contours.h"
 
 namespace quorbin {
 
 namespace {
 
+using lset::detail::Stretch;
 using Point = brin::Vec2<double>;
 
 /// Sums over rings. Places are from one point of them, so that small figures far out lose no digits.
@@ -50,21 +52,39 @@ class RingSums {
     double area_ = 0, length_ = 0;
 };
 
-Figures2D figuresOf(const std::vector<Polygon>& regions) {
+Figures2D figuresOf(const std::vector<Polygon>& regions, Stretch stretch) {
     constexpr double kWholeTurn = 6.283185307179586;
     RingSums sums;
     double turns = 0;
+    const auto add = [&](const Ring& ring) {
+        sums.add(ring);
+        stretch.step(ring.size());
+    };
     for (const Polygon& region : regions) {
-        sums.add(region.outline);
-        for (const Ring& hole : region.holes) sums.add(hole);
+        add(region.outline);
+        for (const Ring& hole : region.holes) add(hole);
         turns += (region.outline.empty() ? 0.0 : 1.0) - static_cast<double>(region.holes.size());
     }
     return sums.figures(turns * kWholeTurn);
 }
 
+template <class LevelSet>
+std::optional<Figures2D> measured(const LevelSet& levelSet, const Progress& progress) {
+    return lset::detail::unlessEnded(progress, [&](const Stretch& whole) {
+        return figuresOf(lset::detail::toTheEnd(contours(levelSet, whole.part(0, 0.9).function())),
+                         whole.part(0.9, 0.9));
+    });
+}
+
 }  // namespace
 
-Figures2D measure(const FullLevelSet2D& field) { return figuresOf(contours(field)); }
-Figures2D measure(const FastLevelSet2D& band) { return figuresOf(contours(band)); }
+std::optional<Figures2D> measure(const FullLevelSet2D& field, const Progress& progress) {
+    return measured(field, progress);
+}
+std::optional<Figures2D> measure(const FastLevelSet2D& band, const Progress& progress) {
+    return measured(band, progress);
+}
+Figures2D measure(const FullLevelSet2D& field) { return *measure(field, Progress()); }
+Figures2D measure(const FastLevelSet2D& band) { return *measure(band, Progress()); }
 
 }  // namespace quorbin

@@ -61,7 +61,7 @@ quorbin::Ring ringOfPoints(const std::vector<brin::Vec2<double>>& points, const 
 
 }  // namespace
 
-std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, double ySpace) {
+std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, double ySpace, Stretch stretch) {
     const std::vector<std::vector<int>> chains = getPolygons(trace.points, trace.segments);
     std::vector<std::size_t> ringOf(trace.points.size(), kNone);
     for (std::size_t ring = 0; ring < chains.size(); ++ring)
@@ -69,7 +69,9 @@ std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, doubl
     const Nesting nesting = nest(trace, ringOf, chains.size());
 
     std::vector<quorbin::Polygon> polygons(nesting.regionCount);
+    stretch.expect(trace.points.size());
     for (std::size_t i = 0; i < chains.size(); ++i) {
+        stretch.step(chains[i].size());
         if (quorbin::area(trace.points, chains[i]) == 0) continue;
         quorbin::Ring ring = ringOfPoints(trace.points, chains[i], xSpace, ySpace);
         quorbin::Polygon& polygon = polygons[nesting.region[i]];

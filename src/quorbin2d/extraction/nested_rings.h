@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/watch.h"
 #include "quorbin2d/contours.h"
 
 namespace lset::detail {
@@ -25,6 +26,6 @@ struct RingTrace {
 /// Chains the segments to rings, gives each hole to the region around it, and scales the points by the
 /// spacings. Which ring is a hole, and of what, follows from the order of the crossings alone, so that
 /// samples of exactly 0, where rings touch, do no harm. Linear.
-std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, double ySpace);
+std::vector<quorbin::Polygon> nestedRings(RingTrace& trace, double xSpace, double ySpace, Stretch stretch);
 
 }  // namespace lset::detail

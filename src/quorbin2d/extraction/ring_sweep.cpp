@@ -179,17 +179,23 @@ void RingSweep::handOn(Region& whole) {
     if (!polygon.outline.empty() || !polygon.holes.empty()) takeRegion_(std::move(polygon));
 }
 
-void RingSweep::finish(const TakeLine& takeLine) {
+void RingSweep::finish(const TakeLine& takeLine, Stretch stretch) {
     if (isClosed_) return;  // the last row has closed all
     std::vector<Region*> whole;
     for (Region& found : regions_)
         if (!found.rings.empty()) whole.push_back(&found);
     std::sort(whole.begin(), whole.end(),
               [](const Region* a, const Region* b) { return a->firstCrossing < b->firstCrossing; });
-    for (Region* found : whole) handOn(*found);
+    constexpr std::size_t kStepsOfARing = 16;
+    stretch.expect(kStepsOfARing * (whole.size() + endsOfLines_.size()));
+    for (Region* found : whole) {
+        handOn(*found);
+        stretch.step(kStepsOfARing);
+    }
 
     for (const int first : endsOfLines_) {
         const Chain& line = chain(node(first).chain);
+        stretch.step(kStepsOfARing);
         if (line.head != first) continue;
         ScaledLine scaled(xSpace_, ySpace_, line.points);
         for (int i = first; i != kNone; i = node(i).next) scaled.add(node(i).at);

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "common/watch.h"
 #include "quorbin2d/contours.h"
 
 namespace lset::detail {
@@ -36,7 +37,7 @@ class RingSweep {
     void endRow();
 
     /// Hands on what is left, and lines in the order of their first points.
-    void finish(const TakeLine& takeLine);
+    void finish(const TakeLine& takeLine, Stretch stretch);
 
  private:
     static constexpr int kNone = -1, kAtEndOfLine = -2;  // chains of a point that is in none yet

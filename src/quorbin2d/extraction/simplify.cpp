@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/watch.h"
 #include "quorbin2d/contours.h"
 
 namespace quorbin {
@@ -50,21 +51,35 @@ std::pair<double, double> extentInRow(const Point (&corners)[3], double y0, doub
 /// The points of all rings, each of which knows the ones before and after it that are still there.
 class Simplification {
  public:
-    Simplification(std::vector<Polygon>& polygons, double tolerance)
-        : squaredTolerance_(tolerance * tolerance) {
+    Simplification(std::vector<Polygon>& polygons, double tolerance, const lset::detail::Stretch& stretch)
+        : squaredTolerance_(tolerance * tolerance), rest_(stretch.part(0.1, 1)) {
+        lset::detail::Stretch gathering = stretch.part(0, 0.1);
+        std::size_t points = 0;
+        for (const Polygon& polygon : polygons) {
+            points += polygon.outline.size();
+            for (const Ring& hole : polygon.holes) points += hole.size();
+        }
+        gathering.expect((2 + kStepsOfACell) * points);
+        rest_.expect(3 * kStepsOfAProposal * points);
+        vertices_.reserve(points);
         for (Polygon& polygon : polygons) {
+            gathering.step(polygon.outline.size());
             add(polygon.outline);
             for (Ring& hole : polygon.holes) add(hole);
         }
         // As large as the distance of neighbours is on average, and so that the numbers of cells stay whole.
         double length = 0, reach = 0;
         for (const Vertex& v : vertices_) {
+            gathering.step();
             length += std::hypot(v.at.x - vertices_[v.after].at.x, v.at.y - vertices_[v.after].at.y);
             reach = std::max({reach, std::abs(v.at.x), std::abs(v.at.y)});
         }
         if (vertices_.empty()) return;
         cell_ = std::max({tolerance, length / static_cast<double>(vertices_.size()), reach / 1e9});
-        for (std::size_t i = 0; i < vertices_.size(); ++i) cells_[cellOf(vertices_[i].at)].push_back(i);
+        for (std::size_t i = 0; i < vertices_.size(); ++i) {
+            cells_[cellOf(vertices_[i].at)].push_back(i);
+            gathering.step(kStepsOfACell);
+        }
     }
 
     void run() {
@@ -72,6 +87,7 @@ class Simplification {
         while (!proposals_.empty()) {
             const Proposal proposal = proposals_.top();
             proposals_.pop();
+            rest_.step(kStepsOfAProposal);
             const std::size_t i = proposal.vertex;
             Vertex& v = vertices_[i];
             if (v.isGone || proposal.version != v.version || !canGo(i)) continue;
@@ -83,6 +99,7 @@ class Simplification {
             propose(v.after);
         }
         for (const RingOfAll& ring : rings_) {
+            rest_.step(ring.size);
             Ring left;
             for (std::size_t i = ring.first; i < ring.first + ring.size; ++i)
                 if (!vertices_[i].isGone) left.push_back(vertices_[i].at);
@@ -91,6 +108,8 @@ class Simplification {
     }
 
  private:
+    static constexpr std::size_t kStepsOfACell = 16, kStepsOfAProposal = 16;
+
     struct Vertex {
         Point at;
         std::size_t before, after, ring;
@@ -128,21 +147,24 @@ class Simplification {
         ++v.version;
         const double area = std::abs(twiceArea(vertices_[v.before].at, v.at, vertices_[v.after].at));
         proposals_.push({area, i, v.version});
+        rest_.step(kStepsOfAProposal);
     }
 
-    bool canGo(std::size_t i) const {
+    bool canGo(std::size_t i) {
         const Vertex& v = vertices_[i];
         return rings_[v.ring].count > 4 && keepsTolerance(i) && !hasOthersInTriangle(i);
     }
 
     /// All that has been left out between the neighbours stays near the line between them.
-    bool keepsTolerance(std::size_t i) const {
+    bool keepsTolerance(std::size_t i) {
         const Vertex& v = vertices_[i];
         const Point &a = vertices_[v.before].at, &b = vertices_[v.after].at;
         const RingOfAll& ring = rings_[v.ring];
         const auto next = [&](std::size_t k) { return ring.first + (k + 1 - ring.first) % ring.size; };
-        for (std::size_t k = next(v.before); k != v.after; k = next(k))
+        for (std::size_t k = next(v.before); k != v.after; k = next(k)) {
+            rest_.step();
             if (squaredDistanceToSegment(vertices_[k].at, a, b) > squaredTolerance_) return false;
+        }
         return true;
     }
 
@@ -172,6 +194,7 @@ class Simplification {
     }
 
     double squaredTolerance_;
+    lset::detail::Stretch rest_;
     double cell_ = 1;
     std::vector<Vertex> vertices_;
     std::vector<RingOfAll> rings_;
@@ -181,11 +204,18 @@ class Simplification {
 
 }  // namespace
 
-std::vector<Polygon> simplified(std::vector<Polygon> polygons, double tolerance) {
+std::optional<std::vector<Polygon>> simplified(std::vector<Polygon> polygons, double tolerance,
+                                               const Progress& progress) {
     if (!(tolerance >= 0) || std::isinf(tolerance))
         throw std::invalid_argument("the tolerance of a simplification must be a number from 0");
-    if (tolerance > 0) Simplification(polygons, tolerance).run();
-    return polygons;
+    return lset::detail::unlessEnded(progress, [&](const lset::detail::Stretch& whole) {
+        if (tolerance > 0) Simplification(polygons, tolerance, whole).run();
+        return std::move(polygons);
+    });
+}
+
+std::vector<Polygon> simplified(std::vector<Polygon> polygons, double tolerance) {
+    return *simplified(std::move(polygons), tolerance, Progress());
 }
 
 }  // namespace quorbin

@@ -4,9 +4,11 @@
 
 namespace {
 
-double areaInside(const FullLevelSet2D& grid) {
+double areaInside(const FullLevelSet2D& grid, const lset::detail::Stretch& stretch) {
     double sum = 0;
-    for (const quorbin::Polygon& polygon : quorbin::contours(grid)) sum += quorbin::area(polygon);
+    for (const quorbin::Polygon& polygon :
+         lset::detail::toTheEnd(quorbin::contours(grid, stretch.function())))
+        sum += quorbin::area(polygon);
     return sum;
 }
 

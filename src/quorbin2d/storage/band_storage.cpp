@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "band/storage/table_of.h"
 #include "band/storage/workspace.h"
 
 namespace {
@@ -56,3 +57,15 @@ double& FastLevelSet2D::operator()(int x, int y) { return values_(x, y); }
 bool FastLevelSet2D::have(int x, int y) const { return values_.find(x, y) != nullptr; }
 
 int FastLevelSet2D::size() const { return values_.size(); }
+
+void FastLevelSet2D::makeOf(const std::vector<PointAnd<double>>& points, double xSpace, double ySpace) {
+    values_ = lset::detail::tableOf<2>(points);
+    xSpace_ = xSpace;
+    ySpace_ = ySpace;
+}
+
+FastLevelSet2D quorbin::bandOf(const std::vector<PointAnd<double>>& points, double xSpace, double ySpace) {
+    FastLevelSet2D band;
+    band.makeOf(points, xSpace, ySpace);
+    return band;
+}

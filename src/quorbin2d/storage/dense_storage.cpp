@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <cstddef>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "common/storage/huge_pages.h"
@@ -22,6 +24,11 @@ bool FullLevelSet2D::adopt(int width, int height, double xSpace, double ySpace) 
     Array values = allocate(width, height);
     Array scratch = allocate(width, height);
     if (!values || !scratch) return false;
+    take(std::move(values), std::move(scratch), width, height, xSpace, ySpace);
+    return true;
+}
+
+void FullLevelSet2D::take(Array values, Array scratch, int width, int height, double xSpace, double ySpace) {
     width_ = width;
     height_ = height;
     xSpace_ = xSpace;
@@ -29,7 +36,6 @@ bool FullLevelSet2D::adopt(int width, int height, double xSpace, double ySpace) 
     values_ = std::move(values);
     scratch_ = std::move(scratch);
     ++generation_;
-    return true;
 }
 
 FullLevelSet2D::~FullLevelSet2D() { FullLevelSet2D::release(); }
@@ -103,3 +109,21 @@ double FullLevelSet2D::bilinear(double x, double y) const {
     const double f01 = get(ix, iy1);
     return ((1 - fx) * (1 - fy)) * f00 + (fx * (1 - fy)) * f10 + (fx * fy) * f11 + (fy * (1 - fx)) * f01;
 }
+
+namespace quorbin {
+
+FullLevelSet2D gridOver(double* values, int width, int height, double xSpace, double ySpace) {
+    if (std::min(width, height) < 0) throw std::invalid_argument("gridOver: a size is negative");
+    FullLevelSet2D grid;
+    FullLevelSet2D::Array scratch = FullLevelSet2D::allocate(width, height);
+    if (!scratch) throw std::bad_alloc();
+    grid.take(FullLevelSet2D::Array(values, {true}), std::move(scratch), width, height, xSpace, ySpace);
+    return grid;
+}
+
+const FullLevelSet2D gridOver(const double* values, int width, int height, double xSpace, double ySpace) {
+    // The grid is const from here on, so that nothing writes to them.
+    return gridOver(const_cast<double*>(values), width, height, xSpace, ySpace);
+}
+
+}  // namespace quorbin

@@ -10,6 +10,7 @@ namespace lset::detail {
 
 template <>
 struct BandTraits<FastLevelSet3D> {
+    using Base = LevelSet3D;  // which has the spacings
     static constexpr std::size_t dimensions = 3;
 
     static std::array<double, 3> spacings(const FastLevelSet3D& band) {

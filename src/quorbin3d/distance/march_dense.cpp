@@ -20,5 +20,5 @@ double FullLevelSet3D::estimateDistance(const double* distances, const char* sta
 
 void FullLevelSet3D::ensureSignedDistanceFMM() {
     if (size() == 0 || size() > INT_MAX) return;
-    march(Unwatched());
+    march<Unwatched>(Stretch());
 }

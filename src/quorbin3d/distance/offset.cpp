@@ -9,21 +9,52 @@ using namespace lset::detail;
 
 namespace quorbin {
 
-FullLevelSet3D offset(const FullLevelSet3D& field, double distance) { return offsetGrid(field, distance); }
-FastLevelSet3D offset(const FastLevelSet3D& band, double distance) { return offsetBand(band, distance); }
+namespace {
 
+/// Moved by a distance and back again.
+template <class LevelSet>
+std::optional<LevelSet> movedThereAndBack(const LevelSet& levelSet, double distance,
+                                          const Progress& progress) {
+    return unlessEnded(progress, [&](const Stretch& whole) {
+        const LevelSet there = toTheEnd(offset(levelSet, distance, whole.part(0, 0.5).function()));
+        return toTheEnd(offset(there, -distance, whole.part(0.5, 1).function()));
+    });
+}
+
+}  // namespace
+
+std::optional<FullLevelSet3D> offset(const FullLevelSet3D& field, double distance, const Progress& progress) {
+    return unlessEnded(progress, [&](const Stretch& whole) { return offsetGrid(field, distance, whole); });
+}
+std::optional<FastLevelSet3D> offset(const FastLevelSet3D& band, double distance, const Progress& progress) {
+    return unlessEnded(progress, [&](const Stretch& whole) { return offsetBand(band, distance, whole); });
+}
+FullLevelSet3D offset(const FullLevelSet3D& field, double distance) {
+    return *offset(field, distance, Progress());
+}
+FastLevelSet3D offset(const FastLevelSet3D& band, double distance) {
+    return *offset(band, distance, Progress());
+}
+
+std::optional<FullLevelSet3D> opened(const FullLevelSet3D& field, double radius, const Progress& progress) {
+    return movedThereAndBack(field, -checkedRadius(radius), progress);
+}
 FullLevelSet3D opened(const FullLevelSet3D& field, double radius) {
-    return offset(offset(field, -checkedRadius(radius)), radius);
+    return *opened(field, radius, Progress());
 }
-FastLevelSet3D opened(const FastLevelSet3D& band, double radius) {
-    return offset(offset(band, -checkedRadius(radius)), radius);
+std::optional<FastLevelSet3D> opened(const FastLevelSet3D& band, double radius, const Progress& progress) {
+    return movedThereAndBack(band, -checkedRadius(radius), progress);
 }
-
+FastLevelSet3D opened(const FastLevelSet3D& band, double radius) { return *opened(band, radius, Progress()); }
+std::optional<FullLevelSet3D> closed(const FullLevelSet3D& field, double radius, const Progress& progress) {
+    return movedThereAndBack(field, checkedRadius(radius), progress);
+}
 FullLevelSet3D closed(const FullLevelSet3D& field, double radius) {
-    return offset(offset(field, checkedRadius(radius)), -radius);
+    return *closed(field, radius, Progress());
 }
-FastLevelSet3D closed(const FastLevelSet3D& band, double radius) {
-    return offset(offset(band, checkedRadius(radius)), -radius);
+std::optional<FastLevelSet3D> closed(const FastLevelSet3D& band, double radius, const Progress& progress) {
+    return movedThereAndBack(band, checkedRadius(radius), progress);
 }
+FastLevelSet3D closed(const FastLevelSet3D& band, double radius) { return *closed(band, radius, Progress()); }
 
 }  // namespace quorbin

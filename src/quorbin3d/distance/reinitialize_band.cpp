@@ -3,5 +3,5 @@
 #include "quorbin3d/differences/band_readers.h"
 
 bool quorbin::reinitialize(FastLevelSet3D& band, const ReinitializeOptions& options) {
-    return lset::detail::reinitializeBand(band, options);
+    return lset::detail::reinitializeBandUnlessEnded(band, options);
 }

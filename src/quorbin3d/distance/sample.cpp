@@ -9,15 +9,27 @@ using namespace lset::detail;
 
 namespace quorbin {
 
-std::vector<Sample3D> sample(const FullLevelSet3D& field, const std::vector<brin::Vec3<double>>& points) {
+using Points = std::vector<brin::Vec3<double>>;
+using Samples = std::vector<Sample3D>;
+
+std::optional<Samples> sample(const FullLevelSet3D& field, const Points& points, const Progress& progress) {
     using Traits = DenseTraits<FullLevelSet3D>;
     const DenseSource<3> source(field.data(), Traits::sizes(field));
-    return samplesAt<Sample3D, 3>(source, Traits::spacings(field), points);
+    return unlessEnded(progress, [&](const Stretch& whole) {
+        return samplesAt<Sample3D, 3>(source, Traits::spacings(field), points, whole);
+    });
 }
 
-std::vector<Sample3D> sample(const FastLevelSet3D& band, const std::vector<brin::Vec3<double>>& points) {
+std::optional<Samples> sample(const FastLevelSet3D& band, const Points& points, const Progress& progress) {
     const BandSource<3> source(band.points());
-    return samplesAt<Sample3D, 3>(source, BandTraits<FastLevelSet3D>::spacings(band), points);
+    return unlessEnded(progress, [&](const Stretch& whole) {
+        return samplesAt<Sample3D, 3>(source, BandTraits<FastLevelSet3D>::spacings(band), points, whole);
+    });
 }
+
+Samples sample(const FullLevelSet3D& field, const Points& points) {
+    return *sample(field, points, Progress());
+}
+Samples sample(const FastLevelSet3D& band, const Points& points) { return *sample(band, points, Progress()); }
 
 }  // namespace quorbin

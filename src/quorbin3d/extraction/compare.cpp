@@ -16,20 +16,31 @@ namespace quorbin {
 namespace {
 
 /// The vertices of meshes; each has a third of the area of its triangles.
-struct Surfaces {
-    static double contentOf(const FullLevelSet3D& field) {
+class Surfaces {
+ public:
+    static double contentOf(const FullLevelSet3D& field, const Stretch& stretch) {
         MeshOptions options;
         options.capped = true;
-        return enclosedVolume(mesh(field, options));
+        return enclosedVolume(toTheEnd(mesh(field, options, stretch.function())));
     }
-    static double contentOf(const FastLevelSet3D& band) { return enclosedVolume(mesh(band)); }
+    static double contentOf(const FastLevelSet3D& band, const Stretch& stretch) {
+        return enclosedVolume(toTheEnd(mesh(band, stretch.function())));
+    }
 
-    template <class LevelSet>
-    static std::vector<WeightedPoint<3>> pointsOf(const LevelSet& levelSet) {
-        const Mesh surface = mesh(levelSet);
+    static std::vector<WeightedPoint<3>> pointsOf(const FullLevelSet3D& field, const Stretch& stretch) {
+        return verticesOf(toTheEnd(mesh(field, {}, stretch.part(0, 0.8).function())), stretch.part(0.8, 1));
+    }
+    static std::vector<WeightedPoint<3>> pointsOf(const FastLevelSet3D& band, const Stretch& stretch) {
+        return verticesOf(toTheEnd(mesh(band, stretch.part(0, 0.8).function())), stretch.part(0.8, 1));
+    }
+
+ private:
+    static std::vector<WeightedPoint<3>> verticesOf(const Mesh& surface, Stretch stretch) {
+        stretch.expect(surface.triangles.size());
         std::vector<WeightedPoint<3>> points;
         for (const auto& v : surface.vertices) points.push_back({{v.x, v.y, v.z}, 0});
         for (const gpoint3& t : surface.triangles) {
+            stretch.step();
             const auto at = [&](int i) { return surface.vertices[static_cast<std::size_t>(i)]; };
             const auto normal = cross(at(t.second) - at(t.first), at(t.third) - at(t.first));
             for (const int i : {t.first, t.second, t.third})
@@ -41,7 +52,15 @@ struct Surfaces {
 
 }  // namespace
 
-Comparison compare(const FullLevelSet3D& a, const FullLevelSet3D& b) { return compareGrids<Surfaces>(a, b); }
-Comparison compare(const FastLevelSet3D& a, const FastLevelSet3D& b) { return compareBands<Surfaces>(a, b); }
+std::optional<Comparison> compare(const FullLevelSet3D& a, const FullLevelSet3D& b,
+                                  const Progress& progress) {
+    return unlessEnded(progress, [&](const Stretch& whole) { return compareGrids<Surfaces>(a, b, whole); });
+}
+std::optional<Comparison> compare(const FastLevelSet3D& a, const FastLevelSet3D& b,
+                                  const Progress& progress) {
+    return unlessEnded(progress, [&](const Stretch& whole) { return compareBands<Surfaces>(a, b, whole); });
+}
+Comparison compare(const FullLevelSet3D& a, const FullLevelSet3D& b) { return *compare(a, b, Progress()); }
+Comparison compare(const FastLevelSet3D& a, const FastLevelSet3D& b) { return *compare(a, b, Progress()); }
 
 }  // namespace quorbin

@@ -38,7 +38,7 @@ struct Places {
     std::vector<Vec3> places;
     std::vector<int> ofVertex;
 
-    Places(const std::vector<Vec3>& vertices, const Vec3& h) {
+    Places(const std::vector<Vec3>& vertices, const Vec3& h, const Stretch& stretch) {
         constexpr double kParts = 1e6;
         std::vector<Vec3> all;
         for (const Vec3& v : vertices) {
@@ -49,10 +49,11 @@ struct Places {
         std::vector<int> order(all.size());
         std::iota(order.begin(), order.end(), 0);
         const auto at = [&](int i) -> const Vec3& { return all[static_cast<std::size_t>(i)]; };
-        std::sort(order.begin(), order.end(), [&](int i, int j) {
+        const auto before = [&](int i, int j) {
             const Vec3 &a = at(i), &b = at(j);
             return std::tie(a.z, a.y, a.x, i) < std::tie(b.z, b.y, b.x, j);
-        });
+        };
+        sortWatched(order, before, stretch);
         ofVertex.resize(all.size());
         for (std::size_t k = 0; k < order.size(); ++k) {
             if (k == 0 || at(order[k]) != at(order[k - 1])) places.push_back(at(order[k]));
@@ -71,12 +72,15 @@ struct Side {
 
 }  // namespace
 
-double totalMeanCurvature(const quorbin::Mesh& mesh, const Vec3& h) {
-    const Places merged(mesh.vertices, h);
+double totalMeanCurvature(const quorbin::Mesh& mesh, const Vec3& h, const Stretch& stretch) {
+    const Places merged(mesh.vertices, h, stretch.part(0, 0.2));
     const auto placeOf = [&](int i) -> const Vec3& { return merged.places[static_cast<std::size_t>(i)]; };
     std::vector<Side> sides;
     std::vector<Vec3> normals;
+    Stretch gathering = stretch.part(0.2, 0.3);
+    gathering.expect(mesh.triangles.size());
     for (const gpoint3& t : mesh.triangles) {
+        gathering.step();
         std::array<int, 3> corners = {t.first, t.second, t.third};
         for (int& corner : corners) corner = merged.ofVertex[static_cast<std::size_t>(corner)];
         if (corners[0] == corners[1] || corners[1] == corners[2] || corners[2] == corners[0]) continue;
@@ -92,10 +96,13 @@ double totalMeanCurvature(const quorbin::Mesh& mesh, const Vec3& h) {
     }
     // Where four triangles meet at an edge, which they do where the inside touches itself, the first two
     // that run opposite ways are a pair, and the others.
-    std::sort(sides.begin(), sides.end(), [](const Side& a, const Side& b) {
+    const auto before = [](const Side& a, const Side& b) {
         return std::tie(a.low, a.high, a.isAlong, a.triangle) <
                std::tie(b.low, b.high, b.isAlong, b.triangle);
-    });
+    };
+    sortWatched(sides, before, stretch.part(0.3, 0.8));
+    Stretch pairing = stretch.part(0.8, 1);
+    pairing.expect(sides.size());
     double twice = 0;
     for (std::size_t begin = 0, end; begin < sides.size(); begin = end) {
         std::size_t along = begin;
@@ -106,6 +113,7 @@ double totalMeanCurvature(const quorbin::Mesh& mesh, const Vec3& h) {
         while (end < sides.size() && sides[end].low == sides[begin].low &&
                sides[end].high == sides[begin].high)
             ++end;
+        pairing.step(end - begin);
         const Vec3 edge = placeOf(sides[begin].high) - placeOf(sides[begin].low);
         for (std::size_t k = 0; begin + k < along && along + k < end; ++k) {
             const Vec3& back = normals[static_cast<std::size_t>(sides[begin + k].triangle)];

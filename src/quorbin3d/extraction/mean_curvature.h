@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/watch.h"
 #include "quorbin3d/mesh.h"
 
 namespace lset::detail {
@@ -9,6 +10,6 @@ namespace lset::detail {
 /// Steiner's formula the area grows at twice this rate if the surface is moved outward. Vertices closer
 /// than a millionth of a spacing count as one, so that triangles without area, whose normals are noise,
 /// drop out.
-double totalMeanCurvature(const quorbin::Mesh& mesh, const brin::Vec3<double>& h);
+double totalMeanCurvature(const quorbin::Mesh& mesh, const brin::Vec3<double>& h, const Stretch& stretch);
 
 }  // namespace lset::detail

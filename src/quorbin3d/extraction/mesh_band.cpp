@@ -1,8 +1,10 @@
 #include <cstddef>
 #include <vector>
 
+#include "band/storage/band_access.h"
 #include "quorbin3d/extraction/band_cells.h"
 #include "quorbin3d/extraction/indexed_mesh.h"
+#include "quorbin3d/extraction/mesh_band.h"
 #include "quorbin3d/mesh.h"
 
 using namespace lset::detail;
@@ -28,21 +30,32 @@ class VerticesByEdge {
     std::vector<int> indices_;
 };
 
+constexpr std::size_t kStepsOfACell = 16;
+
 }  // namespace
+
+void lset::detail::meshOfBand(const FastLevelSet3D& field, IndexedMesh mesh, const Stretch& stretch) {
+    mesh.clear();
+    auto& notWritten = const_cast<FastLevelSet3D&>(field);  // readers can write, this does not
+    withBandReader(
+        notWritten, BandAccess::work(field),
+        [&](auto& band, BandWorkspace<3>&) {
+            Stretch rest = stretch.part(0.3, 1);
+            rest.expect(kStepsOfACell * band.entries().size());
+            auto crossings = bandCrossingsOf(band);
+            VerticesByEdge shared;
+            forEachBandCell(band, [&](const auto& cell) {
+                rest.step(kStepsOfACell);
+                crossings.enterCell();
+                mesh.addCell(
+                    cell.number, [&](int edge) -> int& { return shared.at(band, cell, edge); },
+                    [&](int edge) { return crossings.at(cell, edge); });
+            });
+        },
+        stretch.part(0, 0.3));
+}
 
 void quorbin::getTrianglesUnique(const FastLevelSet3D& field, std::vector<Vec3>& vertices,
                                  std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
-    IndexedMesh mesh{vertices, normals, triangles};
-    mesh.clear();
-    auto& notWritten = const_cast<FastLevelSet3D&>(field);  // readers can write, this does not
-    withBandReader(notWritten, field.work(), [&](auto& band, BandWorkspace<3>&) {
-        auto crossings = bandCrossingsOf(band);
-        VerticesByEdge shared;
-        forEachBandCell(band, [&](const auto& cell) {
-            crossings.enterCell();
-            mesh.addCell(
-                cell.number, [&](int edge) -> int& { return shared.at(band, cell, edge); },
-                [&](int edge) { return crossings.at(cell, edge); });
-        });
-    });
+    meshOfBand(field, {vertices, normals, triangles}, {});
 }

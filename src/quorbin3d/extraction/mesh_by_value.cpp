@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "quorbin3d/extraction/mesh_band.h"
+
 namespace quorbin {
 
 namespace {
@@ -13,19 +15,9 @@ void scale(Mesh& mesh, const LevelSet3D& field) {
 
 }  // namespace
 
-Mesh mesh(const LevelSet3D& field, const MeshOptions& options) {
+std::optional<Mesh> mesh(const LevelSet3D& field, const MeshOptions& options, const Progress& progress) {
     if (field.getWidth() < 0)
         throw std::invalid_argument("this level set has no extent; give a band as a FastLevelSet3D");
-    Mesh mesh;
-    if (options.capped)
-        getTrianglesCapped(field, mesh.vertices, mesh.normals, mesh.triangles);
-    else
-        getTrianglesUnique(field, mesh.vertices, mesh.normals, mesh.triangles);
-    scale(mesh, field);
-    return mesh;
-}
-
-std::optional<Mesh> mesh(const LevelSet3D& field, const MeshOptions& options, const Progress& progress) {
     Mesh mesh;
     const bool isDone =
         options.capped ? getTrianglesCapped(field, mesh.vertices, mesh.normals, mesh.triangles, progress)
@@ -35,11 +27,16 @@ std::optional<Mesh> mesh(const LevelSet3D& field, const MeshOptions& options, co
     return mesh;
 }
 
-Mesh mesh(const FastLevelSet3D& band) {
-    Mesh mesh;
-    getTrianglesUnique(band, mesh.vertices, mesh.normals, mesh.triangles);
-    scale(mesh, band);
-    return mesh;
+std::optional<Mesh> mesh(const FastLevelSet3D& band, const Progress& progress) {
+    return lset::detail::unlessEnded(progress, [&](const lset::detail::Stretch& whole) {
+        Mesh mesh;
+        lset::detail::meshOfBand(band, {mesh.vertices, mesh.normals, mesh.triangles}, whole);
+        scale(mesh, band);
+        return mesh;
+    });
 }
+
+Mesh mesh(const LevelSet3D& field, const MeshOptions& options) { return *mesh(field, options, Progress()); }
+Mesh mesh(const FastLevelSet3D& band) { return *mesh(band, Progress()); }
 
 }  // namespace quorbin

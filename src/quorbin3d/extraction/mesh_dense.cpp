@@ -56,7 +56,7 @@ struct SurroundedField {
 };
 
 template <class Reader>
-void meshSurrounded(const Reader& field, IndexedMesh& mesh, const Watch& watch) {
+void meshSurrounded(const Reader& field, IndexedMesh& mesh, Stretch stretch) {
     const SurroundedField<Reader> surrounded{field};
     const int width = surrounded.width(), height = surrounded.height(), depth = surrounded.depth();
     SharedVertices shared(width, height);
@@ -77,6 +77,7 @@ void meshSurrounded(const Reader& field, IndexedMesh& mesh, const Watch& watch) 
         normal = {double(out.x - in.x), double(out.y - in.y), double(out.z - in.z)};
         return Vec3(in.x, in.y, in.z);
     };
+    stretch.expect(static_cast<std::size_t>(depth - 1));
     for (int z = 0; z < depth - 1; ++z) {
         for (int y = 0; y < height - 1; ++y) {
             // The upper corners along x of one cell are the lower ones of the next.
@@ -93,11 +94,11 @@ void meshSurrounded(const Reader& field, IndexedMesh& mesh, const Watch& watch) 
             }
         }
         shared.nextLayer();
-        watch.tell(z + 1, depth - 1);
+        stretch.tellStep();
     }
 }
 
-void meshUnique(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
+void meshUnique(const LevelSet3D& field, IndexedMesh mesh, const Stretch& stretch) {
     mesh.clear();
     withReader(field, [&](const auto& reader) {
         if (reader.width() < 2 || reader.height() < 2) return;
@@ -113,25 +114,25 @@ void meshUnique(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
             [&](int done, int all) {
                 shared.nextLayer();
                 gradients.nextLayer();
-                watch.tell(done, all);
+                stretch.tell(static_cast<double>(done) / all);
             });
     });
 }
 
-void meshCapped(const LevelSet3D& field, IndexedMesh mesh, const Watch& watch) {
+void meshCapped(const LevelSet3D& field, IndexedMesh mesh, const Stretch& stretch) {
     mesh.clear();
     withReader(field, [&](const auto& reader) {
         if (reader.width() > 0 && reader.height() > 0 && reader.depth() > 0)
-            meshSurrounded(reader, mesh, watch);
+            meshSurrounded(reader, mesh, stretch);
     });
 }
 
-/// Makes a mesh by make(field, mesh, watch), and takes it where it was not ended.
-bool makeWatched(void (*make)(const LevelSet3D&, IndexedMesh, const Watch&), const LevelSet3D& field,
+/// Makes a mesh by make(field, mesh, stretch), and takes it where it was not ended.
+bool makeWatched(void (*make)(const LevelSet3D&, IndexedMesh, const Stretch&), const LevelSet3D& field,
                  IndexedMesh mesh, const quorbin::Progress& progress) {
     quorbin::Mesh made;
     const IndexedMesh parts{made.vertices, made.normals, made.triangles};
-    if (!isDoneToTheEnd([&] { make(field, parts, Watch(progress, 0)); })) return false;
+    if (!isDoneToTheEnd(progress, [&](const Stretch& whole) { make(field, parts, whole); })) return false;
     mesh.vertices.swap(made.vertices);
     mesh.normals.swap(made.normals);
     mesh.triangles.swap(made.triangles);
@@ -142,12 +143,12 @@ bool makeWatched(void (*make)(const LevelSet3D&, IndexedMesh, const Watch&), con
 
 void quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,
                                  std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
-    meshUnique(field, {vertices, normals, triangles}, Watch({}, 0));
+    meshUnique(field, {vertices, normals, triangles}, Stretch());
 }
 
 void quorbin::getTrianglesCapped(const LevelSet3D& field, std::vector<Vec3>& vertices,
                                  std::vector<Vec3>& normals, std::vector<gpoint3>& triangles) {
-    meshCapped(field, {vertices, normals, triangles}, Watch({}, 0));
+    meshCapped(field, {vertices, normals, triangles}, Stretch());
 }
 
 bool quorbin::getTrianglesUnique(const LevelSet3D& field, std::vector<Vec3>& vertices,

@@ -4,10 +4,10 @@
 
 namespace {
 
-double volumeInside(const FullLevelSet3D& grid) {
+double volumeInside(const FullLevelSet3D& grid, const lset::detail::Stretch& stretch) {
     quorbin::MeshOptions options;
     options.capped = true;
-    return quorbin::enclosedVolume(quorbin::mesh(grid, options));
+    return quorbin::enclosedVolume(lset::detail::toTheEnd(quorbin::mesh(grid, options, stretch.function())));
 }
 
 }  // namespace

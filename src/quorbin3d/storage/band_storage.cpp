@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "band/storage/table_of.h"
 #include "band/storage/workspace.h"
 #include "common/stepped.h"
 #include "quorbin3d/fast_level_set_3d.h"
@@ -86,3 +87,18 @@ void FastLevelSet3D::forEachWithNeigh(void (*f)(int, int, int, double&)) {
 void FastLevelSet3D::release() {}
 
 int FastLevelSet3D::size() const { return values_.size(); }
+
+void FastLevelSet3D::makeOf(const std::vector<Point3And<double>>& points, double xSpace, double ySpace,
+                            double zSpace) {
+    values_ = lset::detail::tableOf<3>(points);
+    xSpace_ = xSpace;
+    ySpace_ = ySpace;
+    zSpace_ = zSpace;
+}
+
+FastLevelSet3D quorbin::bandOf(const std::vector<Point3And<double>>& points, double xSpace, double ySpace,
+                               double zSpace) {
+    FastLevelSet3D band;
+    band.makeOf(points, xSpace, ySpace, zSpace);
+    return band;
+}

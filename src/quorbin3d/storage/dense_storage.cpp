@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "common/storage/huge_pages.h"
@@ -27,6 +29,12 @@ bool FullLevelSet3D::adopt(int width, int height, int depth, double xSpace, doub
     if (!values) return false;
     Array scratch = allocate(width, height, depth);
     if (!scratch) return false;
+    take(std::move(values), std::move(scratch), width, height, depth, xSpace, ySpace, zSpace);
+    return true;
+}
+
+void FullLevelSet3D::take(Array values, Array scratch, int width, int height, int depth, double xSpace,
+                          double ySpace, double zSpace) {
     width_ = width;
     height_ = height;
     depth_ = depth;
@@ -36,7 +44,6 @@ bool FullLevelSet3D::adopt(int width, int height, int depth, double xSpace, doub
     values_ = std::move(values);
     scratch_ = std::move(scratch);
     ++generation_;
-    return true;
 }
 
 FullLevelSet3D::~FullLevelSet3D() { FullLevelSet3D::release(); }
@@ -104,3 +111,24 @@ void FullLevelSet3D::release() {
     values_.reset();
     ++generation_;
 }
+
+namespace quorbin {
+
+FullLevelSet3D gridOver(double* values, int width, int height, int depth, double xSpace, double ySpace,
+                        double zSpace) {
+    if (std::min({width, height, depth}) < 0) throw std::invalid_argument("gridOver: a size is negative");
+    FullLevelSet3D grid;
+    FullLevelSet3D::Array scratch = FullLevelSet3D::allocate(width, height, depth);
+    if (!scratch) throw std::bad_alloc();
+    grid.take(FullLevelSet3D::Array(values, {true}), std::move(scratch), width, height, depth, xSpace, ySpace,
+              zSpace);
+    return grid;
+}
+
+const FullLevelSet3D gridOver(const double* values, int width, int height, int depth, double xSpace,
+                              double ySpace, double zSpace) {
+    // The grid is const from here on, so that nothing writes to them.
+    return gridOver(const_cast<double*>(values), width, height, depth, xSpace, ySpace, zSpace);
+}
+
+}  // namespace quorbin

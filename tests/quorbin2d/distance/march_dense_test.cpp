@@ -122,27 +122,4 @@ TEST(FastMarching, IsTheSameBitsAsTheTextbookFarFromTheFront) {
     }
 }
 
-TEST(FastMarching, WithProgressIsTheSameBitsAndEndedLeavesTheValues) {
-    FullLevelSet2D grid, plain;
-    fill(
-        grid, 400, 300, [](int x, int y) { return std::hypot(x - 170.3, y - 140) - 60; }, 1.0, 1.5);
-    const auto before = bits(grid);
-    plain = grid;
-    plain.ensureSignedDistanceFMM();
-    int told = 0;
-    EXPECT_FALSE(quorbin::ensureSignedDistanceFMM(grid, [&](int, int) { return ++told < 2; }));
-    EXPECT_EQ(told, 2);
-    EXPECT_EQ(bits(grid), before);
-    EXPECT_THROW(quorbin::ensureSignedDistanceFMM(grid, [](int, int) -> bool { throw 1; }), int);
-    EXPECT_EQ(bits(grid), before);
-    int last = 0;
-    EXPECT_TRUE(quorbin::ensureSignedDistanceFMM(grid, [&](int done, int all) {
-        EXPECT_TRUE(last < done && done < all);
-        last = done;
-        return true;
-    }));
-    EXPECT_EQ(bits(grid), bits(plain));
-    EXPECT_TRUE(quorbin::ensureSignedDistanceFMM(grid, {}));
-}
-
 }  // namespace

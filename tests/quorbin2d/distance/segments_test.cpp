@@ -95,30 +95,4 @@ TEST(SegmentDistance, AgreesWithAnAnalyticCircle) {
     }
 }
 
-TEST(SegmentDistance, WithProgressIsTheSameBitsAndEndedLeavesTheValues) {
-    using Member = void (FullLevelSet2D::*)();
-    using Watched = bool (*)(FullLevelSet2D&, const quorbin::Progress&);
-    for (const auto& [member, watched] :
-         {std::pair<Member, Watched>{&FullLevelSet2D::ensureSignedDistance, quorbin::ensureSignedDistance},
-          {&FullLevelSet2D::ensureSignedDistanceBrute, quorbin::ensureSignedDistanceBrute}}) {
-        FullLevelSet2D grid, plain;
-        fill(grid, 60, 40, [](int x, int y) { return std::hypot(x - 27.3, y - 19) - 12; });
-        const auto before = bits(grid);
-        plain = grid;
-        (plain.*member)();
-        int told = 0, last = 0;
-        EXPECT_FALSE(watched(grid, [&](int, int) { return ++told < 30; }));
-        EXPECT_EQ(told, 30);
-        EXPECT_EQ(bits(grid), before);
-        EXPECT_THROW(watched(grid, [](int, int) -> bool { throw 1; }), int);
-        EXPECT_EQ(bits(grid), before);
-        EXPECT_TRUE(watched(grid, [&](int done, int all) {
-            EXPECT_TRUE(last < done && done <= all);
-            last = done;
-            return true;
-        }));
-        EXPECT_EQ(bits(grid), bits(plain));
-    }
-}
-
 }  // namespace

@@ -1,6 +1,7 @@
 #include <cmath>
-
+#include <stdexcept>
 #include <type_traits>
+#include <vector>
 
 #include "quorbin2d/band_support.h"
 
@@ -99,6 +100,19 @@ TEST(Band, IsMovedAndLeavesAnEmptyOneBehind) {
     moved.ensureSignedDistanceFMM();
     moved.moveAlongCurvature();
     EXPECT_EQ(FastLevelSet2D(moved).size(), 0);
+}
+
+TEST(Band, IsMadeOfPointsEachOfWhichIsThereOnce) {
+    std::vector<PointAnd<double>> points;
+    for (int i = 0; i < 20000; ++i) points.push_back({i % 100 - 50, -i / 100, 0.25 * i});
+    const FastLevelSet2D band = quorbin::bandOf(points, 0.5, 2);
+    EXPECT_EQ(band.size(), 20000);
+    EXPECT_EQ(band.getXSpace(), 0.5);
+    EXPECT_EQ(band.getYSpace(), 2.0);
+    for (const auto& [x, y, value] : points) ASSERT_EQ(band.get(x, y), value);
+    EXPECT_EQ(quorbin::bandOf(std::vector<PointAnd<double>>{}, 1, 1).size(), 0);
+    points.push_back({-50, -7, 1});
+    EXPECT_THROW(quorbin::bandOf(points, 1, 1), std::invalid_argument);
 }
 
 }  // namespace

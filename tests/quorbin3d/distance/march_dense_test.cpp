@@ -59,28 +59,4 @@ TEST(VolumeEstimate, TakesTriplesThenPairsThenSingles) {
     EXPECT_EQ(corner.estimateDistanceInit(0, 0, 0), 1e11);
 }
 
-TEST(VolumeMarch, WithProgressIsTheSameBitsAndEndedLeavesTheValues) {
-    FullLevelSet3D grid, plain;
-    fill(
-        grid, {60, 50, 40}, [](int x, int y, int z) { return std::hypot(x - 27.3, y - 24, z - 20) - 12; }, 1,
-        1.5, 2);
-    const auto before = bits(grid);
-    plain = grid;
-    plain.ensureSignedDistanceFMM();
-    int told = 0;
-    EXPECT_FALSE(quorbin::ensureSignedDistanceFMM(grid, [&](int, int) { return ++told < 2; }));
-    EXPECT_EQ(told, 2);
-    EXPECT_EQ(bits(grid), before);
-    EXPECT_THROW(quorbin::ensureSignedDistanceFMM(grid, [](int, int) -> bool { throw 1; }), int);
-    EXPECT_EQ(bits(grid), before);
-    int last = 0;
-    EXPECT_TRUE(quorbin::ensureSignedDistanceFMM(grid, [&](int done, int all) {
-        EXPECT_TRUE(last < done && done < all);
-        last = done;
-        return true;
-    }));
-    EXPECT_EQ(bits(grid), bits(plain));
-    EXPECT_TRUE(quorbin::ensureSignedDistanceFMM(grid, {}));
-}
-
 }  // namespace

@@ -132,4 +132,14 @@ TEST(VolumeBand, IsMovedAndLeavesAnEmptyOneBehind) {
     EXPECT_EQ(FastLevelSet3D(moved).size(), 0);
 }
 
+TEST(VolumeBand, IsMadeOfPointsEachOfWhichIsThereOnce) {
+    std::vector<Point3And<double>> points = {{1, -2, 3, 0.5}, {3, -2, 1, -0.5}};
+    const FastLevelSet3D band = quorbin::bandOf(points, 1, 2, 3);
+    EXPECT_EQ(band.size(), 2);
+    EXPECT_EQ(band.get(3, -2, 1), -0.5);
+    EXPECT_EQ(band.getZSpace(), 3.0);
+    points.push_back(points.front());
+    EXPECT_THROW(quorbin::bandOf(points, 1, 2, 3), std::invalid_argument);
+}
+
 }  // namespace

@@ -37,4 +37,11 @@ class Progress {
     Clock::time_point start_ = Clock::now(), next_ = start_ + std::chrono::seconds(1);
 };
 
+/// The result of operation(progress), with a bar while it is made.
+template <class Operation>
+auto withBar(bool wanted, const Operation& operation) {
+    Progress progress(wanted);
+    return *operation(progress.function());
+}
+
 }  // namespace quorbin::tool

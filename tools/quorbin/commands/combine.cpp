@@ -4,6 +4,7 @@
 
 #include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/progress.h"
 #include "cli/result_of.h"
 #include "fields/distance.h"
 
@@ -23,9 +24,11 @@ struct Combine : FieldCommand {
             requireSameGrid(*this, levelSet, second, other);
             for (auto* one : {&levelSet, &other})
                 if (isMask(*one)) distanceByMarching(*one);
-            levelSet = operation == Operation::kUnion       ? unite(levelSet, other)
-                       : operation == Operation::kIntersect ? intersect(levelSet, other)
-                                                            : subtract(levelSet, other);
+            levelSet = withBar(!quiet, [&](const quorbin::Progress& progress) {
+                return operation == Operation::kUnion       ? unite(levelSet, other, progress)
+                       : operation == Operation::kIntersect ? intersect(levelSet, other, progress)
+                                                            : subtract(levelSet, other, progress);
+            });
         });
     }
 };

@@ -23,6 +23,7 @@ struct Demo : FieldCommand {
     void run() {
         if (output == "-") refuse("demo: writes a folder; name one by -o");
         if (everyLabel) refuse("--label all: is not for the demo; name one label");
+        requireDrawing(output);
         const io::Image picture = input.empty() ? demoPicture() : readPicture(input, reading);
         reportNotes(picture);
         makeFolder(output);

@@ -4,6 +4,7 @@
 
 #include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/progress.h"
 #include "cli/record.h"
 #include "cli/result_of.h"
 #include "fields/distance.h"
@@ -44,7 +45,9 @@ struct Measure : FieldCommand {
     void measureField() const {
         Grid levelSet;
         readWithCrossing(levelSet);
-        tell(figuresOf(quorbin::measure(levelSet)));
+        tell(figuresOf(withBar(!quiet, [&](const quorbin::Progress& progress) {
+            return quorbin::measure(levelSet, progress);
+        })));
         if (byPieces) tellPieces(levelSet);
         if (second.empty()) return;
         Grid other;
@@ -53,7 +56,8 @@ struct Measure : FieldCommand {
         requireSameGrid(*this, levelSet, second, other);
         for (Grid* one : {&levelSet, &other})
             if (isMask(*one)) distanceByMarching(*one);
-        const Comparison c = compare(levelSet, other);
+        const Comparison c = withBar(
+            !quiet, [&](const quorbin::Progress& progress) { return compare(levelSet, other, progress); });
         tell({{"dice", c.dice},
               {"symmetricDifference", c.symmetricDifference},
               {"meanDistance", c.meanDistance},
@@ -71,7 +75,9 @@ struct Measure : FieldCommand {
     void tellPieces(const Grid& levelSet) const {
         Json all = Json::array();
         std::string header = fmt::format("{:>6} {:>9}", "piece", "samples");
-        for (const auto& piece : quorbin::pieces(levelSet)) {
+        const auto pieces = withBar(
+            !quiet, [&](const quorbin::Progress& progress) { return quorbin::pieces(levelSet, progress); });
+        for (const auto& piece : pieces) {
             Json one = figuresOf(piece.figures);
             std::string row = fmt::format("{:>6} {:>9}", all.size() + 1, piece.samples);
             for (const auto& [name, value] : one.items()) {

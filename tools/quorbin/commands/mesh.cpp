@@ -146,7 +146,10 @@ struct MeshCommand : FieldCommand {
 
     void meshBand(const FullLevelSet3D& levelSet, MeshDocument& mesh) const {
         FastLevelSet3D band = quorbin::bandOf(levelSet, false);
-        quorbin::reinitialize(band);
+        {
+            Progress progress(!quiet);
+            quorbin::reinitialize(band, {0, progress.function()});
+        }
         if (soup)
             band.getTriangles(mesh.vertices, mesh.normals, mesh.triangles);
         else

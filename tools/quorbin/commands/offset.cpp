@@ -3,6 +3,7 @@
 
 #include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/progress.h"
 #include "cli/result_of.h"
 
 namespace quorbin::tool {
@@ -15,7 +16,9 @@ struct Offset : FieldCommand {
     void run() const {
         runOnField(*this, [this](auto& levelSet) {
             smoothIfMask(levelSet);
-            levelSet = quorbin::offset(levelSet, distance);
+            levelSet = withBar(!quiet, [&](const quorbin::Progress& progress) {
+                return quorbin::offset(levelSet, distance, progress);
+            });
         });
     }
 };

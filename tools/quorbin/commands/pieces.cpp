@@ -4,6 +4,7 @@
 
 #include "cli/each_input.h"
 #include "cli/field_command.h"
+#include "cli/progress.h"
 #include "cli/result_of.h"
 
 namespace quorbin::tool {
@@ -18,8 +19,14 @@ struct Pieces : FieldCommand {
         if (!largest && !fill) refuse("pieces: give --largest N, --fill AREA, or both");
         runOnField(*this, [this](auto& levelSet) {
             smoothIfMask(levelSet);
-            if (fill) levelSet = quorbin::withoutHolesBelow(levelSet, *fill);
-            if (largest) levelSet = quorbin::largestPieces(levelSet, static_cast<std::size_t>(*largest));
+            if (fill)
+                levelSet = withBar(!quiet, [&](const quorbin::Progress& progress) {
+                    return quorbin::withoutHolesBelow(levelSet, *fill, progress);
+                });
+            if (largest)
+                levelSet = withBar(!quiet, [&](const quorbin::Progress& progress) {
+                    return quorbin::largestPieces(levelSet, static_cast<std::size_t>(*largest), progress);
+                });
         });
     }
 };

@@ -32,6 +32,8 @@ struct Segment : FieldCommand {
                 if (!path.empty()) refuse("{}: is for one input; give one", path);
         Result result(*this, Kind::kPicture, "svg");
         requirePng(overlayPath, output);
+        for (const std::string& path : {overlayPath, framesFolder})
+            if (!path.empty()) requireDrawing(path);
         std::optional<OutputFile> overlay;
         if (!overlayPath.empty()) overlay.emplace(overlayPath, force);
         io::Image picture = readPicture(input, reading);
@@ -40,24 +42,22 @@ struct Segment : FieldCommand {
         if (!framesFolder.empty()) makeFolder(framesFolder);
         FullLevelSet2D levelSet;
         start(picture, levelSet);
-        const double moved = follow(picture, levelSet);
+        const SegmentResult segmented = follow(picture, levelSet);
         result.write(PictureDocument{levelSet, &picture});
         if (overlay) {
             outputFormat(Kind::kPicture, "", "png", "").writePicture({levelSet, &picture}, *overlay);
             overlay->commit();
             record->addWritten(overlayPath);
         }
-        if (moved >= kStill)
-            throw Failure(kNotStill,
-                          fmt::format("{}: warning: written as it is after {}, but still moving, by {:.2g} "
-                                      "pixels at last; give more --max-steps",
-                                      input, counted(static_cast<std::size_t>(maxSteps), "step"), moved));
+        if (!segmented.isStill)
+            throw Failure(
+                kNotStill,
+                fmt::format("{}: warning: written as it is after {}, but still moving, by {:.2g} "
+                            "pixels at last; give more --max-steps",
+                            input, counted(static_cast<std::size_t>(maxSteps), "step"), segmented.moved));
     }
 
  private:
-    static constexpr int kStepsBetweenLooks = 10;
-    static constexpr double kStill = 0.1;  // samples
-
     void start(const io::Image& picture, FullLevelSet2D& levelSet) {
         FieldOptions options = field;
         const auto [hx, hy, none] = picture.placement.spacing;
@@ -85,47 +85,30 @@ struct Segment : FieldCommand {
         report("{}: starts with {}", input, note);
     }
 
-    /// Returns by how many samples the outline moved in the last steps.
-    double follow(const io::Image& picture, FullLevelSet2D& levelSet) const {
-        Segmentation segmentation(picture, weight, implicit);
+    SegmentResult follow(const io::Image& picture, FullLevelSet2D& levelSet) const {
         Progress progress(!quiet);
-        if (onBand && !suitsABand({levelSet.getXSpace(), levelSet.getYSpace()}))
-            refuse("{}: its spacings differ too much for a band; leave out --band", input);
-        std::optional<Band<2>> band;
-        constexpr double kReach = 3;
-        if (onBand) band.emplace(levelSet, kReach * std::max(levelSet.getXSpace(), levelSet.getYSpace()));
-        frame(0, picture, levelSet);
-        FullLevelSet2D before;
-        int step = 0;
-        double moved = 0;
-        do {
-            before = levelSet;
-            const int steps = std::min(kStepsBetweenLooks, maxSteps - step);
-            bool isLeft = true;
-            if (band) {
-                isLeft = segmentation.move(*band, levelSet, steps);
-                band->copyTo(levelSet);
-            } else {
-                isLeft = segmentation.move(levelSet, steps);
-            }
-            step += steps;
-            if (!isLeft || !hasCrossing(levelSet))
-                throw Failure(kNoCrossing,
-                              fmt::format("{}: nothing is left of the outline after {} steps; give a smaller "
-                                          "--weight or another start",
-                                          input, step));
-            moved = furthestApart(before, levelSet);
-            if (step % frameEvery == 0) frame(step, picture, levelSet);
-            progress.show(step, maxSteps);
-        } while (moved >= kStill && step < maxSteps);
-        record->add("steps", step);
-        record->add("still", moved < kStill);
-        record->add("meanInside", segmentation.meanInside());
-        record->add("meanOutside", segmentation.meanOutside());
+        SegmentOptions options;
+        options.weight = weight;
+        options.maxSteps = maxSteps;
+        options.implicit = implicit;
+        options.onBand = onBand;
+        options.progress = progress.function();
+        options.follow = [&](int step, const FullLevelSet2D& reached) {
+            if (step % frameEvery == 0) frame(step, picture, reached);
+        };
+        SegmentResult result;
+        try {
+            result = fields::segment(picture, levelSet, options);
+        } catch (const Failure& failure) {
+            throw naming(input, failure);
+        }
+        record->add("steps", result.steps);
+        record->add("still", result.isStill);
+        record->add("meanInside", result.meanInside);
+        record->add("meanOutside", result.meanOutside);
         report("{}: {} after {} steps; mean intensity {:.4g} inside, {:.4g} outside (of 0 to 1)", input,
-               moved < kStill ? "still" : "not still", step, segmentation.meanInside(),
-               segmentation.meanOutside());
-        return moved;
+               result.isStill ? "still" : "not still", result.steps, result.meanInside, result.meanOutside);
+        return result;
     }
 
     void frame(int step, const io::Image& picture, const FullLevelSet2D& levelSet) const {

@@ -1,0 +1,153 @@
+from __future__ import annotations
+
+from collections.abc import Sequence
+from typing import Any, Callable
+
+import numpy as np
+import numpy.typing as npt
+
+__version__: str
+
+class NoInterface(ValueError): ...  # noqa: N818
+
+_Floats = npt.NDArray[np.float64]
+_Indices = npt.NDArray[np.int32]
+_Spacing = Sequence[float]
+_Tell = Callable[[int, int], Any] | None
+
+def check(values: _Floats, spacing: _Spacing) -> None: ...
+
+# Distances and flows: from values into result, which may be the same.
+def signed_distance(
+    values: _Floats, result: _Floats, spacing: _Spacing, nan_is_outside: bool, method: str, tell: _Tell
+) -> None: ...
+def reinitialize(
+    values: _Floats, result: _Floats, spacing: _Spacing, nan_is_outside: bool, tell: _Tell
+) -> None: ...
+def curvature_flow(
+    values: _Floats,
+    result: _Floats,
+    spacing: _Spacing,
+    nan_is_outside: bool,
+    time: float,
+    steps: int,
+    rate: float,
+    keeps_size: bool,
+    noise_radius: int,
+    tell: _Tell,
+) -> tuple[float, int, bool]: ...
+def smooth_mask(
+    values: _Floats, result: _Floats, spacing: _Spacing, nan_is_outside: bool, keeps_sides: bool, tell: _Tell
+) -> None: ...
+def move_along_curvature(values: _Floats, result: _Floats, spacing: _Spacing, steps: int, tell: _Tell) -> None: ...
+def move_along_curvature_implicit(values: _Floats, result: _Floats, spacing: _Spacing) -> None: ...
+def move_with_speed(values: _Floats, result: _Floats, spacing: _Spacing, speeds: _Floats, time: float) -> None: ...
+
+# Contours and meshes.
+def contours(
+    values: _Floats,
+    spacing: _Spacing,
+    nan_is_outside: bool,
+    level: float,
+    closed: bool,
+    tolerance: float,
+    tell: _Tell,
+) -> tuple[_Floats, list[int], list[int], int]: ...
+def mesh(
+    values: _Floats, spacing: _Spacing, nan_is_outside: bool, capped: bool, tell: _Tell
+) -> tuple[_Floats, _Indices, _Floats]: ...
+
+# Sets and offsets.
+def union(a: _Floats, b: _Floats, spacing: _Spacing, nan_is_outside: bool, tell: _Tell) -> _Floats: ...
+def intersection(a: _Floats, b: _Floats, spacing: _Spacing, nan_is_outside: bool, tell: _Tell) -> _Floats: ...
+def difference(a: _Floats, b: _Floats, spacing: _Spacing, nan_is_outside: bool, tell: _Tell) -> _Floats: ...
+def complement(values: _Floats, spacing: _Spacing, nan_is_outside: bool, tell: _Tell) -> _Floats: ...
+def offset(values: _Floats, spacing: _Spacing, nan_is_outside: bool, distance: float, tell: _Tell) -> _Floats: ...
+def opened(values: _Floats, spacing: _Spacing, nan_is_outside: bool, radius: float, tell: _Tell) -> _Floats: ...
+def closed(values: _Floats, spacing: _Spacing, nan_is_outside: bool, radius: float, tell: _Tell) -> _Floats: ...
+def largest_pieces(
+    values: _Floats, spacing: _Spacing, nan_is_outside: bool, count: int, tell: _Tell
+) -> _Floats: ...
+def without_holes_below(
+    values: _Floats, spacing: _Spacing, nan_is_outside: bool, size: float, tell: _Tell
+) -> _Floats: ...
+
+# Figures, pieces and samples.
+def measure(values: _Floats, spacing: _Spacing, nan_is_outside: bool, tell: _Tell) -> tuple[Any, ...]: ...
+def compare(
+    a: _Floats, b: _Floats, spacing: _Spacing, nan_is_outside: bool, tell: _Tell
+) -> tuple[float, float, float, float, tuple[float, float], tuple[float, float]]: ...
+def pieces(
+    values: _Floats, spacing: _Spacing, nan_is_outside: bool, tell: _Tell
+) -> list[tuple[tuple[Any, ...], int, tuple[int, ...]]]: ...
+def sample(
+    values: _Floats, spacing: _Spacing, nan_is_outside: bool, points: _Floats, tell: _Tell
+) -> tuple[_Floats, _Floats, _Floats]: ...
+
+class _Band:
+    def size(self) -> int: ...
+    def spacing(self) -> list[float]: ...
+    def points(self) -> tuple[_Indices, _Floats]: ...
+    def to_field(self, shape: Sequence[int]) -> _Floats: ...
+    def reinitialize(self, method: str, width: float, tell: _Tell) -> None: ...
+    def move_along_curvature(self, steps: int, tell: _Tell) -> None: ...
+    def move_with_speed(self, speeds: _Floats, time: float) -> None: ...
+    def curvature_flow(self, time: float, rate: float, tell: _Tell) -> tuple[float, int, bool]: ...
+    def measure(self, tell: _Tell) -> tuple[Any, ...]: ...
+
+class Band2D(_Band):
+    @staticmethod
+    def of_field(
+        values: _Floats, spacing: _Spacing, nan_is_outside: bool, width: float, tell: _Tell
+    ) -> Band2D: ...
+    @staticmethod
+    def of_points(indices: _Indices, values: _Floats, spacing: _Spacing) -> Band2D: ...
+    def copy(self) -> Band2D: ...
+    def contours(self, tolerance: float) -> tuple[_Floats, list[int], list[int], int]: ...
+
+class Band3D(_Band):
+    @staticmethod
+    def of_field(
+        values: _Floats, spacing: _Spacing, nan_is_outside: bool, width: float, tell: _Tell
+    ) -> Band3D: ...
+    @staticmethod
+    def of_points(indices: _Indices, values: _Floats, spacing: _Spacing) -> Band3D: ...
+    def copy(self) -> Band3D: ...
+    def mesh(self, tell: _Tell) -> tuple[_Floats, _Indices, _Floats]: ...
+
+# Pictures and files.
+_Rule = tuple[float | None, bool | None, tuple[float, float] | None, float | None]
+
+def otsu(values: _Floats) -> float: ...
+def segment(
+    intensities: _Floats,
+    field: _Floats,
+    spacing: _Spacing,
+    weight: float,
+    max_steps: int,
+    implicit: bool,
+    band: bool,
+    tell: _Tell,
+) -> tuple[float, float, int, bool]: ...
+def read(
+    path: bytes,
+    channel: str,
+    frame: int | None,
+    series: int | None,
+    nan: float | None,
+    raw: tuple[tuple[int, ...], str] | None,
+    rule: _Rule | None,
+    tell: _Tell,
+) -> tuple[_Floats, list[float], list[list[float]] | None, bool, str, list[str]]: ...
+def write_field(
+    path: bytes,
+    values: _Floats,
+    spacing: _Spacing,
+    affine: list[list[float]] | None,
+    kind: int,
+    is_float: bool,
+) -> None: ...
+def write_outlines(
+    path: bytes, lines: list[_Floats], roles: list[int], width: int, height: int, spacing: _Spacing
+) -> None: ...
+def write_mesh(path: bytes, vertices: _Floats, faces: _Indices, normals: _Floats) -> None: ...
