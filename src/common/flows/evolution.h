@@ -109,7 +109,7 @@ class Evolution {
     void writeRates(const double* values) {
         if (terms_.hasCurvature()) {
             bent_.resize(count_);
-            curvature_.write(values, bent_.data());
+            curvature_.write(values, bent_.data(), Stretch());
         }
         const auto width = static_cast<std::size_t>(sizes_[0]);
         std::fill(rates_.begin(), rates_.end(), 0.0);

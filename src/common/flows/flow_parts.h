@@ -32,7 +32,7 @@ struct FlowParts {
             if (size < 4) throw std::invalid_argument("a flow needs at least four points along each axis");
         if (!std::isfinite(time)) throw std::invalid_argument("the time is not finite");
         if (!(options.tolerance > 0)) throw std::invalid_argument("the tolerance of a flow must be positive");
-        Grid distance = copyOf(field);
+        Grid distance = copyOf(field, Stretch());
         quorbin::reinitialize(distance);
         return std::make_unique<Made>(
             latticeOf(field), std::vector<double>(distance.data(), distance.data() + pointCount(distance)),
