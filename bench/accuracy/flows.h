@@ -42,6 +42,10 @@ void constantSize(int n2, int n3);
 /// A dumbbell becomes two pieces: when, and what happens besides.
 void pinch(const CurvatureMethods<FullLevelSet3D>& methods, int n);
 
+/// Shapes carried around and back by a velocity: the slotted disc (Zalesak 1979), the vortex (LeVeque 1996),
+/// the deformation (Enright et al. 2002).
+void carriedShapes(bool isSmall);
+
 /// What new operations take, as parts of what old ones take in the same run.
 void reinitializeTimes(int n2, int n3);
 void bandStepTimes(int n);

@@ -79,7 +79,8 @@ const struct {
     void (*print)(bool isSmall);
 } kFlows[] = {{"drift", printDrift},        {"distances", printDistances}, {"slopes", printSlopes},
               {"corners", printCorners},    {"curvature", printCurvature}, {"order", printOrder},
-              {"constant-size", printSize}, {"pinch", printPinch},         {"times", printTimes}};
+              {"constant-size", printSize}, {"pinch", printPinch},         {"carried", carriedShapes},
+              {"times", printTimes}};
 
 /// Whether there is a flow of that name, which is then measured; all of them if the name is empty.
 bool print(const std::string& name, bool isSmall) {

@@ -111,6 +111,9 @@ def document():
             for direction in ("axis", "diagonal") for kind in ("distance", "mask")]
     constant = [(shape, {"shape": shape}, ("change_percent",))
                 for shape in ("disc", "star", "square", "ball", "cube")]
+    carried = [(title, {}, (key,)) for title, key in (
+        ("change", "change_percent"), ("wrong side", "wrong_percent"), ("difference", "difference_percent"),
+        ("wrong half way", "wrong_at_half_percent"), ("steps", "steps"), ("MB", "megabytes"), ("s", "seconds"))]
     steps = [(shape, {"shape": shape, "n": n, "stretch": 1}, ("steps", "mean_step_limits"))
              for shape, n in (("disc", 128), ("star", 128), ("square", 128), ("ball", 64))]
     figures = {
@@ -137,6 +140,7 @@ def document():
         "order": table(flow("curvature"), order_columns("disc", (32, 64, 128, 256))),
         "order3": table(flow("curvature"), order_columns("ball", (24, 48, 96))),
         "halving": halving(),
+        "carried": table(flow("carried"), carried, first="shape"),
         "constant": table(flow("constant size"), constant),
         "pinch": table(flow("pinch"), [("apart after", {}, ("apart_after",)), ("most pieces", {}, ("most_pieces",)),
                                        ("at the end", {}, ("pieces_at_end",)), ("holes", {}, ("most_holes",)),

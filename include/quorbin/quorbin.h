@@ -8,6 +8,8 @@
 #include "brin/vec.h"
 #include "compare.h"
 #include "curvature_flow.h"
+#include "evolve.h"
+#include "flow.h"
 #include "hash.h"
 #include "heap.h"
 #include "measure.h"
