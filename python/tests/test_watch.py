@@ -65,9 +65,12 @@ def test_ctrl_c_ends_an_operation_soon_and_leaves_the_field_whole(name):
         field[:] = before
         operations[name]()
 
+    call()
+    after = field.copy()
     # A tenth of a second at the pace of a release build alone on the machine; the smoothing tells it each step.
     assert seconds_after_interrupt(call, 0.2) < (0.6 if "fl" in name or "mask" in name else 0.15)
-    np.testing.assert_array_equal(field, before)
+    # The signal may come just when the work is done.
+    assert np.array_equal(field, before) or np.array_equal(field, after)
 
 
 def test_ctrl_c_ends_the_tracing_of_contours_and_the_meshing_of_volumes():
