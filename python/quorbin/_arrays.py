@@ -105,6 +105,18 @@ def as_level(level: float, field: FieldLike) -> float:
     return number
 
 
+def as_affine(affine: npt.ArrayLike) -> Floats:
+    """Return a matrix that takes indices to the world; raise ValueError where it does not."""
+    matrix = np.asarray(affine)
+    if matrix.shape != (4, 4) or matrix.dtype.kind not in "iuf" or not np.isfinite(matrix).all():
+        raise ValueError("affine must be a matrix of 4 × 4 finite numbers")
+    if not np.array_equal(matrix[3], (0, 0, 0, 1)):
+        raise ValueError(f"the last row of affine is {matrix[3].tolist()}; it must be 0, 0, 0, 1")
+    if np.linalg.matrix_rank(matrix[:3, :3].astype(np.float64)) < 3:
+        raise ValueError("affine makes the volume flat")
+    return matrix.astype(np.float64)
+
+
 def same_shape(a: Floats, b: Floats) -> tuple[Floats, Floats]:
     """Return two fields, which must have the same shape."""
     if a.shape != b.shape:

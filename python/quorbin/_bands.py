@@ -10,7 +10,7 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_spacing, nan_is_outside
+from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_count, as_field, as_spacing, nan_is_outside
 from ._contours import Region, as_lines, as_regions
 from ._level_sets import LevelSet2D, LevelSet3D
 from ._measure import Figures2D, Figures3D
@@ -23,7 +23,6 @@ from ._stepping import (
     Stepping,
     checked_points,
     checked_spacing,
-    checked_steps,
     explicit_time,
     speeds_and_time,
 )
@@ -198,7 +197,7 @@ class _Band(Stepping):
         float
             The time of these steps: 0.95 · steps / Σ (2 / h²).
         """
-        checked_steps(steps)
+        steps = as_count(steps, "steps")
         time = 0.95 * steps * explicit_time(self.spacing)
         with self._guard, telling(progress, "steps") as tell:
             self._band.move_along_curvature(steps, tell)

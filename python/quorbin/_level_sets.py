@@ -8,7 +8,7 @@ from typing import Any, Literal, TypeVar, overload
 import numpy as np
 
 from . import _core
-from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, nan_is_outside
+from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_count, as_field, nan_is_outside
 from ._contours import Region, contours
 from ._distance import DistanceMethod, signed_distance
 from ._flows import curvature_flow
@@ -21,7 +21,6 @@ from ._stepping import (
     Speed,
     Stepping,
     checked_spacing,
-    checked_steps,
     explicit_time,
     speeds_and_time,
 )
@@ -103,7 +102,7 @@ class _LevelSet(Stepping):
         float
             The time of these steps: steps / Σ (2 / h²).
         """
-        checked_steps(steps)
+        steps = as_count(steps, "steps")
         with self._guard, telling(progress, "steps") as tell:
             _core.move_along_curvature(self._values, self._values, list(self._spacing), steps, tell)
         return steps * explicit_time(self._spacing)

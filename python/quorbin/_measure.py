@@ -5,8 +5,8 @@ from __future__ import annotations
 from typing import Any, NamedTuple
 
 from . import _core
-from ._arrays import FieldLike, NanPolicy, Spacing, as_field, as_spacing, nan_is_outside, same_shape
-from ._progress import Progress, telling
+from ._arrays import FieldLike, NanPolicy, Spacing, as_field, as_level, as_spacing, nan_is_outside, same_shape
+from ._progress import Progress, told
 
 Point2D = tuple[float, float]
 Point3D = tuple[float, float, float]
@@ -121,11 +121,10 @@ def measure(
     [31.7, 32.2]
     """
     values = as_field(field)
-    if level:
-        values = values - level
-    with telling(progress, "measure") as tell:
-        figures = _core.measure(values, as_spacing(spacing), nan_is_outside(nan), tell)
-    return as_figures(figures)
+    height = as_level(level, field)
+    if height:
+        values = values - height
+    return as_figures(told(progress, "measure", _core.measure, values, as_spacing(spacing), nan_is_outside(nan)))
 
 
 def compare(
@@ -166,6 +165,5 @@ def compare(
     (0.895, 2.0)
     """
     first, second = same_shape(as_field(a), as_field(b))
-    with telling(progress, "compare") as tell:
-        told = _core.compare(first, second, as_spacing(spacing), nan_is_outside(nan), tell)
-    return Comparison(*told[:4], InterfaceDistance(*told[4]), InterfaceDistance(*told[5]))
+    found = told(progress, "compare", _core.compare, first, second, as_spacing(spacing), nan_is_outside(nan))
+    return Comparison(*found[:4], InterfaceDistance(*found[4]), InterfaceDistance(*found[5]))

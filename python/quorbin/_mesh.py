@@ -8,7 +8,17 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_level, as_spacing, nan_is_outside
+from ._arrays import (
+    FieldLike,
+    Floats,
+    NanPolicy,
+    Spacing,
+    as_affine,
+    as_field,
+    as_level,
+    as_spacing,
+    nan_is_outside,
+)
 from ._progress import Progress, told
 
 
@@ -69,7 +79,7 @@ def mesh(
     >>> round(float(volume / (4 / 3 * np.pi * 10**3)), 2)
     0.99
     """
-    matrix = None if affine is None else _as_affine(affine)
+    matrix = None if affine is None else as_affine(affine)
     values = as_field(volume)
     height = as_level(level, volume)
     if height:
@@ -80,17 +90,6 @@ def mesh(
     if matrix is None:
         return Mesh(vertices, faces, normals)
     return _placed(vertices, faces, normals, np.broadcast_to(steps, 3), matrix)
-
-
-def _as_affine(affine: npt.ArrayLike) -> Floats:
-    matrix = np.asarray(affine)
-    if matrix.shape != (4, 4) or matrix.dtype.kind not in "iuf" or not np.isfinite(matrix).all():
-        raise ValueError("affine must be a matrix of 4 × 4 finite numbers")
-    if not np.array_equal(matrix[3], (0, 0, 0, 1)):
-        raise ValueError(f"the last row of affine is {matrix[3].tolist()}; it must be 0, 0, 0, 1")
-    if np.linalg.matrix_rank(matrix[:3, :3].astype(np.float64)) < 3:
-        raise ValueError("affine makes the volume flat")
-    return matrix.astype(np.float64)
 
 
 def _placed(

@@ -5,8 +5,8 @@ from __future__ import annotations
 from typing import Callable
 
 from . import _core
-from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_spacing, nan_is_outside
-from ._progress import Progress, Tell, telling
+from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_number, as_spacing, nan_is_outside
+from ._progress import Progress, Tell, told
 
 _Change = Callable[[Floats, "list[float]", bool, float, Tell], Floats]
 
@@ -15,8 +15,7 @@ def _changed(
     change: _Change, field: FieldLike, amount: float, spacing: Spacing, nan: NanPolicy, progress: Progress
 ) -> Floats:
     values = as_field(field)
-    with telling(progress, "offset") as tell:
-        return change(values, as_spacing(spacing), nan_is_outside(nan), float(amount), tell)
+    return told(progress, "offset", change, values, as_spacing(spacing), nan_is_outside(nan), amount)
 
 
 def offset(
@@ -60,7 +59,7 @@ def offset(
     >>> round(quorbin.measure(larger).area / (np.pi * 25**2), 2)
     1.0
     """
-    return _changed(_core.offset, field, distance, spacing, nan, progress)
+    return _changed(_core.offset, field, as_number(distance, "distance"), spacing, nan, progress)
 
 
 def opened(
@@ -95,7 +94,7 @@ def opened(
     >>> bool(mask[20, 34]), bool(quorbin.opened(mask, 3)[20, 34] <= 0)
     (True, False)
     """
-    return _changed(_core.opened, field, radius, spacing, nan, progress)
+    return _changed(_core.opened, field, as_number(radius, "radius", 0), spacing, nan, progress)
 
 
 def closed(
@@ -132,4 +131,4 @@ def closed(
     >>> bool(mask[20, 24]), bool(quorbin.closed(mask, 3)[20, 24] <= 0)
     (False, True)
     """
-    return _changed(_core.closed, field, radius, spacing, nan, progress)
+    return _changed(_core.closed, field, as_number(radius, "radius", 0), spacing, nan, progress)

@@ -10,7 +10,7 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arrays import FieldLike, Floats, Spacing, as_field, as_spacing
+from ._arrays import FieldLike, Floats, Spacing, as_affine, as_field, as_spacing
 from ._contours import Region
 from ._files import PathLike, path_of
 
@@ -82,7 +82,7 @@ def write(
     if isinstance(field, tuple) and len(field) in (2, 3) and np.ndim(field[0]) == 2 and np.shape(field[0])[1] == 3:
         _write_mesh(path, name, *field)
         return
-    matrix = None if affine is None else _as_affine(affine)
+    matrix = None if affine is None else as_affine(affine)
     if spacing is None:
         spacing = 1.0 if matrix is None else [float(h) for h in np.linalg.norm(matrix[:3, :3], axis=0)]
     array = np.asarray(field)
@@ -99,13 +99,6 @@ def write(
     _core.write_field(
         name, values, as_spacing(spacing), None if matrix is None else matrix.tolist(), kind, float32
     )
-
-
-def _as_affine(affine: npt.ArrayLike) -> Floats:
-    matrix = np.asarray(affine, dtype=np.float64)
-    if matrix.shape != (4, 4) or not np.isfinite(matrix).all():
-        raise ValueError("affine must be a matrix of 4 × 4 finite numbers")
-    return matrix
 
 
 def _write_outlines(name: bytes, outlines: Outlines, spacing: Spacing, shape: tuple[int, int] | None) -> None:

@@ -8,7 +8,7 @@ from typing import Any, NamedTuple
 from . import _core
 from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_spacing, nan_is_outside
 from ._measure import Figures2D, Figures3D, as_figures
-from ._progress import Progress, telling
+from ._progress import Progress, told
 
 
 class Piece2D(NamedTuple):
@@ -72,8 +72,7 @@ def pieces(
     (21, 70) 317
     """
     values = as_field(field)
-    with telling(progress, "pieces") as tell:
-        found = _core.pieces(values, as_spacing(spacing), nan_is_outside(nan), tell)
+    found = told(progress, "pieces", _core.pieces, values, as_spacing(spacing), nan_is_outside(nan))
     piece: Any = Piece2D if values.ndim == 2 else Piece3D
     return [piece(as_figures(figures), samples, inside) for figures, samples, inside in found]
 
@@ -114,10 +113,8 @@ def largest_pieces(
     wanted = operator.index(count)
     if wanted < 0:
         raise ValueError(f"count is {wanted}; it must be at least 0")
-    with telling(progress, "pieces") as tell:
-        return _core.largest_pieces(
-            values, as_spacing(spacing), nan_is_outside(nan), min(wanted, values.size), tell
-        )
+    most = min(wanted, values.size)
+    return told(progress, "pieces", _core.largest_pieces, values, as_spacing(spacing), nan_is_outside(nan), most)
 
 
 def without_holes_below(
@@ -154,5 +151,5 @@ def without_holes_below(
     (2, 1)
     """
     values = as_field(field)
-    with telling(progress, "holes") as tell:
-        return _core.without_holes_below(values, as_spacing(spacing), nan_is_outside(nan), float(size), tell)
+    steps, outside = as_spacing(spacing), nan_is_outside(nan)
+    return told(progress, "holes", _core.without_holes_below, values, steps, outside, float(size))

@@ -4,15 +4,16 @@ from __future__ import annotations
 
 import contextlib
 from collections.abc import Iterator
-from typing import Any, Callable, Union
+from typing import Any, Callable, TypeVar, Union
 
 Progress = Union[bool, Callable[[int, int], Any], None]
 Tell = Union[Callable[[int, int], Any], None]
+_Result = TypeVar("_Result")
 
 
-def told(progress: Progress, what: str, run: Callable[..., Any], *arguments: Any) -> Any:
+def told(progress: Progress, what: str, run: Callable[..., _Result], *arguments: Any) -> _Result:
     """Run a function of the compiled module, whose last argument is what it tells how far it is."""
-    if progress is None or progress is False:
+    if progress is None or progress is False:  # a context manager would take as long as a small field does
         return run(*arguments, None)
     with telling(progress, what) as tell:
         return run(*arguments, tell)

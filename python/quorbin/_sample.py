@@ -9,7 +9,7 @@ import numpy.typing as npt
 
 from . import _core
 from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_spacing, nan_is_outside
-from ._progress import Progress, telling
+from ._progress import Progress, told
 
 
 class Samples(NamedTuple):
@@ -71,6 +71,6 @@ def sample(
             f"points have the shape {at.shape}; the last axis must have {values.ndim} coordinates, "
             "in the order of the field's axes"
         )
-    with telling(progress, "sample") as tell:
-        found = _core.sample(values, as_spacing(spacing), nan_is_outside(nan), at.reshape(-1, values.ndim), tell)
+    points_of_all = at.reshape(-1, values.ndim)
+    found = told(progress, "sample", _core.sample, values, as_spacing(spacing), nan_is_outside(nan), points_of_all)
     return Samples(found[0].reshape(at.shape[:-1]), found[1].reshape(at.shape), found[2].reshape(at.shape))

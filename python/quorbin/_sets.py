@@ -6,7 +6,7 @@ from typing import Callable
 
 from . import _core
 from ._arrays import FieldLike, Floats, NanPolicy, Spacing, as_field, as_spacing, nan_is_outside, same_shape
-from ._progress import Progress, Tell, telling
+from ._progress import Progress, Tell, told
 
 _Combination = Callable[[Floats, Floats, "list[float]", bool, Tell], Floats]
 
@@ -15,8 +15,7 @@ def _combined(
     combine: _Combination, a: FieldLike, b: FieldLike, spacing: Spacing, nan: NanPolicy, progress: Progress
 ) -> Floats:
     first, second = same_shape(as_field(a), as_field(b))
-    with telling(progress, "sets") as tell:
-        return combine(first, second, as_spacing(spacing), nan_is_outside(nan), tell)
+    return told(progress, "sets", combine, first, second, as_spacing(spacing), nan_is_outside(nan))
 
 
 def union(
@@ -156,5 +155,4 @@ def complement(
     True
     """
     values = as_field(field)
-    with telling(progress, "complement") as tell:
-        return _core.complement(values, as_spacing(spacing), nan_is_outside(nan), tell)
+    return told(progress, "complement", _core.complement, values, as_spacing(spacing), nan_is_outside(nan))

@@ -90,13 +90,6 @@ def explicit_time(spacing: Sequence[float]) -> float:
     return 1 / sum(2 / h**2 for h in spacing)
 
 
-def checked_steps(steps: int) -> int:
-    """Return a number of steps; raise ValueError below 0."""
-    if steps < 0:
-        raise ValueError(f"steps is {steps}; it must be at least 0")
-    return steps
-
-
 def speeds_and_time(
     speed: Any, shape: tuple[int, ...], spacing: Sequence[float], limit: float
 ) -> tuple[Floats, float]:

@@ -94,6 +94,14 @@ def test_holes_below_a_size_are_filled():
         quorbin.without_holes_below(field, math.nan)
 
 
+def test_a_level_is_that_of_the_interface_and_a_mask_has_no_other():
+    field = ball((40, 60), (20, 30), 10)
+    assert quorbin.measure(field, level=3).area == pytest.approx(math.pi * 13**2, rel=5e-3)
+    for level, other in ((0.5, field <= 0), (math.nan, field)):
+        with pytest.raises(ValueError, match=r"level"):
+            quorbin.measure(other, level=level)
+
+
 def test_samples_between_the_samples():
     centre, spacing = (30.2, 22.1), (1.5, 0.5)
     disc = ball((40, 90), centre, 12, spacing)
